@@ -1,0 +1,20 @@
+# Warnings and sanitizers of every target of this project, attached through lomaris_add_library and friends.
+
+add_library(lomaris_options INTERFACE)
+target_include_directories(lomaris_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(lomaris_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
+  -Woverloaded-virtual -Werror
+  # g++ takes the alternatives of a variant that is moved for uninitialised; the sanitizers watch over that instead.
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+if(LOMARIS_SANITIZE)
+  target_compile_options(lomaris_options INTERFACE
+    -fsanitize=${LOMARIS_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(lomaris_options INTERFACE -fsanitize=${LOMARIS_SANITIZE})
+endif()
+
+# lomaris_add_library(name source...): a static library of this project.
+function(lomaris_add_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_link_libraries(${name} PUBLIC lomaris_options)
+endfunction()
