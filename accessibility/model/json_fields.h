@@ -1,0 +1,52 @@
+#pragma once
+
+#include "accessibility/model/json_value.h"
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string_view>
+
+namespace lomaris {
+
+/// Reads the fields of one record out of a JSON object. What does not fit is remembered: a reader asks for all fields
+/// and then once whether the record `isComplete`. Of equal keys the first counts; unknown keys are ignored.
+class JsonFields {
+public:
+    /// `value` must outlive the reader. A value that is no object is a record that cannot be complete.
+    explicit JsonFields(const JsonValue& value);
+
+    [[nodiscard]] bool isComplete() const { return complete_; }
+
+    /// A required member of any kind, or null where it is missing.
+    [[nodiscard]] const JsonValue* required(std::string_view key);
+    /// An optional member, or null where it is missing or a JSON null.
+    [[nodiscard]] const JsonValue* optional(std::string_view key) const;
+
+    [[nodiscard]] Text text(std::string_view key);
+    [[nodiscard]] std::optional<Text> optionalText(std::string_view key);
+    [[nodiscard]] bool boolean(std::string_view key);
+
+    /// A required integer of the given type; a number outside of its range does not fit.
+    template <typename Integer>
+    [[nodiscard]] Integer integer(std::string_view key) {
+        const std::int64_t value = wideInteger(key);
+        if (value < std::int64_t{std::numeric_limits<Integer>::min()} ||
+            value > std::int64_t{std::numeric_limits<Integer>::max()}) {
+            complete_ = false;
+            return 0;
+        }
+        return static_cast<Integer>(value);
+    }
+
+    /// Says that something read elsewhere did not fit.
+    void fail() { complete_ = false; }
+
+private:
+    [[nodiscard]] std::int64_t wideInteger(std::string_view key);
+
+    const JsonObject* object_;
+    bool complete_;
+};
+
+}  // namespace lomaris
