@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/simulated/element_state.h"
+#include "platform/workspace.h"
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+namespace lomaris::simulated {
+
+/// One run of an application, kept after it quit so that its elements can still be asked.
+struct ProcessState {
+    ProcessState(RunningApplication identity, std::uint32_t firstNumber)
+        : application(std::move(identity)),
+          root(ReferenceKind::root, this, application.processIdentifier, 0),
+          nextNumber(firstNumber) {}
+    ProcessState(const ProcessState&) = delete;
+    ProcessState& operator=(const ProcessState&) = delete;
+
+    RunningApplication application;
+    ElementState root;
+    std::deque<ElementState> members;
+    std::uint32_t nextNumber;
+    bool isRunning = true;
+};
+
+/// The applications of the desktop and their elements.
+class Applications {
+public:
+    Applications() : systemWide_(ReferenceKind::systemWide, nullptr, 0, 0) {}
+
+    ProcessState& add(RunningApplication application);
+    void quit(ProcessIdentifier processIdentifier);
+    void bringToFront(ProcessIdentifier processIdentifier);
+    void leaveNothingInFront() { front_.reset(); }
+
+    [[nodiscard]] std::optional<ProcessIdentifier> front() const { return front_; }
+    /// Null where no such application runs.
+    [[nodiscard]] ProcessState* find(ProcessIdentifier processIdentifier);
+    /// The running application with this process identifier; the scenario is wrong where there is none.
+    [[nodiscard]] ProcessState& get(ProcessIdentifier processIdentifier);
+
+    ElementState& addElement(ProcessIdentifier processIdentifier);
+    [[nodiscard]] ElementState& systemWide() { return systemWide_; }
+
+private:
+    ElementState systemWide_;
+    std::deque<ProcessState> processes_;
+    std::unordered_map<ProcessIdentifier, ProcessState*> latest_;
+    std::optional<ProcessIdentifier> front_;
+};
+
+}  // namespace lomaris::simulated

@@ -1,0 +1,89 @@
+#include "platform/simulated/element_state.h"
+
+#include "platform/simulated/text_behaviour.h"
+
+#include <algorithm>
+
+namespace lomaris::simulated {
+
+bool SimulatedReference::isSameElement(const ElementReference& other) const {
+    const auto& that = static_cast<const SimulatedReference&>(other);
+    if (kind_ == ReferenceKind::noElement || kind_ != that.kind_) {
+        return this == &that;
+    }
+    return process_ == that.process_ && number_ == that.number_;
+}
+
+const SimulatedReference& referenceOf(const Element& element) {
+    return static_cast<const SimulatedReference&>(element.reference());
+}
+
+Element makeElement(ReferenceKind kind, ProcessIdentifier process, std::uint32_t number, ElementState* state) {
+    return Element(std::make_shared<SimulatedReference>(kind, process, number, state));
+}
+
+AttributeScript* ElementState::find(std::string_view attribute) {
+    const auto found = std::find_if(attributes.begin(), attributes.end(),
+                                    [attribute](const AttributeScript& script) { return script.name == attribute; });
+    return found == attributes.end() ? nullptr : &*found;
+}
+
+AttributeScript& ElementState::script(std::string_view attribute) {
+    if (AttributeScript* found = find(attribute)) {
+        return *found;
+    }
+    AttributeScript& added = attributes.emplace_back();
+    added.name = attribute;
+    return added;
+}
+
+AttributeAnswer ElementState::read(std::string_view attribute) {
+    if (AttributeScript* found = find(attribute); found != nullptr && !found->answers.empty()) {
+        const std::size_t turn = std::min(found->reads, found->answers.size() - 1);
+        ++found->reads;
+        return found->answers[turn];
+    }
+    if (text) {
+        return readText(*text, attribute);
+    }
+    return {AXError::attributeUnsupported, NullValue{}};
+}
+
+SettableAnswer ElementState::isSettable(std::string_view attribute) {
+    const AttributeScript* found = find(attribute);
+    if (found != nullptr && found->settable) {
+        return *found->settable;
+    }
+    if (text && isTextSettable(attribute)) {
+        return {AXError::success, true};
+    }
+    const bool canBeRead =
+        (found != nullptr && !found->answers.empty()) || (text && readText(*text, attribute).error == AXError::success);
+    return {canBeRead ? AXError::success : AXError::attributeUnsupported, false};
+}
+
+AXError ElementState::set(std::string_view attribute, const AttributeValue& value) {
+    AttributeScript* found = find(attribute);
+    if (found != nullptr && found->set) {
+        return *found->set;
+    }
+    if (const SettableAnswer settable = isSettable(attribute); settable.error != AXError::success) {
+        return settable.error;
+    } else if (!settable.settable) {
+        return AXError::attributeUnsupported;
+    }
+    if (text && isTextSettable(attribute)) {
+        return setText(*text, attribute, value);
+    }
+    found->answers = {AttributeAnswer{AXError::success, value}};
+    found->reads = 0;
+    return AXError::success;
+}
+
+AXError ElementState::perform(std::string_view action) const {
+    const auto found = std::find_if(actions.begin(), actions.end(),
+                                    [action](const auto& scripted) { return scripted.first == action; });
+    return found == actions.end() ? AXError::actionUnsupported : found->second;
+}
+
+}  // namespace lomaris::simulated

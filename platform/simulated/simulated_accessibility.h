@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/accessibility.h"
+#include "platform/simulated/applications.h"
+#include "platform/simulated/journal.h"
+#include "platform/simulated/scheduler.h"
+
+#include <cstddef>
+#include <optional>
+
+namespace lomaris::simulated {
+
+class SimulatedAccessibility final : public Accessibility {
+public:
+    SimulatedAccessibility(Scheduler& scheduler, Journal& journal, Applications& applications)
+        : scheduler_(scheduler), journal_(journal), applications_(applications) {}
+
+    void setTrusted(bool trusted) { isTrusted_ = trusted; }
+    void setPromptAnswer(bool trusted) { promptAnswer_ = trusted; }
+    void setLatency(Duration latency) { latency_ = latency; }
+
+    bool isProcessTrusted(TrustPrompt prompt) override;
+    Element applicationElement(ProcessIdentifier processIdentifier) override;
+    Element systemWideElement() override;
+    AttributeAnswer copyAttribute(const Element& element, std::string_view attribute) override;
+    ElementAnswer copyElementAttribute(const Element& element, std::string_view attribute) override;
+    std::vector<std::vector<AttributeAnswer>> copyAttributes(std::span<const Element> elements,
+                                                             std::span<const std::string_view> attributes) override;
+    AXError setAttribute(const Element& element, std::string_view attribute, const AttributeValue& value) override;
+    SettableAnswer isAttributeSettable(const Element& element, std::string_view attribute) override;
+    std::vector<SettableAnswer> areAttributesSettable(std::span<const Element> elements,
+                                                      std::string_view attribute) override;
+    AXError performAction(const Element& element, std::string_view action) override;
+    std::optional<ProcessIdentifier> processIdentifier(const Element& element) override;
+    bool containsIgnoringCase(TextView text, TextView word) override;
+
+private:
+    /// The state of an element that can be asked, or the error that every operation on it answers.
+    struct Target {
+        AXError error = AXError::success;
+        ElementState* state = nullptr;
+    };
+
+    [[nodiscard]] Target targetOf(const Element& element);
+    [[nodiscard]] AttributeAnswer read(const Element& element, std::string_view attribute);
+    [[nodiscard]] SettableAnswer askSettable(const Element& element, std::string_view attribute);
+    std::size_t beginWithElement(std::string_view call, const Element& element, std::string_view name);
+    void passLatency();
+
+    Scheduler& scheduler_;
+    Journal& journal_;
+    Applications& applications_;
+    bool isTrusted_ = true;
+    std::optional<bool> promptAnswer_;
+    Duration latency_{0};
+};
+
+}  // namespace lomaris::simulated

@@ -1,0 +1,78 @@
+#include "platform/simulated/simulated_desktop.h"
+
+#include "platform/simulated/world.h"
+#include "text/utf8.h"
+
+#include <utility>
+
+namespace lomaris {
+
+SimulatedDesktop::SimulatedDesktop() : world_(std::make_unique<simulated::World>()) {}
+SimulatedDesktop::~SimulatedDesktop() = default;
+
+Accessibility& SimulatedDesktop::accessibility() { return world_->accessibility; }
+Pasteboard& SimulatedDesktop::pasteboard() { return world_->pasteboard; }
+EventServices& SimulatedDesktop::events() { return world_->events; }
+Workspace& SimulatedDesktop::workspace() { return world_->workspace; }
+Scheduling& SimulatedDesktop::scheduling() { return world_->scheduling; }
+
+void SimulatedDesktop::setTrusted(bool trusted) { world_->accessibility.setTrusted(trusted); }
+void SimulatedDesktop::setPromptAnswer(bool trusted) { world_->accessibility.setPromptAnswer(trusted); }
+void SimulatedDesktop::setPostEventAccess(bool granted) { world_->events.setAccess(granted); }
+void SimulatedDesktop::setPostEventRequestAnswer(bool granted) { world_->events.setRequestAnswer(granted); }
+
+SimulatedApplication SimulatedDesktop::addApplication(ProcessIdentifier processIdentifier,
+                                                      std::optional<Text> bundleIdentifier,
+                                                      std::optional<Text> localizedName) {
+    world_->applications.add({processIdentifier, std::move(bundleIdentifier), std::move(localizedName)});
+    return {*world_, processIdentifier};
+}
+
+void SimulatedDesktop::bringToFront(ProcessIdentifier processIdentifier) {
+    world_->applications.bringToFront(processIdentifier);
+}
+
+void SimulatedDesktop::leaveNothingInFront() { world_->applications.leaveNothingInFront(); }
+void SimulatedDesktop::quit(ProcessIdentifier processIdentifier) { world_->applications.quit(processIdentifier); }
+SimulatedElement SimulatedDesktop::systemWide() { return SimulatedElement(world_->applications.systemWide()); }
+
+void SimulatedDesktop::setInputCounters(InputCounters counters) { world_->events.setCounters(counters); }
+InputCounters SimulatedDesktop::inputCounters() const { return world_->events.counters(); }
+void SimulatedDesktop::userTypes() { world_->events.count(InputEventType::keyDown); }
+void SimulatedDesktop::userClicks(InputEventType button) { world_->events.count(button); }
+
+void SimulatedDesktop::userCopies(TextView text) {
+    CopiedItem item;
+    item.data.emplace_back(pasteboard_type::string, utf8FromText(text));
+    userCopiesItems({std::move(item)});
+}
+
+void SimulatedDesktop::userCopiesItems(std::vector<CopiedItem> items) {
+    world_->pasteboard.copyAsOther(std::move(items));
+}
+
+void SimulatedDesktop::readPasteboardAsAnotherProgram(const PasteboardType& type,
+                                                      std::function<void(std::optional<Bytes>)> whenRead) {
+    world_->pasteboard.readAsOther(type, std::move(whenRead));
+}
+
+void SimulatedDesktop::refusePasteboardWrites(int count) { world_->pasteboard.refuseWrites(count); }
+std::vector<StandingItem> SimulatedDesktop::pasteboardContents() const { return world_->pasteboard.contents(); }
+
+void SimulatedDesktop::failKeyStrokes(int count) { world_->events.failKeyStrokes(count); }
+const std::vector<PostedKeyStroke>& SimulatedDesktop::postedKeyStrokes() const { return world_->events.posted(); }
+
+void SimulatedDesktop::setLatency(Duration latency) { world_->accessibility.setLatency(latency); }
+
+void SimulatedDesktop::at(Moment moment, std::function<void()> action) {
+    world_->scheduler.at(moment, std::move(action));
+}
+
+void SimulatedDesktop::beforeCall(std::size_t number, std::function<void()> action) {
+    world_->journal.beforeCall(number, std::move(action));
+}
+
+Moment SimulatedDesktop::now() const { return world_->scheduler.now(); }
+const std::vector<std::string>& SimulatedDesktop::journal() const { return world_->journal.lines(); }
+
+}  // namespace lomaris

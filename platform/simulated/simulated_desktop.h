@@ -1,0 +1,147 @@
+#pragma once
+
+#include "platform/platform.h"
+#include "platform/simulated/simulated_element.h"
+#include "platform/simulated/simulated_pasteboard_item.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lomaris {
+
+/// The four input counters of the session.
+struct InputCounters {
+    std::uint32_t keyDown = 0;
+    std::uint32_t leftMouseDown = 0;
+    std::uint32_t rightMouseDown = 0;
+    std::uint32_t otherMouseDown = 0;
+
+    friend bool operator==(const InputCounters&, const InputCounters&) = default;
+};
+
+/// A key stroke that was posted: to the session, or to a process where one is given.
+struct PostedKeyStroke {
+    KeyStroke keyStroke;
+    std::optional<ProcessIdentifier> processIdentifier;
+    Moment moment{0};
+
+    friend bool operator==(const PostedKeyStroke&, const PostedKeyStroke&) = default;
+};
+
+/// A desktop in memory, with virtual time and a journal of every boundary call, for tests and benchmarks.
+///
+/// It starts empty, at moment zero: the process is trusted and may post events, no application runs, the pasteboard has
+/// no items, the input counters are zero. The functions below are its script: what stands on the desktop and what the
+/// user does. They are not journalled.
+///
+/// Time is virtual. It stands still while anything runs and moves only when everybody waits: then it jumps to the next
+/// moment at which someone wakes or the user acts. Background blocks run on real threads, but exactly one thread runs
+/// at any time; threads take their turns in the order in which they became ready. At one moment the user acts first,
+/// then the threads wake in the order in which they began to wait. The same scenario therefore gives the same journal.
+/// A wait that nothing can end aborts the process with a message.
+///
+/// The desktop is used by the thread that made it (its main thread), by its background blocks, and by the actions that
+/// it was given; by nobody else.
+///
+/// When the desktop ends, what this process still promises on the pasteboard is resolved first. Then background blocks
+/// that have begun are finished, time jumping from one of their deadlines to the next; blocks that have not begun, the
+/// main queue and actions of the user that are still to come are dropped.
+class SimulatedDesktop final : public Platform {
+public:
+    SimulatedDesktop();
+    ~SimulatedDesktop() override;
+
+    Accessibility& accessibility() override;
+    Pasteboard& pasteboard() override;
+    EventServices& events() override;
+    Workspace& workspace() override;
+    Scheduling& scheduling() override;
+
+    // Permissions.
+
+    /// What the trust check answers, with and without the prompt.
+    void setTrusted(bool trusted);
+    /// What the trust check with the prompt answers, if not the same.
+    void setPromptAnswer(bool trusted);
+    /// Whether this process may post events.
+    void setPostEventAccess(bool granted);
+    /// What a request to post events answers where it is not granted already; a yes grants it. No by default.
+    void setPostEventRequestAnswer(bool granted);
+
+    // Applications.
+
+    /// Starts an application, not in front. The process identifier must not be that of a running application.
+    SimulatedApplication addApplication(ProcessIdentifier processIdentifier, std::optional<Text> bundleIdentifier,
+                                        std::optional<Text> localizedName);
+    void bringToFront(ProcessIdentifier processIdentifier);
+    void leaveNothingInFront();
+    /// Ends an application: every operation on its elements answers `invalidUIElement` from now on, and nothing is in
+    /// front if it was.
+    void quit(ProcessIdentifier processIdentifier);
+    /// The script of the system-wide element.
+    [[nodiscard]] SimulatedElement systemWide();
+
+    // The user and other programs.
+
+    void setInputCounters(InputCounters counters);
+    [[nodiscard]] InputCounters inputCounters() const;
+    /// The user presses a key: counts one key down. Nothing else happens.
+    void userTypes();
+    /// The user clicks: counts one press of that mouse button. Nothing else happens.
+    void userClicks(InputEventType button = InputEventType::leftMouseDown);
+
+    /// Another program clears the pasteboard and writes one item with this plain text.
+    void userCopies(TextView text);
+    /// Another program clears the pasteboard and writes these items.
+    void userCopiesItems(std::vector<CopiedItem> items);
+    /// Another program asks for the bytes of the first item that has `type`. `whenRead` gets them: at once where they
+    /// are there, nobody has them or another program promised them; when this process has kept its promise, which it
+    /// does in a run-loop slice or at the end of the desktop; with nothing when the contents go away before that. What
+    /// it holds must live until then.
+    void readPasteboardAsAnotherProgram(const PasteboardType& type, std::function<void(std::optional<Bytes>)> whenRead);
+    /// The pasteboard refuses the next `count` writes.
+    void refusePasteboardWrites(int count = 1);
+    [[nodiscard]] std::vector<StandingItem> pasteboardContents() const;
+
+    // Key strokes.
+
+    /// The creation of the next `count` key strokes fails.
+    void failKeyStrokes(int count = 1);
+    /// Key strokes so far, in their order. One that goes to the session counts as a key down.
+    [[nodiscard]] const std::vector<PostedKeyStroke>& postedKeyStrokes() const;
+
+    // Time and journal.
+
+    /// Virtual time that every accessibility call takes that crosses into an application (copies, sets, settable
+    /// questions, actions; a batch is one call). It passes before the application answers. Zero by default.
+    void setLatency(Duration latency);
+
+    /// `action` runs at `moment`, on any thread of the desktop; where that moment is not ahead, just before the next
+    /// boundary call or wait. It must not wait or sleep. What it holds must live until it ran or the desktop ends.
+    void at(Moment moment, std::function<void()> action);
+
+    /// `action` runs just before the `number`-th boundary call since the beginning, the first being 1. It must not wait
+    /// or sleep. Calls made by actions count and are journalled as any other, marked as the user's.
+    void beforeCall(std::size_t number, std::function<void()> action);
+
+    [[nodiscard]] Moment now() const;
+
+    /// One line for each boundary call so far, in the order of the calls: the virtual time of the call in seconds, the
+    /// call, its arguments and its answer, which is missing while the call still lasts. Calls of background blocks name
+    /// their block. Readings of the clock and takings and releasings of a lock are no calls.
+    ///
+    ///     0.000000000 copyAttribute(812/1, AXSelectedText) -> "brown fox"
+    ///     0.100000000 [background 1] broadcast(condition 1)
+    ///     0.250000000 [user] clearContents()
+    [[nodiscard]] const std::vector<std::string>& journal() const;
+
+private:
+    std::unique_ptr<simulated::World> world_;
+};
+
+}  // namespace lomaris

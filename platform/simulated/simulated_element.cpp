@@ -1,0 +1,110 @@
+#include "platform/simulated/simulated_element.h"
+
+#include "platform/simulated/scheduler.h"
+#include "platform/simulated/text_behaviour.h"
+#include "platform/simulated/world.h"
+
+#include <string>
+#include <utility>
+
+namespace lomaris {
+namespace {
+
+void requireInside(TextRange range, TextView text) {
+    if (!simulated::isInside(range, text)) {
+        simulated::abortScenario("a selection lies outside of its text");
+    }
+}
+
+}  // namespace
+
+AttributeAnswer answer(AttributeValue value) {
+    AttributeAnswer made;
+    made.value = std::move(value);
+    return made;
+}
+
+AttributeAnswer answer(AXError error) {
+    AttributeAnswer made;
+    made.error = error;
+    return made;
+}
+
+Element SimulatedElement::element() const { return state_->element; }
+
+SimulatedElement& SimulatedElement::answers(std::string_view attribute, AttributeValue value) {
+    return answersInTurn(attribute, {answer(std::move(value))});
+}
+
+SimulatedElement& SimulatedElement::answers(std::string_view attribute, AXError error) {
+    return answersInTurn(attribute, {answer(error)});
+}
+
+SimulatedElement& SimulatedElement::answers(std::string_view attribute, AttributeAnswer scripted) {
+    return answersInTurn(attribute, {std::move(scripted)});
+}
+
+SimulatedElement& SimulatedElement::answersInTurn(std::string_view attribute, std::vector<AttributeAnswer> scripted) {
+    for (AttributeAnswer& each : scripted) {
+        if (each.error != AXError::success) {
+            each.value.emplace<NullValue>();
+        }
+    }
+    simulated::AttributeScript& script = state_->script(attribute);
+    script.answers = std::move(scripted);
+    script.reads = 0;
+    return *this;
+}
+
+SimulatedElement& SimulatedElement::answersSettable(std::string_view attribute, SettableAnswer scripted) {
+    state_->script(attribute).settable = scripted;
+    return *this;
+}
+
+SimulatedElement& SimulatedElement::answersSet(std::string_view attribute, AXError error) {
+    state_->script(attribute).set = error;
+    return *this;
+}
+
+SimulatedElement& SimulatedElement::answersAction(std::string_view action, AXError error) {
+    // The first match counts, so what is scripted last stands first.
+    state_->actions.emplace(state_->actions.begin(), std::string(action), error);
+    return *this;
+}
+
+SimulatedElement& SimulatedElement::processIdentifierFails() {
+    state_->processIdentifierFails = true;
+    return *this;
+}
+
+const Text& SimulatedTextElement::text() const { return state_->text->text; }
+
+TextRange SimulatedTextElement::selection() const { return state_->text->selection; }
+
+SimulatedTextElement& SimulatedTextElement::select(TextRange range) {
+    requireInside(range, text());
+    state_->text->selection = range;
+    return *this;
+}
+
+SimulatedTextElement& SimulatedTextElement::setText(Text text, TextRange selection) {
+    requireInside(selection, text);
+    state_->text = simulated::TextState{std::move(text), selection};
+    return *this;
+}
+
+SimulatedElement SimulatedApplication::element() const {
+    return SimulatedElement(world_->applications.get(processIdentifier_).root);
+}
+
+SimulatedElement SimulatedApplication::addElement() const {
+    return SimulatedElement(world_->applications.addElement(processIdentifier_));
+}
+
+SimulatedTextElement SimulatedApplication::addTextElement(Text text, TextRange selection) const {
+    SimulatedTextElement element(world_->applications.addElement(processIdentifier_));
+    element.setText(std::move(text), selection);
+    return element;
+}
+
+}  // namespace lomaris

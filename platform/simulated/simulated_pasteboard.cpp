@@ -1,0 +1,253 @@
+#include "platform/simulated/simulated_pasteboard.h"
+
+#include "platform/simulated/describe.h"
+#include "text/utf8.h"
+
+#include <cstddef>
+#include <string>
+#include <utility>
+
+namespace lomaris::simulated {
+namespace {
+
+const PasteboardType stringType{pasteboard_type::string};
+
+void appendItemName(std::string& line, const StoredItem& item) {
+    line += "item ";
+    appendInteger(line, item.number);
+}
+
+void appendNewItem(std::string& line, const NewPasteboardItem& item) {
+    line += '{';
+    const char* separator = "";
+    for (const auto& [type, bytes] : item.data) {
+        line += separator;
+        line += type;
+        line += ": ";
+        appendQuoted(line, std::string_view(bytes));
+        separator = ", ";
+    }
+    for (const PasteboardType& type : item.promisedTypes) {
+        line += separator;
+        line += type;
+        line += ": promised";
+        separator = ", ";
+    }
+    line += '}';
+}
+
+/// An item as the boundary hands it out.
+class SimulatedItem final : public PasteboardItem {
+public:
+    SimulatedItem(SimulatedPasteboard& pasteboard, Journal& journal, std::shared_ptr<StoredItem> item)
+        : pasteboard_(pasteboard), journal_(journal), item_(std::move(item)) {}
+
+    std::vector<PasteboardType> types() override {
+        const std::size_t call = journal_.begin("types(");
+        std::vector<PasteboardType> types;
+        if (!item_->isGone) {
+            for (const StoredEntry& entry : item_->entries) {
+                types.push_back(entry.type);
+            }
+        }
+        appendItemName(journal_.line(call), *item_);
+        journal_.line(call) += ") -> ";
+        appendList(journal_.line(call), types, [](std::string& line, const PasteboardType& type) { line += type; });
+        return types;
+    }
+
+    std::optional<Bytes> data(const PasteboardType& type) override {
+        const std::size_t call = journal_.begin("data(");
+        appendItemName(journal_.line(call), *item_);
+        journal_.line(call) += ", ";
+        journal_.line(call) += type;
+        journal_.line(call) += ")";
+        std::optional<Bytes> bytes = pasteboard_.fetch(item_, type);
+        journal_.line(call) += " -> ";
+        appendBytes(journal_.line(call), bytes);
+        return bytes;
+    }
+
+private:
+    SimulatedPasteboard& pasteboard_;
+    Journal& journal_;
+    std::shared_ptr<StoredItem> item_;
+};
+
+/// Where a provider puts the bytes that it was asked for.
+class Fulfilment final : public PromisedItem {
+public:
+    explicit Fulfilment(StoredItem& item) : item_(item) {}
+
+    void setData(std::string_view bytes, const PasteboardType& type) override { item_.store(type, bytes); }
+
+private:
+    StoredItem& item_;
+};
+
+}  // namespace
+
+std::vector<std::unique_ptr<PasteboardItem>> SimulatedPasteboard::items() {
+    const std::size_t call = journal_.begin("items() -> ");
+    std::vector<std::unique_ptr<PasteboardItem>> items;
+    for (const auto& item : items_) {
+        items.push_back(std::make_unique<SimulatedItem>(*this, journal_, item));
+    }
+    appendList(journal_.line(call), items_, [](std::string& line, const auto& item) { appendItemName(line, *item); });
+    return items;
+}
+
+std::optional<Text> SimulatedPasteboard::string() {
+    const std::size_t call = journal_.begin("string()");
+    std::optional<Text> answer;
+    // Keeping a promise may change the pasteboard.
+    const std::vector<std::shared_ptr<StoredItem>> items = items_;
+    for (const auto& item : items) {
+        const std::optional<Bytes> bytes = fetch(item, stringType);
+        if (!bytes) {
+            continue;
+        }
+        if (answer) {
+            *answer += u'\n';
+        } else {
+            answer.emplace();
+        }
+        *answer += textFromUtf8(*bytes);
+    }
+    std::string& line = journal_.line(call);
+    line += " -> ";
+    if (answer) {
+        appendQuoted(line, TextView(*answer));
+    } else {
+        line += "nothing";
+    }
+    return answer;
+}
+
+std::int64_t SimulatedPasteboard::changeCount() {
+    const std::size_t call = journal_.begin("changeCount() -> ");
+    appendInteger(journal_.line(call), changeCount_);
+    return changeCount_;
+}
+
+void SimulatedPasteboard::clearContents() {
+    journal_.begin("clearContents()");
+    isOwnedHere_ = true;
+    clear();
+}
+
+bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
+    std::string& line = journal_.line(journal_.begin("writeItems("));
+    appendList(line, items, appendNewItem);
+    if (refusals_ > 0 || !isOwnedHere_) {
+        refusals_ = refusals_ > 0 ? refusals_ - 1 : 0;
+        line += ") -> false";
+        return false;
+    }
+    for (NewPasteboardItem& item : items) {
+        append(storedItemOf(std::move(item)));
+    }
+    ++changeCount_;
+    line += ") -> true";
+    return true;
+}
+
+std::optional<Bytes> SimulatedPasteboard::fetch(const std::shared_ptr<StoredItem>& item, const PasteboardType& type) {
+    StoredEntry* entry = item->isGone ? nullptr : item->find(type);
+    if (entry == nullptr) {
+        return std::nullopt;
+    }
+    if (entry->promiseOfOther) {
+        const auto promise = entry->promiseOfOther;
+        std::optional<Bytes> bytes;
+        scheduler_.act([&] { bytes = promise(); });
+        if (bytes) {
+            item->store(type, *bytes);
+        }
+        return bytes;
+    }
+    if (entry->isPromisedHere) {
+        Fulfilment fulfilment(*item);
+        item->provider->provideData(fulfilment, type);
+        entry = item->find(type);
+    }
+    return entry->bytes;
+}
+
+void SimulatedPasteboard::copyAsOther(std::vector<CopiedItem> items) {
+    isOwnedHere_ = false;
+    clear();
+    for (CopiedItem& item : items) {
+        append(storedItemOf(std::move(item)));
+    }
+    ++changeCount_;
+}
+
+void SimulatedPasteboard::readAsOther(const PasteboardType& type, WhenRead whenRead) {
+    for (const auto& item : items_) {
+        const StoredEntry* entry = item->find(type);
+        if (entry == nullptr) {
+            continue;
+        }
+        if (entry->isPromisedHere) {
+            readings_.push_back({item, type, std::move(whenRead)});
+            runLoop_.requestService([this] { serveNextReading(); });
+            return;
+        }
+        std::optional<Bytes> bytes = fetch(item, type);
+        scheduler_.act([&] { whenRead(std::move(bytes)); });
+        return;
+    }
+    scheduler_.act([&] { whenRead(std::nullopt); });
+}
+
+std::vector<StandingItem> SimulatedPasteboard::contents() const {
+    std::vector<StandingItem> contents;
+    for (const auto& item : items_) {
+        contents.push_back(standingItemOf(*item));
+    }
+    return contents;
+}
+
+void SimulatedPasteboard::resolvePromises() {
+    while (!readings_.empty()) {
+        serveNextReading();
+    }
+    const std::vector<std::shared_ptr<StoredItem>> items = items_;
+    for (const auto& item : items) {
+        for (const PasteboardType& type : standingItemOf(*item).promised) {
+            const StoredEntry* entry = item->find(type);
+            if (entry->isPromisedHere) {
+                static_cast<void>(fetch(item, type));
+            }
+        }
+    }
+}
+
+void SimulatedPasteboard::clear() {
+    ++changeCount_;
+    for (const auto& item : std::exchange(items_, {})) {
+        item->isGone = true;
+    }
+    // Whoever waits for a promise of the old contents gets nothing.
+    for (const Reading& reading : std::exchange(readings_, {})) {
+        scheduler_.act([&] { reading.whenRead(std::nullopt); });
+    }
+}
+
+void SimulatedPasteboard::append(std::shared_ptr<StoredItem> item) {
+    item->number = ++itemCount_;
+    items_.push_back(std::move(item));
+}
+
+void SimulatedPasteboard::serveNextReading() {
+    if (readings_.empty()) {
+        return;
+    }
+    const Reading reading = std::move(readings_.front());
+    readings_.pop_front();
+    std::optional<Bytes> bytes = fetch(reading.item, reading.type);
+    scheduler_.act([&] { reading.whenRead(std::move(bytes)); });
+}
+
+}  // namespace lomaris::simulated

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/pasteboard.h"
+#include "platform/simulated/journal.h"
+#include "platform/simulated/scheduler.h"
+#include "platform/simulated/simulated_scheduling.h"
+#include "platform/simulated/stored_item.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace lomaris::simulated {
+
+class SimulatedPasteboard final : public Pasteboard {
+public:
+    using WhenRead = std::function<void(std::optional<Bytes>)>;
+
+    SimulatedPasteboard(Scheduler& scheduler, Journal& journal, SimulatedScheduling& runLoop)
+        : scheduler_(scheduler), journal_(journal), runLoop_(runLoop) {}
+
+    std::vector<std::unique_ptr<PasteboardItem>> items() override;
+    std::optional<Text> string() override;
+    std::int64_t changeCount() override;
+    void clearContents() override;
+    bool writeItems(std::vector<NewPasteboardItem> items) override;
+
+    /// The bytes of one type of an item, asked from whoever promised them.
+    [[nodiscard]] std::optional<Bytes> fetch(const std::shared_ptr<StoredItem>& item, const PasteboardType& type);
+
+    void copyAsOther(std::vector<CopiedItem> items);
+    void readAsOther(const PasteboardType& type, WhenRead whenRead);
+    void refuseWrites(int count) { refusals_ = count; }
+    [[nodiscard]] std::vector<StandingItem> contents() const;
+
+    /// Asks for everything that this process still promises, and hands it to the programs that wait for it.
+    void resolvePromises();
+
+private:
+    /// A program that waits for bytes that this process promised.
+    struct Reading {
+        std::shared_ptr<StoredItem> item;
+        PasteboardType type;
+        WhenRead whenRead;
+    };
+
+    void clear();
+    void append(std::shared_ptr<StoredItem> item);
+    void serveNextReading();
+
+    Scheduler& scheduler_;
+    Journal& journal_;
+    SimulatedScheduling& runLoop_;
+    std::vector<std::shared_ptr<StoredItem>> items_;
+    std::deque<Reading> readings_;
+    std::int64_t changeCount_ = 100;
+    unsigned itemCount_ = 0;
+    int refusals_ = 0;
+    bool isOwnedHere_ = false;
+};
+
+}  // namespace lomaris::simulated
