@@ -1,0 +1,113 @@
+#include "accessibility/adapter/direct_selection.h"
+
+#include "accessibility/adapter/focused_element.h"
+#include "accessibility/adapter/selection_data.h"
+#include "accessibility/adapter/selection_policies.h"
+#include "accessibility/adapter/text_context.h"
+#include "accessibility/model/bridge_error.h"
+#include "accessibility/model/capture_trace.h"
+#include "platform/attributes.h"
+
+#include <utility>
+
+namespace lomaris {
+
+namespace {
+
+struct ElementSelection {
+    Element element;
+    SelectionData data;
+};
+
+/// Looks for a better element in the application's tree; a fresh application element, as the first may have gone stale.
+std::optional<Element> findInTree(Accessibility& accessibility, const std::optional<RunningApplication>& application) {
+    if (!application) {
+        return std::nullopt;
+    }
+    return findFocusedTextDescendant(accessibility, accessibility.applicationElement(application->processIdentifier));
+}
+
+/// Reads the focused element; where it does not show its selection, the element that a walk finds has a second chance,
+/// and its error is then the one that counts.
+ElementSelection readWithSecondChance(Accessibility& accessibility, const FocusedElement& focused) {
+    ElementSelection selection{focused.element, {}};
+    try {
+        selection.data = readSelectionData(accessibility, focused.element);
+    } catch (const BridgeError&) {
+        const auto found = findInTree(accessibility, focused.application);
+        if (!found) {
+            throw;
+        }
+        return {*found, readSelectionData(accessibility, *found)};
+    }
+    if (!selection.data.text.empty()) {
+        return selection;
+    }
+    if (const auto found = findInTree(accessibility, focused.application)) {
+        try {
+            ElementSelection second{*found, readSelectionData(accessibility, *found)};
+            if (!second.data.text.empty()) {
+                return second;
+            }
+        } catch (const BridgeError&) {
+            // The first element was readable; what the second one fails with is of no interest.
+        }
+    }
+    return selection;
+}
+
+bool isWritable(Accessibility& accessibility, const Element& element) {
+    const SettableAnswer answer = accessibility.isAttributeSettable(element, attribute::selectedText);
+    return answer.error == AXError::success && answer.settable;
+}
+
+}  // namespace
+
+SelectionSnapshot readDirectSelection(Platform& platform, const SelectionReadOptions& options) {
+    Accessibility& accessibility = platform.accessibility();
+    if (!accessibility.isProcessTrusted(TrustPrompt::none)) {
+        throw BridgeError::accessibilityPermissionRequired();
+    }
+    FocusedElement focused = focusedElement(platform);
+    ElementSelection selection = readWithSecondChance(accessibility, focused);
+    if (selection.data.text.empty()) {
+        throw BridgeError::noTextSelected();
+    }
+    std::optional<RunningApplication> application = std::move(focused.application);
+    const auto bundleIdentifier = application ? application->bundleIdentifier : std::nullopt;
+    if (options.purpose == SelectionPurpose::shortcut &&
+        !ShortcutSelectionPolicy::isGenuineTextSelection(bundleIdentifier, selection.data.text, selection.data.range)) {
+        throw BridgeError::noTextSelected();
+    }
+    SelectionCaptureTrace::shared().record(SelectionCaptureTrace::Key::route, 1);
+
+    auto context =
+        TextContext::extract(selection.data.fullText, selection.data.range, options.beforeLimit, options.afterLimit)
+            .value_or(ExtractedContext());
+    const ProcessIdentifier processIdentifier = accessibility.processIdentifier(selection.element).value_or(0);
+    if (!application) {
+        application = platform.workspace().runningApplication(processIdentifier);
+    }
+    const bool writable = isWritable(accessibility, selection.element);
+    if (!writable && !options.allowClipboardFallback) {
+        throw BridgeError::clipboardFallbackDisabled();
+    }
+
+    SelectionPayload payload;
+    if (application) {
+        payload.applicationName = std::move(application->localizedName);
+        payload.bundleIdentifier = std::move(application->bundleIdentifier);
+    }
+    payload.processIdentifier = processIdentifier;
+    payload.selectedText = std::move(selection.data.text);
+    payload.contextBefore = std::move(context.before);
+    payload.contextAfter = std::move(context.after);
+    payload.selectedRange = selection.data.range;
+    payload.inputActivity = sampleInputActivity(platform.events());
+    payload.supportsDirectReplacement = writable;
+    payload.selectionMethod = selection_method::accessibility;
+    return {std::move(selection.element), std::move(payload),
+            writable ? ReplacementStrategy::directAccessibility : ReplacementStrategy::keyboardClipboard};
+}
+
+}  // namespace lomaris

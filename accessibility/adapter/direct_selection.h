@@ -1,0 +1,17 @@
+#pragma once
+
+#include "accessibility/adapter/selection_purpose.h"
+#include "accessibility/model/selection.h"
+#include "platform/platform.h"
+
+namespace lomaris {
+
+/// Reads the selection of the application in front through accessibility: text, range, context, input counters, and
+/// whether the element can be written. Records the route in the capture trace. Main thread; synchronous.
+///
+/// Throws `BridgeError`: `accessibilityPermissionRequired`; `focusedElementUnavailable`; `selectedTextUnavailable`;
+/// `noTextSelected` where nothing is selected or the shortcut policy refuses it; `clipboardFallbackDisabled` where the
+/// element cannot be written and the clipboard may not be used.
+[[nodiscard]] SelectionSnapshot readDirectSelection(Platform& platform, const SelectionReadOptions& options);
+
+}  // namespace lomaris

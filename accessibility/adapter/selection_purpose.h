@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+namespace lomaris {
+
+/// Why a selection is read.
+enum class SelectionPurpose : std::uint8_t {
+    /// A plain read: no early refusal, no look for the Copy command after a failure.
+    standard = 0,
+    /// The user invoked the assistant by its shortcut: file managers and untrusted terminal selections are refused.
+    shortcut = 1,
+    /// The second look before a guarded replacement.
+    guardedReplacement = 2,
+};
+
+/// What a caller wants to read.
+struct SelectionReadOptions {
+    /// UTF-16 units of context wanted before and after the selection. A negative limit means no context at all.
+    std::int64_t beforeLimit = 0;
+    std::int64_t afterLimit = 0;
+    /// Whether the keyboard/clipboard route may be used.
+    bool allowClipboardFallback = false;
+    SelectionPurpose purpose = SelectionPurpose::standard;
+};
+
+}  // namespace lomaris

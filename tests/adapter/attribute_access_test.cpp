@@ -1,0 +1,180 @@
+#include "accessibility/adapter/attribute_access.h"
+
+#include "platform/attributes.h"
+#include "platform/simulated/simulated_desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace lomaris {
+namespace {
+
+using namespace std::chrono_literals;
+
+class AttributeAccess : public testing::Test {
+protected:
+    SimulatedDesktop desktop;
+    SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
+    SimulatedElement field = notes.addElement();
+    SimulatedElement other = notes.addElement();
+    Accessibility& accessibility = desktop.accessibility();
+
+    /// One value of every kind.
+    std::vector<std::pair<std::string, AttributeValue>> everyKind() const {
+        return {
+            {"null", NullValue{}},
+            {"text", Text(u"abc")},
+            {"boolean", true},
+            {"integer", std::int64_t{1}},
+            {"other number", OtherNumber{1.5}},
+            {"element", other.element()},
+            {"elements", std::vector<Element>{other.element()}},
+            {"mixed array", MixedArray{}},
+            {"range", TextRange{3, 4}},
+            {"other boxed value", OtherBoxedValue{}},
+            {"other value", OtherValue{}},
+        };
+    }
+
+    /// Asserts that `read` finds something in a value of the kind named `kind`, and nothing in any other.
+    template <typename Read>
+    void expectOnly(const std::string& kind, const Read& read) {
+        for (const auto& [name, value] : everyKind()) {
+            field.answers("AXThing", value);
+            EXPECT_EQ(read(), name == kind) << name;
+        }
+        field.answers("AXThing", AXError::attributeUnsupported);
+        EXPECT_FALSE(read());
+        field.answers("AXThing", AXError::cannotComplete);
+        EXPECT_FALSE(read());
+    }
+};
+
+TEST_F(AttributeAccess, TakesOnlyAnElementForAnElement) {
+    expectOnly("element", [&] {
+        const auto element = copyOptionalElementAttribute(accessibility, field.element(), "AXThing");
+        return element && *element == other.element();
+    });
+}
+
+TEST_F(AttributeAccess, TakesOnlyAnArrayOfElementsForElements) {
+    expectOnly("elements", [&] {
+        return copyOptionalElementArrayAttribute(accessibility, field.element(), "AXThing") ==
+               std::vector<Element>{other.element()};
+    });
+}
+
+TEST_F(AttributeAccess, TakesOnlyATextForAText) {
+    expectOnly("text",
+               [&] { return copyOptionalStringAttribute(accessibility, field.element(), "AXThing") == Text(u"abc"); });
+}
+
+TEST_F(AttributeAccess, KeepsAnEmptyTextApartFromAnAbsentOne) {
+    field.answers("AXThing", Text());
+    EXPECT_EQ(copyOptionalStringAttribute(accessibility, field.element(), "AXThing"), Text());
+}
+
+TEST_F(AttributeAccess, TakesOnlyABooleanForABoolean) {
+    expectOnly("boolean", [&] { return copyOptionalBoolAttribute(accessibility, field.element(), "AXThing") == true; });
+}
+
+TEST_F(AttributeAccess, KeepsFalseApartFromAbsent) {
+    field.answers("AXThing", false);
+    EXPECT_EQ(copyOptionalBoolAttribute(accessibility, field.element(), "AXThing"), false);
+}
+
+TEST_F(AttributeAccess, TakesOnlyABoxedRangeForASelectedRange) {
+    for (const auto& [name, value] : everyKind()) {
+        field.answers(attribute::selectedTextRange, value);
+        const auto range = copySelectedRange(accessibility, field.element());
+        EXPECT_EQ(range, name == "range" ? std::optional(TextRange{3, 4}) : std::nullopt) << name;
+    }
+}
+
+TEST_F(AttributeAccess, TakesARangeOfLengthZeroForPresent) {
+    field.answers(attribute::selectedTextRange, TextRange{3, 0});
+    EXPECT_EQ(copySelectedRange(accessibility, field.element()), (TextRange{3, 0}));
+}
+
+TEST_F(AttributeAccess, HasNoChildrenWhereTheyAreNoArrayOrAnError) {
+    field.answers(attribute::children, Text(u"none"));
+    EXPECT_EQ(copyOptionalElementArrayAttribute(accessibility, field.element(), attribute::children),
+              std::vector<Element>());
+    field.answers(attribute::children, AXError::cannotComplete);
+    EXPECT_EQ(copyOptionalElementArrayAttribute(accessibility, field.element(), attribute::children),
+              std::vector<Element>());
+}
+
+TEST_F(AttributeAccess, IsFocusedOnlyWhereTheElementSaysTrue) {
+    for (const auto& [name, value] : everyKind()) {
+        field.answers(attribute::focused, value);
+        EXPECT_EQ(isFocused(accessibility, field.element()), name == "boolean") << name;
+    }
+    field.answers(attribute::focused, std::int64_t{1});
+    EXPECT_FALSE(isFocused(accessibility, field.element()));
+    EXPECT_EQ(copyOptionalBoolAttribute(accessibility, field.element(), attribute::focused), std::nullopt);
+    field.answers(attribute::focused, false);
+    EXPECT_FALSE(isFocused(accessibility, field.element()));
+    field.answers(attribute::focused, AXError::cannotComplete);
+    EXPECT_FALSE(isFocused(accessibility, field.element()));
+}
+
+/// The calls of the journal without their times and answers.
+std::vector<std::string> callsOf(const SimulatedDesktop& desktop) {
+    std::vector<std::string> calls;
+    for (const auto& line : desktop.journal()) {
+        const auto start = line.find(' ') + 1;
+        calls.push_back(line.substr(start, line.find(" -> ") - start));
+    }
+    return calls;
+}
+
+TEST_F(AttributeAccess, RaisesTheFocusedWindowThenMakesItMainThenFocusedThenLetsItSettle) {
+    notes.element().answers(attribute::focusedWindow, field.element());
+    raiseFocusedWindow(desktop, 812);
+    const auto calls = callsOf(desktop);
+    ASSERT_EQ(calls.size(), 6U);
+    EXPECT_NE(calls[0].find("applicationElement"), std::string::npos);
+    EXPECT_NE(calls[1].find("AXFocusedWindow"), std::string::npos);
+    EXPECT_NE(calls[2].find("AXRaise"), std::string::npos);
+    EXPECT_NE(calls[3].find("AXMain"), std::string::npos);
+    EXPECT_NE(calls[4].find("AXFocused"), std::string::npos);
+    EXPECT_NE(calls[5].find("sleep"), std::string::npos);
+    EXPECT_EQ(desktop.now(), 100ms);
+}
+
+TEST_F(AttributeAccess, RaisesTheMainWindowWhereNoWindowIsFocused) {
+    notes.element().answers(attribute::mainWindow, other.element());
+    raiseFocusedWindow(desktop, 812);
+    const auto calls = callsOf(desktop);
+    ASSERT_EQ(calls.size(), 7U);
+    EXPECT_NE(calls[3].find("AXRaise"), std::string::npos);
+    EXPECT_EQ(desktop.now(), 100ms);
+}
+
+TEST_F(AttributeAccess, RaisesAndWaitsEvenWhereTheApplicationRefusesEverything) {
+    notes.element().answers(attribute::focusedWindow, field.element());
+    field.answersAction(action::raise, AXError::cannotComplete);
+    field.answersSet(attribute::main, AXError::failure);
+    field.answersSet(attribute::focused, AXError::failure);
+    raiseFocusedWindow(desktop, 812);
+    EXPECT_EQ(callsOf(desktop).size(), 6U);
+    EXPECT_EQ(desktop.now(), 100ms);
+}
+
+TEST_F(AttributeAccess, DoesNothingAndDoesNotSleepWithoutAWindow) {
+    raiseFocusedWindow(desktop, 812);
+    for (const auto& call : callsOf(desktop)) {
+        EXPECT_EQ(call.find("performAction"), std::string::npos) << call;
+        EXPECT_EQ(call.find("setAttribute"), std::string::npos) << call;
+        EXPECT_EQ(call.find("sleep"), std::string::npos) << call;
+    }
+    EXPECT_EQ(desktop.now(), 0ns);
+}
+
+}  // namespace
+}  // namespace lomaris

@@ -1,0 +1,289 @@
+#include "accessibility/adapter/direct_selection.h"
+
+#include "accessibility/model/capture_trace.h"
+#include "platform/attributes.h"
+#include "platform/simulated/simulated_desktop.h"
+#include "tests/support/journal.h"
+#include "tests/support/thrown_error.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <vector>
+
+namespace lomaris {
+namespace {
+
+class DirectSelection : public testing::Test {
+protected:
+    DirectSelection() {
+        desktop.bringToFront(812);
+        desktop.setInputCounters({1532, 210, 4, 7});
+        focus(field);
+        SelectionCaptureTrace::shared().reset();
+    }
+
+    void focus(const SimulatedElement& element) {
+        notes.element().answers(attribute::focusedUIElement, element.element());
+    }
+
+    /// Puts the elements into a window that a walk finds.
+    void showInWindow(const std::vector<SimulatedElement>& elements) {
+        auto window = notes.addElement();
+        std::vector<Element> children;
+        for (const auto& element : elements) {
+            children.push_back(element.element());
+        }
+        window.answers(attribute::children, children);
+        notes.element().answers(attribute::focusedWindow, window.element());
+    }
+
+    SelectionSnapshot read() { return readDirectSelection(desktop, options); }
+    std::optional<BridgeError> error() {
+        return test::thrownBy([this] { return read(); });
+    }
+
+    static std::int64_t traced(SelectionCaptureTrace::Key key) {
+        return SelectionCaptureTrace::shared().snapshot().at(static_cast<std::size_t>(key)).second;
+    }
+
+    SimulatedDesktop desktop;
+    SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
+    SimulatedTextElement field = notes.addTextElement(u"The quick brown fox jumps", TextRange{10, 9});
+    SelectionReadOptions options{
+        .beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true, .purpose = SelectionPurpose::standard};
+};
+
+TEST_F(DirectSelection, ReadsTextRangeContextCountersAndApplication) {
+    const auto snapshot = read();
+    EXPECT_EQ(snapshot.element, field.element());
+    EXPECT_EQ(snapshot.replacementStrategy, ReplacementStrategy::directAccessibility);
+    SelectionPayload expected;
+    expected.applicationName = u"Notes";
+    expected.bundleIdentifier = u"com.example.notes";
+    expected.processIdentifier = 812;
+    expected.selectedText = u"brown fox";
+    expected.contextBefore = u"The quick ";
+    expected.contextAfter = u" jumps";
+    expected.selectedRange = TextRange{10, 9};
+    expected.inputActivity = {1532, 210, 4, 7};
+    expected.supportsDirectReplacement = true;
+    expected.selectionMethod = u"accessibility";
+    EXPECT_EQ(snapshot.payload, expected);
+    EXPECT_EQ(traced(SelectionCaptureTrace::Key::route), 1);
+}
+
+TEST_F(DirectSelection, ReadsNothingWithoutPermission) {
+    desktop.setTrusted(false);
+    EXPECT_EQ(error(), BridgeError::accessibilityPermissionRequired());
+    EXPECT_EQ(desktop.journal().size(), 1U);
+    EXPECT_EQ(traced(SelectionCaptureTrace::Key::route), 0);
+}
+
+TEST_F(DirectSelection, PassesOnThatThereIsNoFocusedElement) {
+    notes.element().answers(attribute::focusedUIElement, AXError::noValue);
+    EXPECT_EQ(error(), BridgeError::focusedElementUnavailable(AXError::noValue, u"Notes"));
+}
+
+TEST_F(DirectSelection, CutsTheContextToTheLimits) {
+    options.beforeLimit = 5;
+    options.afterLimit = 3;
+    const auto payload = read().payload;
+    EXPECT_EQ(payload.contextBefore, u"uick ");
+    EXPECT_EQ(payload.contextAfter, u" ju");
+}
+
+TEST_F(DirectSelection, HasNoContextForANegativeLimitOrWithoutRange) {
+    options.afterLimit = -1;
+    EXPECT_EQ(read().payload.contextBefore, u"");
+    EXPECT_EQ(read().payload.contextAfter, u"");
+    options.afterLimit = 500;
+    field.answers(attribute::selectedTextRange, AXError::noValue);
+    const auto payload = read().payload;
+    EXPECT_EQ(payload.selectedText, u"brown fox");
+    EXPECT_EQ(payload.contextBefore, u"");
+    EXPECT_EQ(payload.contextAfter, u"");
+    EXPECT_EQ(payload.selectedRange, std::nullopt);
+}
+
+TEST_F(DirectSelection, KeepsARangeThatDisagreesWithTheTextButCutsNoContext) {
+    field.answers(attribute::selectedTextRange, TextRange{20, 900});
+    const auto payload = read().payload;
+    EXPECT_EQ(payload.selectedText, u"brown fox");
+    EXPECT_EQ(payload.selectedRange, (TextRange{20, 900}));
+    EXPECT_EQ(payload.contextBefore, u"");
+    EXPECT_EQ(payload.contextAfter, u"");
+}
+
+TEST_F(DirectSelection, HoldsHalfAPairInAContextOfOneUnitBehindAnEmoji) {
+    field.setText(u"\U0001f600fox", TextRange{2, 3});
+    options.beforeLimit = 1;
+    EXPECT_EQ(read().payload.contextBefore, Text(1, u'\xde00'));
+}
+
+TEST_F(DirectSelection, CannotBeWrittenDirectlyWhereTheSelectedTextIsNotSettable) {
+    for (const SettableAnswer answer :
+         {SettableAnswer{AXError::success, false}, SettableAnswer{AXError::cannotComplete, true},
+          SettableAnswer{AXError::attributeUnsupported, false}}) {
+        field.answersSettable(attribute::selectedText, answer);
+        options.allowClipboardFallback = true;
+        const auto snapshot = read();
+        EXPECT_FALSE(snapshot.payload.supportsDirectReplacement);
+        EXPECT_EQ(snapshot.payload.selectionMethod, u"accessibility");
+        EXPECT_EQ(snapshot.replacementStrategy, ReplacementStrategy::keyboardClipboard);
+
+        options.allowClipboardFallback = false;
+        EXPECT_EQ(error(), BridgeError::clipboardFallbackDisabled());
+    }
+}
+
+TEST_F(DirectSelection, KeepsRouteOneRecordedWhenALaterStepThrows) {
+    field.answersSettable(attribute::selectedText, {AXError::success, false});
+    options.allowClipboardFallback = false;
+    EXPECT_EQ(error(), BridgeError::clipboardFallbackDisabled());
+    EXPECT_EQ(traced(SelectionCaptureTrace::Key::route), 1);
+}
+
+TEST_F(DirectSelection, IsAllowedWithoutTheClipboardWhereTheElementCanBeWritten) {
+    options.allowClipboardFallback = false;
+    EXPECT_EQ(read().replacementStrategy, ReplacementStrategy::directAccessibility);
+}
+
+TEST_F(DirectSelection, NamesTheProcessOfTheElementAndTheIdentifierOfTheApplication) {
+    const auto helper = desktop.addApplication(813, u"com.example.helper", u"Helper");
+    focus(helper.addTextElement(u"helped", TextRange{0, 6}));
+    const auto payload = read().payload;
+    EXPECT_EQ(payload.processIdentifier, 813);
+    EXPECT_EQ(payload.bundleIdentifier, u"com.example.notes");
+    EXPECT_EQ(payload.applicationName, u"Notes");
+}
+
+TEST_F(DirectSelection, HasProcessIdentifierZeroWhereAskingForItFails) {
+    field.processIdentifierFails();
+    EXPECT_EQ(read().payload.processIdentifier, 0);
+}
+
+TEST_F(DirectSelection, LooksTheApplicationUpByTheElementWhereNoneIsInFront) {
+    desktop.leaveNothingInFront();
+    desktop.systemWide().answers(attribute::focusedUIElement, field.element());
+    auto payload = read().payload;
+    EXPECT_EQ(payload.applicationName, u"Notes");
+    EXPECT_EQ(payload.bundleIdentifier, u"com.example.notes");
+    EXPECT_EQ(payload.processIdentifier, 812);
+
+    field.processIdentifierFails();
+    payload = read().payload;
+    EXPECT_EQ(payload.applicationName, std::nullopt);
+    EXPECT_EQ(payload.bundleIdentifier, std::nullopt);
+    EXPECT_EQ(payload.processIdentifier, 0);
+}
+
+TEST_F(DirectSelection, GivesTheElementOfAWalkASecondChanceWhereTheFirstIsUnreadable) {
+    auto unreadable = notes.addElement();
+    unreadable.answers(attribute::selectedText, AXError::attributeUnsupported);
+    focus(unreadable);
+    showInWindow({field});
+    const auto snapshot = read();
+    EXPECT_EQ(snapshot.element, field.element());
+    EXPECT_EQ(snapshot.payload.selectedText, u"brown fox");
+    EXPECT_EQ(snapshot.payload.selectedRange, (TextRange{10, 9}));
+}
+
+TEST_F(DirectSelection, FailsWithTheFirstErrorWhereTheWalkFindsNothing) {
+    auto unreadable = notes.addElement();
+    unreadable.answers(attribute::selectedText, AXError::apiDisabled);
+    focus(unreadable);
+    showInWindow({});
+    EXPECT_EQ(error(), BridgeError::selectedTextUnavailable(AXError::apiDisabled));
+}
+
+TEST_F(DirectSelection, FailsWithTheSecondErrorWhereTheFoundElementIsUnreadableToo) {
+    auto unreadable = notes.addElement();
+    unreadable.answers(attribute::selectedText, AXError::apiDisabled);
+    focus(unreadable);
+    auto rangeOnly = notes.addElement();
+    rangeOnly.answers(attribute::selectedTextRange, TextRange{3, 4});
+    rangeOnly.answers(attribute::selectedText, AXError::attributeUnsupported);
+    showInWindow({rangeOnly});
+    EXPECT_EQ(error(), BridgeError::selectedTextUnavailable(AXError::attributeUnsupported));
+}
+
+TEST_F(DirectSelection, FailsWithTheFirstErrorWithoutAWalkWhereNoApplicationIsInFront) {
+    auto unreadable = notes.addElement();
+    unreadable.answers(attribute::selectedText, AXError::apiDisabled);
+    showInWindow({field});
+    desktop.leaveNothingInFront();
+    desktop.systemWide().answers(attribute::focusedUIElement, unreadable.element());
+    EXPECT_EQ(error(), BridgeError::selectedTextUnavailable(AXError::apiDisabled));
+    EXPECT_EQ(test::callsWith(desktop, "AXFocusedWindow"), 0U);
+}
+
+TEST_F(DirectSelection, TakesTheSelectionOfAWalkWhereTheFirstElementHasNone) {
+    const auto empty = notes.addTextElement(u"nothing selected", TextRange{3, 0});
+    focus(empty);
+    showInWindow({empty, field});
+    EXPECT_EQ(read().element, field.element());
+}
+
+TEST_F(DirectSelection, SelectsNothingWhereTheWalkFindsNoBetterElement) {
+    const auto empty = notes.addTextElement(u"nothing selected", TextRange{3, 0});
+    focus(empty);
+    EXPECT_EQ(error(), BridgeError::noTextSelected());
+    showInWindow({empty});
+    EXPECT_EQ(error(), BridgeError::noTextSelected());
+    EXPECT_EQ(traced(SelectionCaptureTrace::Key::route), 0);
+}
+
+TEST_F(DirectSelection, SelectsNothingWhereTheElementOfTheWalkIsUnreadable) {
+    const auto empty = notes.addTextElement(u"nothing selected", TextRange{3, 0});
+    focus(empty);
+    auto rangeOnly = notes.addElement();
+    rangeOnly.answers(attribute::selectedTextRange, TextRange{3, 4});
+    showInWindow({rangeOnly});
+    EXPECT_EQ(error(), BridgeError::noTextSelected());
+}
+
+TEST_F(DirectSelection, WalksNoTreeForAnEmptySelectionWhereNoApplicationIsInFront) {
+    const auto empty = notes.addTextElement(u"nothing selected", TextRange{3, 0});
+    showInWindow({field});
+    desktop.leaveNothingInFront();
+    desktop.systemWide().answers(attribute::focusedUIElement, empty.element());
+    EXPECT_EQ(error(), BridgeError::noTextSelected());
+    EXPECT_EQ(test::callsWith(desktop, "AXFocusedWindow"), 0U);
+}
+
+TEST_F(DirectSelection, RefusesATerminalWithoutARangeUnderTheShortcutOnly) {
+    const auto terminal = desktop.addApplication(900, u"com.apple.Terminal", u"Terminal");
+    auto screen = terminal.addElement();
+    screen.answers(attribute::selectedText, Text(u"ls -l"));
+    terminal.element().answers(attribute::focusedUIElement, screen.element());
+    desktop.bringToFront(900);
+    EXPECT_EQ(read().payload.selectedText, u"ls -l");
+
+    options.purpose = SelectionPurpose::guardedReplacement;
+    EXPECT_EQ(read().payload.selectedText, u"ls -l");
+
+    options.purpose = SelectionPurpose::shortcut;
+    EXPECT_EQ(error(), BridgeError::noTextSelected());
+    screen.answers(attribute::selectedTextRange, TextRange{5, 0});
+    EXPECT_EQ(error(), BridgeError::noTextSelected());
+    screen.answers(attribute::selectedTextRange, TextRange{5, 5});
+    EXPECT_EQ(read().payload.selectedText, u"ls -l");
+}
+
+TEST_F(DirectSelection, SamplesTheCountersAfterEverythingElseWasRead) {
+    static_cast<void>(read());
+    const auto& journal = desktop.journal();
+    ASSERT_GE(journal.size(), 5U);
+    for (std::size_t index = journal.size() - 4; index < journal.size(); ++index) {
+        EXPECT_NE(journal[index].find("inputCounter"), std::string::npos) << journal[index];
+    }
+}
+
+TEST_F(DirectSelection, FailsWhenTheApplicationQuitsInTheMiddle) {
+    desktop.beforeCall(4, [this] { desktop.quit(812); });
+    EXPECT_TRUE(error());
+}
+
+}  // namespace
+}  // namespace lomaris
