@@ -1,0 +1,117 @@
+#include "bridge/execute.h"
+
+#include "accessibility/model/bridge_error.h"
+#include "accessibility/service/accessibility_service.h"
+#include "bridge/bridge_input_error.h"
+#include "bridge/command_line_options.h"
+#include "bridge/standard_stream_error.h"
+#include "text/utf8.h"
+
+#include <chrono>
+#include <cmath>
+#include <exception>
+#include <new>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace lomaris {
+
+namespace {
+
+constexpr std::string_view errorPrefix = "Lomaris macOS bridge: ";
+
+/// Runs the commands, one function a command.
+class Executor {
+public:
+    Executor(Platform& platform, StandardStreams& streams)
+        : platform_(platform), streams_(streams), service_(platform) {}
+
+    int operator()(const command::PermissionStatus& command) {
+        const bool granted = service_.hasPermission(command.prompt ? TrustPrompt::ask : TrustPrompt::none);
+        writeLine(granted ? "granted" : "not-granted");
+        return granted ? exit_status::success : exit_status::notGranted;
+    }
+
+    int operator()(const command::ReadSelection& command) {
+        wait(command.delay);
+        if (command.json) {
+            write(service_.readSelectionJSON(command.beforeLimit, command.afterLimit));
+            write("\n");
+        } else {
+            writeLine(utf8FromText(service_.readSelectionText(command.beforeLimit, command.afterLimit)));
+        }
+        return exit_status::success;
+    }
+
+    int operator()(const command::ReplaceSelection& /*command*/) { notBuilt(u"replace-selection"); }
+    int operator()(const command::ReplaceSelectionRequest& /*command*/) { notBuilt(u"replace-selection-request"); }
+    int operator()(const command::DiagnoseSelection& /*command*/) { notBuilt(u"diagnose-selection"); }
+    int operator()(const command::CompatibilityCheck& /*command*/) { notBuilt(u"compatibility-check"); }
+
+    int operator()(const command::Help& /*command*/) {
+        writeLine(utf8FromText(CommandLineOptions::usage()));
+        return exit_status::success;
+    }
+
+private:
+    /// Lets the user switch to the target application after starting the tool in a terminal.
+    void wait(double seconds) {
+        if (seconds > 0) {
+            platform_.scheduling().sleep(Duration(std::llround(seconds * 1e9)));
+        }
+    }
+
+    void write(std::string_view bytes) {
+        if (!streams_.writeOutput(bytes)) {
+            throw StandardStreamError();
+        }
+    }
+
+    void writeLine(std::string line) {
+        line.push_back('\n');
+        write(line);
+    }
+
+    [[noreturn]] static void notBuilt(TextView word) {
+        throw BridgeError::invalidArguments(Text(word) +
+                                            u" is not part of this version yet. Only read-selection and "
+                                            u"permission-status work so far.");
+    }
+
+    Platform& platform_;
+    StandardStreams& streams_;
+    LomarisAccessibilityService service_;
+};
+
+void writeError(StandardStreams& streams, std::string_view message) {
+    std::string line(errorPrefix);
+    line += message;
+    line.push_back('\n');
+    streams.writeError(line);
+}
+
+}  // namespace
+
+int execute(const BridgeCommand& command, Platform& platform, StandardStreams& streams) {
+    return std::visit(Executor(platform, streams), command);
+}
+
+int runCommandLine(std::span<const Text> arguments, Platform& platform, StandardStreams& streams) {
+    try {
+        return execute(CommandLineOptions::parse(arguments), platform, streams);
+    } catch (const BridgeError& error) {
+        writeError(streams, utf8FromText(error.errorDescription()));
+    } catch (const BridgeInputError& error) {
+        writeError(streams, utf8FromText(error.errorDescription()));
+    } catch (const StandardStreamError& error) {
+        writeError(streams, utf8FromText(error.errorDescription()));
+    } catch (const std::bad_alloc&) {
+        writeError(streams, "Not enough memory. Close some applications and try again.");
+    } catch (const std::exception& error) {
+        writeError(streams, error.what());
+    }
+    return exit_status::failure;
+}
+
+}  // namespace lomaris

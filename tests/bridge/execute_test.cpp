@@ -1,0 +1,184 @@
+#include "bridge/execute.h"
+
+#include "platform/attributes.h"
+#include "platform/simulated/simulated_desktop.h"
+#include "text/utf8.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lomaris {
+namespace {
+
+/// Streams in memory. Every write is kept on its own.
+class RecordedStreams final : public StandardStreams {
+public:
+    std::optional<std::string> readInput() override { return std::string(); }
+
+    bool writeOutput(std::string_view bytes) override {
+        if (refuseOutput) {
+            return false;
+        }
+        output.emplace_back(bytes);
+        return true;
+    }
+
+    void writeError(std::string_view bytes) override { error.emplace_back(bytes); }
+
+    bool refuseOutput = false;
+    std::vector<std::string> output;
+    std::vector<std::string> error;
+};
+
+using Lines = std::vector<std::string>;
+
+class Execute : public testing::Test {
+protected:
+    Execute() {
+        const auto notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
+        notes.element().answers(attribute::focusedUIElement,
+                                notes.addTextElement(u"The quick brown fox", TextRange{10, 9}).element());
+        desktop.bringToFront(812);
+        desktop.setInputCounters({1, 2, 3, 4});
+    }
+
+    int run(const std::vector<std::string>& arguments) {
+        std::vector<Text> texts;
+        for (const auto& argument : arguments) {
+            texts.push_back(textFromUtf8(argument));
+        }
+        return runCommandLine(texts, desktop, streams);
+    }
+
+    SimulatedDesktop desktop;
+    RecordedStreams streams;
+};
+
+TEST_F(Execute, PrintsTheUsageTextWithoutArgumentsAndTouchesNothing) {
+    EXPECT_EQ(run({}), 0);
+    ASSERT_EQ(streams.output.size(), 1U);
+    EXPECT_EQ(streams.output[0].size(), 1049U);
+    EXPECT_EQ(streams.output[0].substr(0, 44), "Lomaris macOS Accessibility bridge\n\nUsage:\n ");
+    EXPECT_EQ(streams.output[0].back(), '\n');
+    EXPECT_EQ(streams.error, Lines());
+    EXPECT_EQ(desktop.journal(), Lines());
+}
+
+TEST_F(Execute, SaysGrantedToATrustedProcess) {
+    EXPECT_EQ(run({"permission-status"}), 0);
+    EXPECT_EQ(streams.output, Lines{"granted\n"});
+    EXPECT_EQ(streams.error, Lines());
+}
+
+TEST_F(Execute, SaysNotGrantedWithStatusTwoToAnUntrustedProcess) {
+    desktop.setTrusted(false);
+    EXPECT_EQ(run({"permission-status"}), 2);
+    EXPECT_EQ(streams.output, Lines{"not-granted\n"});
+    EXPECT_EQ(streams.error, Lines());
+}
+
+TEST_F(Execute, AsksTheSystemForPermissionWhenTold) {
+    desktop.setTrusted(false);
+    desktop.setPromptAnswer(true);
+    EXPECT_EQ(run({"permission-status", "--prompt"}), 0);
+    EXPECT_EQ(streams.output, Lines{"granted\n"});
+    ASSERT_EQ(desktop.journal().size(), 1U);
+}
+
+TEST_F(Execute, WritesTheSelectedTextAndALineFeedInOneWrite) {
+    EXPECT_EQ(run({"read-selection"}), 0);
+    EXPECT_EQ(streams.output, Lines{"brown fox\n"});
+}
+
+TEST_F(Execute, WritesJsonAndThenOneLineFeed) {
+    EXPECT_EQ(run({"read-selection", "--json", "--before-chars", "4"}), 0);
+    const std::string json =
+        "{\n"
+        "  \"applicationName\" : \"Notes\",\n"
+        "  \"bundleIdentifier\" : \"com.example.notes\",\n"
+        "  \"contextAfter\" : \"\",\n"
+        "  \"contextBefore\" : \"ick \",\n"
+        "  \"inputActivity\" : {\n"
+        "    \"keyDownCount\" : 1,\n"
+        "    \"leftMouseDownCount\" : 2,\n"
+        "    \"otherMouseDownCount\" : 4,\n"
+        "    \"rightMouseDownCount\" : 3\n"
+        "  },\n"
+        "  \"processIdentifier\" : 812,\n"
+        "  \"selectedRange\" : {\n"
+        "    \"length\" : 9,\n"
+        "    \"location\" : 10\n"
+        "  },\n"
+        "  \"selectedText\" : \"brown fox\",\n"
+        "  \"selectionMethod\" : \"accessibility\",\n"
+        "  \"supportsDirectReplacement\" : true\n"
+        "}";
+    EXPECT_EQ(streams.output, (Lines{json, "\n"}));
+}
+
+TEST_F(Execute, WaitsForTheDelayBeforeAnythingElse) {
+    EXPECT_EQ(run({"read-selection", "--delay", "1.25"}), 0);
+    EXPECT_EQ(desktop.now(), std::chrono::milliseconds(1250));
+    EXPECT_NE(desktop.journal().at(0).find("0.000000000 sleep"), std::string::npos) << desktop.journal().at(0);
+    EXPECT_EQ(desktop.journal().at(1).substr(0, 11), "1.250000000");
+}
+
+TEST_F(Execute, DoesNotSleepForADelayOfZeroOrMinusZero) {
+    for (const auto* delay : {"0", "-0"}) {
+        EXPECT_EQ(run({"read-selection", "--delay", delay}), 0);
+    }
+    for (const auto& line : desktop.journal()) {
+        EXPECT_EQ(line.find("sleep"), std::string::npos) << line;
+    }
+}
+
+TEST_F(Execute, WritesOneLineToStandardErrorAndNothingElseWhenAReadFails) {
+    desktop.setTrusted(false);
+    for (const auto& arguments :
+         std::vector<std::vector<std::string>>{{"read-selection"}, {"read-selection", "--json"}}) {
+        streams.error.clear();
+        EXPECT_EQ(run(arguments), 1);
+        EXPECT_EQ(streams.error,
+                  Lines{"Lomaris macOS bridge: Accessibility permission is required. Open System Settings > Privacy & "
+                        "Security > Accessibility and enable Lomaris (or the terminal running it).\n"});
+        EXPECT_EQ(streams.output, Lines());
+    }
+}
+
+TEST_F(Execute, WritesOneLineToStandardErrorWhenTheArgumentsAreRefused) {
+    EXPECT_EQ(run({"read-selection", "--delay", "99"}), 1);
+    EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: --delay must be between 0 and 60 seconds.\n"});
+    EXPECT_EQ(streams.output, Lines());
+    EXPECT_EQ(desktop.journal(), Lines());
+}
+
+TEST_F(Execute, ReportsAnOutputThatCannotBeWritten) {
+    streams.refuseOutput = true;
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {}, {"permission-status"}, {"read-selection"}, {"read-selection", "--json"}}) {
+        streams.error.clear();
+        EXPECT_EQ(run(arguments), 1);
+        EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not write to standard output.\n"});
+    }
+}
+
+TEST_F(Execute, ReportsAnOutputThatCannotBeWrittenEvenWhenNotGranted) {
+    desktop.setTrusted(false);
+    streams.refuseOutput = true;
+    EXPECT_EQ(run({"permission-status"}), 1);
+    EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not write to standard output.\n"});
+}
+
+TEST_F(Execute, PrintsHalfASurrogatePairAsReplacementCharacter) {
+    const auto odd = desktop.addApplication(900, std::nullopt, std::nullopt);
+    odd.element().answers(attribute::focusedUIElement, odd.addTextElement(u"\U0001f600!", TextRange{1, 2}).element());
+    desktop.bringToFront(900);
+    EXPECT_EQ(run({"read-selection"}), 0);
+    EXPECT_EQ(streams.output, Lines{"\ufffd!\n"});
+}
+
+}  // namespace
+}  // namespace lomaris

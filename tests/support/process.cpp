@@ -1,0 +1,187 @@
+#include "tests/support/process.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+extern char** environ;
+
+namespace lomaris::test {
+
+namespace {
+
+/// A file descriptor that is closed with its owner.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int number) : number_(number) {}
+    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        close();
+        number_ = std::exchange(other.number_, -1);
+        return *this;
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { close(); }
+
+    [[nodiscard]] int number() const { return number_; }
+    void close() {
+        if (number_ >= 0) {
+            ::close(number_);
+            number_ = -1;
+        }
+    }
+
+private:
+    int number_ = -1;
+};
+
+struct Pipe {
+    Descriptor readEnd;
+    Descriptor writeEnd;
+};
+
+Pipe makePipe() {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+        throw std::system_error(errno, std::generic_category(), "pipe");
+    }
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
+}
+
+std::vector<std::string> environmentFor(const ProcessOptions& options) {
+    std::vector<std::string> variables;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string_view variable(*entry);
+        bool replaced = false;
+        for (const auto& [name, value] : options.environment) {
+            replaced = replaced || variable.substr(0, variable.find('=')) == name;
+        }
+        if (!replaced) {
+            variables.emplace_back(variable);
+        }
+    }
+    for (const auto& [name, value] : options.environment) {
+        if (value) {
+            variables.push_back(name + "=" + *value);
+        }
+    }
+    return variables;
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& strings) {
+    std::vector<char*> pointers;
+    for (auto& string : strings) {
+        pointers.push_back(string.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// Feeds standard input and collects the other two until the program has closed them.
+void exchange(Descriptor input, Descriptor output, Descriptor error, std::string_view toWrite, ProcessResult& result) {
+    fcntl(input.number(), F_SETFL, O_NONBLOCK);
+    while (output.number() >= 0 || error.number() >= 0) {
+        if (toWrite.empty()) {
+            input.close();
+        }
+        std::array<pollfd, 3> waiting = {
+            {{input.number(), POLLOUT, 0}, {output.number(), POLLIN, 0}, {error.number(), POLLIN, 0}}};
+        poll(waiting.data(), waiting.size(), -1);
+        if (waiting[0].revents != 0) {
+            const ssize_t written = write(input.number(), toWrite.data(), toWrite.size());
+            if (written > 0) {
+                toWrite.remove_prefix(static_cast<std::size_t>(written));
+            } else if (errno != EAGAIN) {
+                toWrite = {};
+            }
+        }
+        const auto collect = [](const pollfd& ready, Descriptor& from, std::string& into) {
+            if (ready.revents == 0) {
+                return;
+            }
+            std::array<char, 65536> buffer{};
+            const ssize_t count = read(from.number(), buffer.data(), buffer.size());
+            if (count > 0) {
+                into.append(buffer.data(), static_cast<std::size_t>(count));
+            } else {
+                from.close();
+            }
+        };
+        collect(waiting[1], output, result.output);
+        collect(waiting[2], error, result.error);
+    }
+}
+
+}  // namespace
+
+ProcessResult runProcess(const std::vector<std::string>& commandLine, const ProcessOptions& options) {
+    std::signal(SIGPIPE, SIG_IGN);
+    Pipe input = makePipe();
+    Pipe output = makePipe();
+    Pipe error = makePipe();
+
+    if (options.readerGoesAway) {
+        output.readEnd.close();
+    }
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, input.readEnd.number(), 0);
+    if (options.outputFile) {
+        posix_spawn_file_actions_addopen(&actions, 1, options.outputFile->c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    } else {
+        posix_spawn_file_actions_adddup2(&actions, output.writeEnd.number(), 1);
+    }
+    posix_spawn_file_actions_adddup2(&actions, error.writeEnd.number(), 2);
+    for (const int descriptor : options.closedDescriptors) {
+        posix_spawn_file_actions_addclose(&actions, descriptor);
+    }
+    // The tool must cope with a closed pipe by itself; what this process does with the signal must not be inherited.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t defaults;
+    sigemptyset(&defaults);
+    sigaddset(&defaults, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &defaults);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+
+    std::vector<std::string> arguments = commandLine;
+    std::vector<std::string> variables = environmentFor(options);
+    pid_t process = 0;
+    const int failure = posix_spawnp(&process, arguments.at(0).c_str(), &actions, &attributes,
+                                     pointersTo(arguments).data(), pointersTo(variables).data());
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    if (failure != 0) {
+        throw std::system_error(failure, std::generic_category(), commandLine.at(0));
+    }
+    input.readEnd.close();
+    output.writeEnd.close();
+    error.writeEnd.close();
+
+    ProcessResult result;
+    exchange(std::move(input.writeEnd), std::move(output.readEnd), std::move(error.readEnd), options.input, result);
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+    }
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    return result;
+}
+
+ProcessResult runTool(std::vector<std::string> arguments, const ProcessOptions& options) {
+    arguments.insert(arguments.begin(), LOMARIS_TOOL);
+    return runProcess(arguments, options);
+}
+
+}  // namespace lomaris::test
