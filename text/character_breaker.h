@@ -37,7 +37,8 @@ private:
     Conjunct conjunct_ = Conjunct::none;
 };
 
-/// Where the character that begins at `position` ends. `position` must be a character boundary inside of `text`.
+/// Where the character that begins at `position` ends. `position` must be a character boundary of `text`, its end
+/// included.
 [[nodiscard]] std::size_t characterEnd(TextView text, std::size_t position);
 
 }  // namespace lomaris

@@ -21,8 +21,7 @@ struct FocusedElement {
 /// Walks the focused window of an application, or else all its windows, or else its root element, breadth first, for
 /// the element that holds a selection: the first one with selected text or with a range of at least one unit, else the
 /// first focused text element, else the first text element, else nothing. Examines at most 3,000 elements and none
-/// below depth
-/// 30. Never throws. Main thread.
+/// below depth 30. Never throws. Main thread.
 [[nodiscard]] std::optional<Element> findFocusedTextDescendant(Accessibility& accessibility,
                                                                const Element& application);
 

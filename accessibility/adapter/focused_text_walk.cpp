@@ -45,6 +45,29 @@ struct NodeAnswers {
     }
 };
 
+/// Elements that wait to be examined, and their depths. Never longer than what may be examined, however many children
+/// an application claims to have.
+class WalkQueue {
+public:
+    void append(std::span<const Element> elements, int depth) {
+        const std::size_t count = std::min(elements.size(), maximumExamined - elements_.size());
+        elements_.insert(elements_.end(), elements.begin(), elements.begin() + static_cast<std::ptrdiff_t>(count));
+        depths_.resize(elements_.size(), depth);
+    }
+
+    [[nodiscard]] std::size_t size() const { return elements_.size(); }
+    /// A copy, as the queue may grow while the element is looked at.
+    [[nodiscard]] Element element(std::size_t position) const { return elements_[position]; }
+    [[nodiscard]] int depth(std::size_t position) const { return depths_[position]; }
+    [[nodiscard]] std::span<const Element> batchFrom(std::size_t position) const {
+        return std::span(elements_).subspan(position, std::min(batchSize, elements_.size() - position));
+    }
+
+private:
+    std::vector<Element> elements_;
+    std::vector<int> depths_;
+};
+
 /// Whether a text element holds a selection now. The batch only told that it is a text element; what counts is a fresh
 /// look.
 bool hasSelection(Accessibility& accessibility, const Element& element) {
@@ -59,20 +82,17 @@ bool hasSelection(Accessibility& accessibility, const Element& element) {
 }  // namespace
 
 std::optional<Element> findFocusedTextDescendant(Accessibility& accessibility, const Element& application) {
-    std::vector<Element> queue = scanRoots(accessibility, application);
-    std::vector<int> depths(queue.size(), 0);
+    WalkQueue queue;
+    queue.append(scanRoots(accessibility, application), 0);
     std::optional<Element> firstFocused;
     std::optional<Element> first;
 
-    std::size_t position = 0;
-    while (position < std::min(queue.size(), maximumExamined)) {
-        const std::size_t end = std::min({queue.size(), maximumExamined, position + batchSize});
-        const auto answers =
-            accessibility.copyAttributes(std::span(queue).subspan(position, end - position), batchedAttributes);
-        for (const auto& elementAnswers : answers) {
-            const NodeAnswers node(elementAnswers);
-            // A copy, as the queue grows below.
-            const Element element = queue[position];
+    for (std::size_t batchStart = 0; batchStart < queue.size();) {
+        const auto answers = accessibility.copyAttributes(queue.batchFrom(batchStart), batchedAttributes);
+        for (std::size_t index = 0; index < answers.size(); ++index) {
+            const std::size_t position = batchStart + index;
+            const NodeAnswers node(answers[index]);
+            const Element element = queue.element(position);
             if (node.isTextCapable()) {
                 if (hasSelection(accessibility, element)) {
                     return element;
@@ -86,12 +106,11 @@ std::optional<Element> findFocusedTextDescendant(Accessibility& accessibility, c
                 }
             }
             const auto* const children = valueIn<std::vector<Element>>(node.children);
-            if (children != nullptr && depths[position] <= deepestExpanded) {
-                queue.insert(queue.end(), children->begin(), children->end());
-                depths.resize(queue.size(), depths[position] + 1);
+            if (children != nullptr && queue.depth(position) <= deepestExpanded) {
+                queue.append(*children, queue.depth(position) + 1);
             }
-            ++position;
         }
+        batchStart += answers.size();
     }
     return firstFocused ? firstFocused : first;
 }

@@ -48,7 +48,8 @@ public:
 
     [[nodiscard]] Case errorCase() const { return case_; }
 
-    /// The sentence for the user, one line. Never absent; empty only where an empty message was given.
+    /// The sentence for the user. Never absent; empty only where an empty message was given. Names and arguments in it
+    /// stand unchanged.
     [[nodiscard]] Text errorDescription() const;
 
     /// The name of the case, for logs of a host that catches `std::exception`; users are shown `errorDescription`.

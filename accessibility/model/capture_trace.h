@@ -17,8 +17,7 @@ public:
     /// The entries, in the order of every snapshot.
     enum class Key : std::uint8_t {
         /// 1: direct; 2: a direct read in a browser or editor handed to the clipboard; 3: a failed direct read switched
-        /// to
-        /// the clipboard.
+        /// to the clipboard.
         route,
         /// Of the direct read: 1 no text selected, 2 selected text unavailable, 3 focused element unavailable, 4 other.
         error,

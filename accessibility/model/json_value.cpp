@@ -5,7 +5,6 @@
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
 
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <utility>
@@ -82,6 +81,41 @@ private:
     std::optional<JsonValue> root_;
 };
 
+/// Takes the value of one number from the parser, which knows no locale.
+class IntegerReader {
+public:
+    bool Null() { return false; }
+    bool Bool(bool /*value*/) { return false; }
+    bool RawNumber(const char* /*digits*/, rapidjson::SizeType /*length*/, bool /*copy*/) { return false; }
+    bool String(const char* /*bytes*/, rapidjson::SizeType /*length*/, bool /*copy*/) { return false; }
+    bool Key(const char* /*bytes*/, rapidjson::SizeType /*length*/, bool /*copy*/) { return false; }
+    bool StartObject() { return false; }
+    bool StartArray() { return false; }
+    bool EndObject(rapidjson::SizeType /*count*/) { return false; }
+    bool EndArray(rapidjson::SizeType /*count*/) { return false; }
+
+    bool Int(int value) { return take(value); }
+    bool Uint(unsigned value) { return take(value); }
+    bool Int64(std::int64_t value) { return take(value); }
+    bool Uint64(std::uint64_t value) {
+        return std::in_range<std::int64_t>(value) && take(static_cast<std::int64_t>(value));
+    }
+    bool Double(double value) {
+        constexpr double limit = 9223372036854775808.0;  // 2^63, the first double above the range
+        return std::trunc(value) == value && value >= -limit && value < limit && take(static_cast<std::int64_t>(value));
+    }
+
+    std::optional<std::int64_t> value() const { return value_; }
+
+private:
+    bool take(std::int64_t value) {
+        value_ = value;
+        return true;
+    }
+
+    std::optional<std::int64_t> value_;
+};
+
 }  // namespace
 
 std::optional<JsonValue> parseJson(std::string_view bytes) {
@@ -101,21 +135,11 @@ std::optional<JsonValue> parseJson(std::string_view bytes) {
 }
 
 std::optional<std::int64_t> integerValue(const JsonNumber& number) {
-    const char* const begin = number.digits.data();
-    const char* const end = begin + number.digits.size();
-    std::int64_t integer = 0;
-    if (const auto parsed = std::from_chars(begin, end, integer); parsed.ec == std::errc() && parsed.ptr == end) {
-        return integer;
-    }
-    double value = 0;
-    if (const auto parsed = std::from_chars(begin, end, value); parsed.ec != std::errc() || parsed.ptr != end) {
-        return std::nullopt;
-    }
-    constexpr double limit = 9223372036854775808.0;  // 2^63, the first double above the range
-    if (std::trunc(value) != value || value < -limit || value >= limit) {
-        return std::nullopt;
-    }
-    return static_cast<std::int64_t>(value);
+    rapidjson::MemoryStream stream(number.digits.data(), number.digits.size());
+    rapidjson::Reader reader;
+    IntegerReader integer;
+    constexpr unsigned flags = rapidjson::kParseFullPrecisionFlag;
+    return reader.Parse<flags>(stream, integer).IsError() ? std::nullopt : integer.value();
 }
 
 }  // namespace lomaris

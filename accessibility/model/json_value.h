@@ -38,8 +38,8 @@ struct JsonMember {
 };
 
 /// Parses one JSON document from UTF-8. Nothing where the bytes are not exactly one well-formed document: ill-formed
-/// UTF-8, a lone surrogate escape, a raw control character in a string, a comment, a trailing comma, anything after the
-/// document, or containers nested deeper than 512 levels.
+/// UTF-8, a lone surrogate escape, a raw control character in a string, a comment, a trailing comma, a number
+/// beyond the range of a double, anything after the document, or containers nested deeper than 512 levels.
 [[nodiscard]] std::optional<JsonValue> parseJson(std::string_view bytes);
 
 /// The number as a signed 64-bit integer, where its value is one: 812, 812.0 and 8.12e2 are. Nothing where it has a

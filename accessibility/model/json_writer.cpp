@@ -132,7 +132,10 @@ void JsonWriter::boolean(bool value) {
     output_ += value ? "true" : "false";
 }
 
-std::string JsonWriter::take() { return std::exchange(output_, std::string()); }
+std::string JsonWriter::take() {
+    firstInContainer_ = true;
+    return std::exchange(output_, std::string());
+}
 
 void JsonWriter::beginValue() {
     if (std::exchange(afterKey_, false)) {

@@ -16,7 +16,8 @@ enum class SlashEscaping : std::uint8_t { escaped, unescaped };
 /// and a bracket, no line feed at the end.
 ///
 /// The keys of an object must be written in ascending order of their bytes, which is the order that the platform's
-/// encoder sorts them into; keys are ASCII and need no escaping. Half a surrogate pair in a text becomes U+FFFD.
+/// encoder sorts them into; keys are ASCII and need no escaping. No record is an object without members, so there is no
+/// form for one. Half a surrogate pair in a text becomes U+FFFD.
 class JsonWriter {
 public:
     explicit JsonWriter(SlashEscaping slashes) : slashes_(slashes) {}

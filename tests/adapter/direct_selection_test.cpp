@@ -8,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace lomaris {
@@ -271,18 +273,57 @@ TEST_F(DirectSelection, RefusesATerminalWithoutARangeUnderTheShortcutOnly) {
     EXPECT_EQ(read().payload.selectedText, u"ls -l");
 }
 
-TEST_F(DirectSelection, SamplesTheCountersAfterEverythingElseWasRead) {
+TEST_F(DirectSelection, MakesItsCallsInThisOrder) {
     static_cast<void>(read());
-    const auto& journal = desktop.journal();
-    ASSERT_GE(journal.size(), 5U);
-    for (std::size_t index = journal.size() - 4; index < journal.size(); ++index) {
-        EXPECT_NE(journal[index].find("inputCounter"), std::string::npos) << journal[index];
+    const std::vector<std::string> expected = {
+        "0.000000000 isProcessTrusted(none) -> true",
+        "0.000000000 frontmostApplication() -> 812 com.example.notes \"Notes\"",
+        "0.000000000 applicationElement(812)",
+        "0.000000000 copyElementAttribute(812, AXFocusedUIElement) -> 812/1",
+        "0.000000000 copyAttribute(812/1, AXSelectedTextRange) -> {10, 9}",
+        "0.000000000 copyAttribute(812/1, AXValue) -> \"The quick brown fox jumps\"",
+        "0.000000000 copyAttribute(812/1, AXSelectedText) -> \"brown fox\"",
+        "0.000000000 processIdentifier(812/1) -> 812",
+        "0.000000000 isAttributeSettable(812/1, AXSelectedText) -> true",
+        "0.000000000 inputCounter(10) -> 1532",
+        "0.000000000 inputCounter(1) -> 210",
+        "0.000000000 inputCounter(3) -> 4",
+        "0.000000000 inputCounter(25) -> 7",
+    };
+    EXPECT_EQ(desktop.journal(), expected);
+}
+
+TEST_F(DirectSelection, FailsWithTheErrorOfTheMomentWhenTheApplicationQuits) {
+    struct Example {
+        std::size_t call;
+        BridgeError error;
+    };
+    const std::vector<Example> examples = {
+        // Before the front application is asked for, nothing is in front any more.
+        {2, BridgeError::focusedElementUnavailable(AXError::attributeUnsupported, std::nullopt)},
+        {3, BridgeError::focusedElementUnavailable(AXError::invalidUIElement, u"Notes")},
+        {4, BridgeError::focusedElementUnavailable(AXError::invalidUIElement, u"Notes")},
+        {5, BridgeError::selectedTextUnavailable(AXError::invalidUIElement)},
+        {6, BridgeError::selectedTextUnavailable(AXError::invalidUIElement)},
+    };
+    for (const auto& example : examples) {
+        SimulatedDesktop fresh;
+        const auto application = fresh.addApplication(812, u"com.example.notes", u"Notes");
+        application.element().answers(attribute::focusedUIElement,
+                                      application.addTextElement(u"brown", TextRange{0, 5}).element());
+        fresh.bringToFront(812);
+        fresh.beforeCall(example.call, [&fresh] { fresh.quit(812); });
+        EXPECT_EQ(test::thrownBy([&] { return readDirectSelection(fresh, options); }), example.error) << example.call;
     }
 }
 
-TEST_F(DirectSelection, FailsWhenTheApplicationQuitsInTheMiddle) {
-    desktop.beforeCall(4, [this] { desktop.quit(812); });
-    EXPECT_TRUE(error());
+TEST_F(DirectSelection, KeepsWhatItReadWhenTheApplicationQuitsAfterwards) {
+    // Range and whole text are there; the selected text is cut out of them.
+    desktop.beforeCall(7, [this] { desktop.quit(812); });
+    const auto snapshot = read();
+    EXPECT_EQ(snapshot.payload.selectedText, u"brown fox");
+    EXPECT_EQ(snapshot.payload.processIdentifier, 0);
+    EXPECT_EQ(snapshot.replacementStrategy, ReplacementStrategy::keyboardClipboard);
 }
 
 }  // namespace

@@ -150,6 +150,29 @@ TEST_F(FocusedTextWalk, TakesAnElementWithARangeButNoSelectedTextForATextElement
     EXPECT_EQ(find(), byRange.element());
 }
 
+TEST_F(FocusedTextWalk, TakesARangeOfNegativeLengthForACandidateOnly) {
+    auto odd = notes.addElement();
+    odd.answers(attribute::selectedTextRange, TextRange{3, -2});
+    const auto selected = addText(u"brown");
+    setChildren(window, {odd, selected});
+    EXPECT_EQ(find(), selected.element());
+}
+
+TEST_F(FocusedTextWalk, LooksAtNoMoreThan3000ElementsOfATreeThatBitesItsOwnTail) {
+    setChildren(window, std::vector<SimulatedElement>(200, window));
+    EXPECT_EQ(find(), std::nullopt);
+    // The window alone, and the other 2,999 in batches of 32.
+    EXPECT_EQ(test::callsWith(desktop, "copyAttributes"), 95U);
+}
+
+TEST_F(FocusedTextWalk, LooksAtNoMoreThan3000OfAnyNumberOfWindows) {
+    notes.element().answers(attribute::focusedWindow, AXError::noValue);
+    std::vector<Element> windows(3000, window.element());
+    windows.push_back(addText(u"brown").element());
+    notes.element().answers(attribute::windows, windows);
+    EXPECT_EQ(find(), std::nullopt);
+}
+
 TEST_F(FocusedTextWalk, TakesNoOtherBoxedValueForARange) {
     auto point = notes.addElement();
     point.answers(attribute::selectedTextRange, OtherBoxedValue{});

@@ -6,10 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -219,9 +219,36 @@ TEST(CommandLine, ReadsLimitsAsEveryReferenceCaseShows) {
 }
 
 TEST(CommandLine, HasAUsageTextOf21LinesAnd1048Characters) {
-    const TextView usage = CommandLineOptions::usage();
-    EXPECT_EQ(usage.size(), 1048U);
-    EXPECT_EQ(std::count(usage.begin(), usage.end(), u'\n'), 20);
+    const std::vector<std::string> lines = {
+        "Lomaris macOS Accessibility bridge",
+        "",
+        "Usage:",
+        "  lomaris-macos-bridge permission-status [--prompt]",
+        "  lomaris-macos-bridge read-selection [--delay <seconds>] [--json]",
+        "  lomaris-macos-bridge replace-selection [--replacement <text>] [--delay <seconds>]",
+        "  lomaris-macos-bridge replace-selection-request [--delay <seconds>]",
+        "  lomaris-macos-bridge diagnose-selection [--delay <seconds>]",
+        "  lomaris-macos-bridge compatibility-check [--delay <seconds>]",
+        "",
+        "Options:",
+        "  --delay <seconds>          Wait before accessing the focused application",
+        "  --before-chars <number>    Context before selection (default: 500)",
+        "  --after-chars <number>     Context after selection (default: 500)",
+        "  --json                     Emit structured selection data",
+        "  --prompt                   Ask macOS for Accessibility permission",
+        "  --replacement <text>       Replacement text; reads UTF-8 stdin when omitted",
+        "  -h, --help                 Show this help",
+        "",
+        "The --delay option lets you invoke the bridge in Terminal and switch to the",
+        "target application before the accessibility operation runs.",
+    };
+    ASSERT_EQ(lines.size(), 21U);
+    std::string expected = lines.front();
+    for (std::size_t line = 1; line < lines.size(); ++line) {
+        expected += "\n" + lines[line];
+    }
+    EXPECT_EQ(utf8FromText(CommandLineOptions::usage()), expected);
+    EXPECT_EQ(expected.size(), 1048U);
 }
 
 }  // namespace

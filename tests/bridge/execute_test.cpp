@@ -1,11 +1,13 @@
 #include "bridge/execute.h"
 
+#include "bridge/command_line_options.h"
 #include "platform/attributes.h"
 #include "platform/simulated/simulated_desktop.h"
 #include "text/utf8.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -38,9 +40,7 @@ using Lines = std::vector<std::string>;
 class Execute : public testing::Test {
 protected:
     Execute() {
-        const auto notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
-        notes.element().answers(attribute::focusedUIElement,
-                                notes.addTextElement(u"The quick brown fox", TextRange{10, 9}).element());
+        notes.element().answers(attribute::focusedUIElement, text.element());
         desktop.bringToFront(812);
         desktop.setInputCounters({1, 2, 3, 4});
     }
@@ -54,15 +54,14 @@ protected:
     }
 
     SimulatedDesktop desktop;
+    SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
+    SimulatedTextElement text = notes.addTextElement(u"The quick brown fox", TextRange{10, 9});
     RecordedStreams streams;
 };
 
 TEST_F(Execute, PrintsTheUsageTextWithoutArgumentsAndTouchesNothing) {
     EXPECT_EQ(run({}), 0);
-    ASSERT_EQ(streams.output.size(), 1U);
-    EXPECT_EQ(streams.output[0].size(), 1049U);
-    EXPECT_EQ(streams.output[0].substr(0, 44), "Lomaris macOS Accessibility bridge\n\nUsage:\n ");
-    EXPECT_EQ(streams.output[0].back(), '\n');
+    EXPECT_EQ(streams.output, Lines{utf8FromText(CommandLineOptions::usage()) + "\n"});
     EXPECT_EQ(streams.error, Lines());
     EXPECT_EQ(desktop.journal(), Lines());
 }
@@ -85,7 +84,14 @@ TEST_F(Execute, AsksTheSystemForPermissionWhenTold) {
     desktop.setPromptAnswer(true);
     EXPECT_EQ(run({"permission-status", "--prompt"}), 0);
     EXPECT_EQ(streams.output, Lines{"granted\n"});
-    ASSERT_EQ(desktop.journal().size(), 1U);
+    EXPECT_EQ(desktop.journal(), Lines{"0.000000000 isProcessTrusted(ask) -> true"});
+}
+
+TEST_F(Execute, SaysNotGrantedAlsoAfterAskingInVain) {
+    desktop.setTrusted(false);
+    EXPECT_EQ(run({"permission-status", "--prompt"}), 2);
+    EXPECT_EQ(streams.output, Lines{"not-granted\n"});
+    EXPECT_EQ(desktop.journal(), Lines{"0.000000000 isProcessTrusted(ask) -> false"});
 }
 
 TEST_F(Execute, WritesTheSelectedTextAndALineFeedInOneWrite) {
@@ -119,11 +125,38 @@ TEST_F(Execute, WritesJsonAndThenOneLineFeed) {
     EXPECT_EQ(streams.output, (Lines{json, "\n"}));
 }
 
+TEST_F(Execute, LeavesSlashesInTheSelectionAsTheyAre) {
+    text.setText(u"a/b", TextRange{0, 3});
+    EXPECT_EQ(run({"read-selection", "--json"}), 0);
+    EXPECT_NE(streams.output.at(0).find("\"selectedText\" : \"a/b\""), std::string::npos) << streams.output.at(0);
+}
+
+TEST_F(Execute, CutsTheContextOnEachSideToItsOwnLimit) {
+    text.select(TextRange{4, 5});
+    EXPECT_EQ(run({"read-selection", "--json", "--before-chars", "2", "--after-chars", "3"}), 0);
+    EXPECT_NE(streams.output.at(0).find("\"contextAfter\" : \" br\""), std::string::npos) << streams.output.at(0);
+    EXPECT_NE(streams.output.at(0).find("\"contextBefore\" : \"e \""), std::string::npos) << streams.output.at(0);
+}
+
+TEST_F(Execute, ReadsAnElementThatCannotBeWritten) {
+    text.answersSettable(attribute::selectedText, {AXError::success, false});
+    EXPECT_EQ(run({"read-selection"}), 0);
+    EXPECT_EQ(streams.output, Lines{"brown fox\n"});
+}
+
+TEST_F(Execute, ReadsInAFileManager) {
+    const auto finder = desktop.addApplication(1, u"com.apple.finder", u"Finder");
+    finder.element().answers(attribute::focusedUIElement, text.element());
+    desktop.bringToFront(1);
+    EXPECT_EQ(run({"read-selection"}), 0);
+    EXPECT_EQ(streams.output, Lines{"brown fox\n"});
+}
+
 TEST_F(Execute, WaitsForTheDelayBeforeAnythingElse) {
-    EXPECT_EQ(run({"read-selection", "--delay", "1.25"}), 0);
-    EXPECT_EQ(desktop.now(), std::chrono::milliseconds(1250));
-    EXPECT_NE(desktop.journal().at(0).find("0.000000000 sleep"), std::string::npos) << desktop.journal().at(0);
-    EXPECT_EQ(desktop.journal().at(1).substr(0, 11), "1.250000000");
+    EXPECT_EQ(run({"read-selection", "--delay", "1.250000001"}), 0);
+    EXPECT_EQ(desktop.now(), std::chrono::nanoseconds(1250000001));
+    EXPECT_EQ(desktop.journal().at(0), "0.000000000 sleep(1.250000001)");
+    EXPECT_EQ(desktop.journal().at(1).substr(0, 11), "1.250000001");
 }
 
 TEST_F(Execute, DoesNotSleepForADelayOfZeroOrMinusZero) {

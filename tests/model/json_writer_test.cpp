@@ -104,6 +104,8 @@ TEST(JsonWriter, IsEmptyAfterItsBytesWereTaken) {
     writer.integer(1);
     EXPECT_EQ(writer.take(), "1");
     EXPECT_EQ(writer.take(), "");
+    writer.integer(2);
+    EXPECT_EQ(writer.take(), "2");
 }
 
 }  // namespace

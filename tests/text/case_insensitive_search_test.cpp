@@ -26,7 +26,7 @@ TEST(ContainsIgnoringCase, ComparesWholeCharacters) {
     const std::vector<Case> cases{
         {u"MainEditorView", u"EDITOR", true},
         {u"\u00C9diteur", u"e\u0301D", true},
-        {u"e\u0301diteur", u"e", false},
+        {u"e\u0301dit", u"e", false},
         {u"xe\u0301", u"e", false},
         {u"ee\u0301", u"e", true},
         {u"\U0001F468\u200D\U0001F469", u"\U0001F468", false},
