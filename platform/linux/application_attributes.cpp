@@ -1,0 +1,77 @@
+#include "platform/linux/application_attributes.h"
+
+#include "platform/attributes.h"
+#include "platform/linux/atspi_element.h"
+#include "platform/linux/focus_search.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace lomaris {
+
+namespace {
+
+AttributeAnswer focusedElementAnswer(BusConnection& bus, const ObjectReference& root) {
+    const FoundObject found = findFocusedObject(bus, root);
+    if (!found.object) {
+        return {found.error, NullValue{}};
+    }
+    return {AXError::success, makeElement(*found.object)};
+}
+
+AttributeAnswer windowsAnswer(const ApplicationWindows& windows) {
+    std::vector<Element> elements;
+    for (const ApplicationWindow& window : windows.windows) {
+        elements.push_back(makeElement(window.object));
+    }
+    return {AXError::success, std::move(elements)};
+}
+
+/// The first window for which `matches` holds.
+template <typename Predicate>
+AttributeAnswer windowAnswer(const ApplicationWindows& windows, Predicate matches) {
+    const auto found = std::find_if(windows.windows.begin(), windows.windows.end(), matches);
+    if (found == windows.windows.end()) {
+        return {AXError::noValue, NullValue{}};
+    }
+    return {AXError::success, makeElement(found->object)};
+}
+
+bool isActive(const ApplicationWindow& window) { return window.isActive; }
+bool isShowing(const ApplicationWindow& window) { return window.isShowing; }
+
+constexpr std::array<std::string_view, 4> applicationAttributes{
+    attribute::focusedUIElement,
+    attribute::focusedWindow,
+    attribute::mainWindow,
+    attribute::windows,
+};
+
+}  // namespace
+
+bool isApplicationAttribute(std::string_view attribute) {
+    return std::find(applicationAttributes.begin(), applicationAttributes.end(), attribute) !=
+           applicationAttributes.end();
+}
+
+AttributeAnswer copyApplicationAttribute(BusConnection& bus, const ObjectReference& root, std::string_view attribute) {
+    if (attribute == attribute::focusedUIElement) {
+        return focusedElementAnswer(bus, root);
+    }
+    const ApplicationWindows windows = applicationWindows(bus, root);
+    if (windows.error != AXError::success) {
+        return {windows.error, NullValue{}};
+    }
+    if (attribute == attribute::windows) {
+        return windowsAnswer(windows);
+    }
+    AttributeAnswer answer = windowAnswer(windows, isActive);
+    if (attribute == attribute::mainWindow && answer.error == AXError::noValue) {
+        // An application in the background has a main window, though none that is active.
+        answer = windowAnswer(windows, isShowing);
+    }
+    return answer;
+}
+
+}  // namespace lomaris

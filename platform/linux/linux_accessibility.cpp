@@ -1,0 +1,212 @@
+#include "platform/linux/linux_accessibility.h"
+
+#include "platform/attributes.h"
+#include "platform/linux/accessibility_bus.h"
+#include "platform/linux/application_attributes.h"
+#include "platform/linux/application_directory.h"
+#include "platform/linux/atspi.h"
+#include "platform/linux/atspi_element.h"
+#include "platform/linux/object_attributes.h"
+#include "text/case_insensitive_search.h"
+#include "text/utf8.h"
+
+#include <utility>
+
+namespace lomaris {
+
+namespace {
+
+class LinuxAccessibility final : public Accessibility {
+public:
+    explicit LinuxAccessibility(Workspace& workspace) : workspace_(workspace) {}
+
+    [[nodiscard]] bool isProcessTrusted(TrustPrompt prompt) override {
+        AccessibilityStatus status = bus_.status();
+        if (prompt == TrustPrompt::ask && status == AccessibilityStatus::disabled) {
+            bus_.enable();
+            status = bus_.status();
+        }
+        return status == AccessibilityStatus::enabled;
+    }
+
+    [[nodiscard]] Element applicationElement(ProcessIdentifier processIdentifier) override {
+        return makeElement(ApplicationOf{processIdentifier});
+    }
+
+    [[nodiscard]] Element systemWideElement() override { return makeElement(SystemWide{}); }
+
+    [[nodiscard]] AttributeAnswer copyAttribute(const Element& element, std::string_view attribute) override {
+        AttributeAnswer answer;
+        if (BusConnection* const bus = connection()) {
+            queueCopy(*bus, element, attribute, answer);
+            bus->finish();
+            return answer;
+        }
+        return {AXError::apiDisabled, NullValue{}};
+    }
+
+    [[nodiscard]] ElementAnswer copyElementAttribute(const Element& element, std::string_view attribute) override {
+        const AttributeAnswer answer = copyAttribute(element, attribute);
+        if (answer.error != AXError::success || std::holds_alternative<NullValue>(answer.value)) {
+            return {answer.error, std::nullopt};
+        }
+        const auto* const value = std::get_if<Element>(&answer.value);
+        return {answer.error, value == nullptr ? makeElement(NoElement{}) : *value};
+    }
+
+    [[nodiscard]] std::vector<std::vector<AttributeAnswer>> copyAttributes(
+        std::span<const Element> elements, std::span<const std::string_view> attributes) override {
+        std::vector<std::vector<AttributeAnswer>> answers(
+            elements.size(), std::vector<AttributeAnswer>(attributes.size(), {AXError::apiDisabled, NullValue{}}));
+        BusConnection* const bus = connection();
+        if (bus == nullptr) {
+            return answers;
+        }
+        for (std::size_t i = 0; i < elements.size(); ++i) {
+            for (std::size_t j = 0; j < attributes.size(); ++j) {
+                queueCopy(*bus, elements[i], attributes[j], answers[i][j]);
+            }
+        }
+        bus->finish();
+        return answers;
+    }
+
+    [[nodiscard]] AXError setAttribute(const Element& element, std::string_view attribute,
+                                       const AttributeValue& /*value*/) override {
+        const SettableAnswer settable = isAttributeSettable(element, attribute);
+        return settable.error != AXError::success ? settable.error : AXError::notImplemented;
+    }
+
+    [[nodiscard]] SettableAnswer isAttributeSettable(const Element& element, std::string_view attribute) override {
+        return areAttributesSettable(std::span(&element, 1), attribute).front();
+    }
+
+    [[nodiscard]] std::vector<SettableAnswer> areAttributesSettable(std::span<const Element> elements,
+                                                                    std::string_view attribute) override {
+        std::vector<SettableAnswer> answers(elements.size(), {AXError::apiDisabled, false});
+        BusConnection* const bus = connection();
+        if (bus == nullptr) {
+            return answers;
+        }
+        for (std::size_t i = 0; i < elements.size(); ++i) {
+            const Target target = objectOf(elements[i]);
+            if (target.object) {
+                queueSettable(*bus, *target.object, attribute, answers[i]);
+            } else {
+                answers[i] = {target.error, false};
+            }
+        }
+        bus->finish();
+        return answers;
+    }
+
+    [[nodiscard]] AXError performAction(const Element& element, std::string_view action) override {
+        BusConnection* const bus = connection();
+        if (bus == nullptr) {
+            return AXError::apiDisabled;
+        }
+        const Target target = objectOf(element);
+        if (!target.object) {
+            return target.error;
+        }
+        return performObjectAction(*bus, *target.object, action);
+    }
+
+    [[nodiscard]] std::optional<ProcessIdentifier> processIdentifier(const Element& element) override {
+        const ElementTarget& target = targetOf(element);
+        if (const auto* const application = std::get_if<ApplicationOf>(&target)) {
+            return application->processIdentifier;
+        }
+        const auto* const object = std::get_if<ObjectReference>(&target);
+        if (object == nullptr || connection() == nullptr) {
+            return std::nullopt;
+        }
+        return directory_->processOf(object->name);
+    }
+
+    [[nodiscard]] bool containsIgnoringCase(TextView text, TextView word) override {
+        return lomaris::containsIgnoringCase(text, word);
+    }
+
+private:
+    /// The object on the bus that an element stands for, or why there is none.
+    struct Target {
+        AXError error = AXError::success;
+        std::optional<ObjectReference> object;
+    };
+
+    BusConnection* connection() {
+        BusConnection* const bus = bus_.connection();
+        if (bus != nullptr && !directory_) {
+            directory_.emplace(*bus);
+        }
+        return bus;
+    }
+
+    /// Whose root object stands for the application in front, where the element is the system-wide one.
+    Target objectOf(const Element& element) {
+        const ElementTarget& target = targetOf(element);
+        if (const auto* const object = std::get_if<ObjectReference>(&target)) {
+            return {AXError::success, *object};
+        }
+        if (const auto* const application = std::get_if<ApplicationOf>(&target)) {
+            return rootOf(application->processIdentifier);
+        }
+        return {std::holds_alternative<SystemWide>(target) ? AXError::attributeUnsupported : AXError::invalidUIElement,
+                std::nullopt};
+    }
+
+    Target rootOf(ProcessIdentifier processIdentifier) {
+        ApplicationRoot root = directory_->rootOf(processIdentifier);
+        if (root.error != AXError::success) {
+            return {root.error, std::nullopt};
+        }
+        return {AXError::success, std::move(root.object)};
+    }
+
+    void queueCopy(BusConnection& bus, const Element& element, std::string_view attribute, AttributeAnswer& answer) {
+        const ElementTarget& target = targetOf(element);
+        if (std::holds_alternative<SystemWide>(target)) {
+            answer = copyOfSystemWide(bus, attribute);
+            return;
+        }
+        const Target found = objectOf(element);
+        if (!found.object) {
+            answer = {found.error, NullValue{}};
+        } else if (std::holds_alternative<ApplicationOf>(target) && isApplicationAttribute(attribute)) {
+            answer = copyApplicationAttribute(bus, *found.object, attribute);
+        } else {
+            queueAttribute(bus, *found.object, attribute, answer);
+        }
+    }
+
+    AttributeAnswer copyOfSystemWide(BusConnection& bus, std::string_view attribute) {
+        if (attribute == attribute::role) {
+            return {AXError::success, Text(u"AXSystemWide")};
+        }
+        if (attribute != attribute::focusedUIElement) {
+            return {AXError::attributeUnsupported, NullValue{}};
+        }
+        const auto application = workspace_.frontmostApplication();
+        if (!application) {
+            return {AXError::noValue, NullValue{}};
+        }
+        const Target root = rootOf(application->processIdentifier);
+        if (!root.object) {
+            return {root.error, NullValue{}};
+        }
+        return copyApplicationAttribute(bus, *root.object, attribute);
+    }
+
+    Workspace& workspace_;
+    AccessibilityBus bus_;
+    std::optional<ApplicationDirectory> directory_;
+};
+
+}  // namespace
+
+std::unique_ptr<Accessibility> makeLinuxAccessibility(Workspace& workspace) {
+    return std::make_unique<LinuxAccessibility>(workspace);
+}
+
+}  // namespace lomaris

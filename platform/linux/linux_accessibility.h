@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/accessibility.h"
+#include "platform/workspace.h"
+
+#include <memory>
+
+namespace lomaris {
+
+/// The accessibility service of a Linux desktop: AT-SPI objects over D-Bus, shown under the names and numbers that the
+/// logic uses (docs/linux.md has the tables). Connects to nothing before its first use. `workspace` tells the
+/// application in front and must outlive the result.
+[[nodiscard]] std::unique_ptr<Accessibility> makeLinuxAccessibility(Workspace& workspace);
+
+}  // namespace lomaris

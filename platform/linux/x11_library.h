@@ -1,0 +1,56 @@
+#pragma once
+
+#include <xcb/sync.h>
+#include <xcb/xcb.h>
+#include <xcb/xcbext.h>
+
+namespace lomaris {
+
+/// The functions of the X protocol library that this platform calls, without their prefix.
+#define LOMARIS_XCB_FUNCTIONS(X) \
+    X(connect)                   \
+    X(connection_has_error)      \
+    X(disconnect)                \
+    X(flush)                     \
+    X(get_file_descriptor)       \
+    X(get_input_focus)           \
+    X(get_property)              \
+    X(get_property_value)        \
+    X(get_setup)                 \
+    X(intern_atom)               \
+    X(poll_for_reply)            \
+    X(prefetch_extension_data)   \
+    X(query_extension)           \
+    X(query_tree)                \
+    X(screen_next)               \
+    X(setup_roots_iterator)
+
+/// The same for the library of the synchronisation extension.
+#define LOMARIS_XCB_SYNC_FUNCTIONS(X) \
+    X(initialize)                     \
+    X(list_system_counters)           \
+    X(query_counter)
+
+// The libraries are loaded at the first use: most runs of the tool that only print help, and every machine without an X
+// server, do without them. The tables live as long as the process, as such a library cannot be unloaded safely.
+
+#define LOMARIS_DECLARE(name) decltype(&::xcb_##name) name = nullptr;
+struct XcbFunctions {
+    LOMARIS_XCB_FUNCTIONS(LOMARIS_DECLARE)
+};
+#undef LOMARIS_DECLARE
+
+#define LOMARIS_DECLARE(name) decltype(&::xcb_sync_##name) name = nullptr;
+struct XcbSyncFunctions {
+    LOMARIS_XCB_SYNC_FUNCTIONS(LOMARIS_DECLARE)
+    xcb_extension_t* id = nullptr;
+};
+#undef LOMARIS_DECLARE
+
+/// The X protocol library, or null where it is not installed or lacks a function. Main thread.
+[[nodiscard]] const XcbFunctions* xcbFunctions();
+
+/// The library of the synchronisation extension, or null likewise. Main thread.
+[[nodiscard]] const XcbSyncFunctions* xcbSyncFunctions();
+
+}  // namespace lomaris

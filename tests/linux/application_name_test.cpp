@@ -1,0 +1,71 @@
+#include "platform/linux/application_name.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lomaris::test {
+namespace {
+
+/// Two data directories, removed at the end.
+class ApplicationName : public testing::Test {
+protected:
+    ApplicationName() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "lomaris-entries.XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr) {
+            throw std::runtime_error("no temporary directory");
+        }
+        root_ = pattern;
+    }
+    ~ApplicationName() override { std::filesystem::remove_all(root_); }
+
+    void write(const std::string& directory, const std::string& file, std::string_view contents) {
+        std::filesystem::create_directories(root_ / directory / "applications");
+        std::ofstream(root_ / directory / "applications" / file) << contents;
+    }
+
+    [[nodiscard]] std::optional<std::string> nameOf(std::string_view entry) const {
+        const std::vector<std::string> directories{(root_ / "own").string(), (root_ / "system").string()};
+        return desktopEntryName(entry, directories, std::vector<std::string>{});
+    }
+
+private:
+    std::filesystem::path root_;
+};
+
+TEST_F(ApplicationName, ComesFromTheFirstDirectoryThatHasTheEntry) {
+    write("own", "both.desktop", "[Desktop Entry]\nType=Application\nName=Own\n");
+    write("system", "both.desktop", "[Desktop Entry]\nType=Application\nName=System\n");
+    write("system", "one.desktop", "[Desktop Entry]\nType=Application\nName=One\n");
+    EXPECT_EQ(nameOf("both"), "Own");
+    EXPECT_EQ(nameOf("one"), "One");
+    EXPECT_EQ(nameOf("none"), std::nullopt);
+}
+
+TEST_F(ApplicationName, AnEntryThatTheUserHidHidesThatOfTheSystem) {
+    write("own", "editor.desktop", "[Desktop Entry]\nType=Application\nName=Editor\nHidden=true\n");
+    write("system", "editor.desktop", "[Desktop Entry]\nType=Application\nName=Editor\n");
+    EXPECT_EQ(nameOf("editor"), std::nullopt);
+}
+
+TEST_F(ApplicationName, AWindowCannotPointOutOfTheDirectories) {
+    write("own", "editor.desktop", "[Desktop Entry]\nType=Application\nName=Editor\n");
+    write("system", ".hidden.desktop", "[Desktop Entry]\nType=Application\nName=Hidden\n");
+    ASSERT_EQ(nameOf("editor"), "Editor");
+    using namespace std::string_view_literals;
+    for (const std::string_view entry :
+         {""sv, "."sv, ".."sv, "../applications/editor"sv, "/editor"sv, "./editor"sv, ".hidden"sv, "editor\0"sv}) {
+        EXPECT_EQ(nameOf(entry), std::nullopt) << testing::PrintToString(entry);
+    }
+    EXPECT_EQ(nameOf(std::string(100000, 'a')), std::nullopt);
+}
+
+}  // namespace
+}  // namespace lomaris::test

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace lomaris::test {
+
+// What a person sees and does on the private desktop in which these tests run, through other programs than the one
+// under test.
+
+/// Programs of this list that are not installed, with the packages that have them, as one line for people; empty where
+/// none is missing.
+[[nodiscard]] std::string missingPrograms(const std::vector<std::string>& programs);
+
+/// The process whose window is in front.
+[[nodiscard]] std::optional<pid_t> processInFront();
+
+/// The title of the window in front; empty where there is none.
+[[nodiscard]] std::string titleInFront();
+
+/// Brings a window of a process to the front; returns once it is there, and throws where it never is.
+void bringToFront(pid_t processIdentifier);
+
+/// Presses and releases keys, one after the other ("ctrl+Home", "shift+Right").
+void pressKeys(const std::vector<std::string>& keys);
+
+/// The text that was marked last, in whatever application, or nothing where none is.
+[[nodiscard]] std::optional<std::string> markedText();
+
+}  // namespace lomaris::test

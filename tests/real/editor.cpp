@@ -1,0 +1,70 @@
+#include "tests/real/editor.h"
+
+#include "tests/real/desktop.h"
+#include "tests/real/waiting.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+namespace lomaris::test {
+
+namespace {
+
+constexpr const char* documentName = "document.txt";
+
+std::filesystem::path makeDirectory() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "lomaris-editor.XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) {
+        throw std::runtime_error("no temporary directory");
+    }
+    return pattern;
+}
+
+}  // namespace
+
+// Each in a process of its own, even while another one runs.
+EditorProgram mousepad() { return {"Mousepad", {"mousepad", "--disable-server"}}; }
+EditorProgram featherPad() { return {"FeatherPad", {"featherpad", "--standalone"}}; }
+
+std::string missingFor(const EditorProgram& program) {
+    return missingPrograms({program.commandLine.front(), "xdotool", "xclip"});
+}
+
+Editor::Editor(const EditorProgram& program, const std::string& text) : directory_(makeDirectory()) {
+    const std::filesystem::path document = directory_ / documentName;
+    std::ofstream(document, std::ios::binary) << text;
+    std::vector<std::string> commandLine = program.commandLine;
+    commandLine.push_back(document.string());
+    process_ = std::make_unique<RunningProgram>(std::move(commandLine));
+    const bool isReady = waitFor([this] {
+        return processInFront() == processIdentifier() && titleInFront().find(documentName) != std::string::npos;
+    });
+    if (!isReady) {
+        throw std::runtime_error(program.name + " did not show its document");
+    }
+}
+
+Editor::~Editor() {
+    process_.reset();
+    std::error_code ignored;
+    std::filesystem::remove_all(directory_, ignored);
+}
+
+void Editor::mark(int start, int marked, const std::string& expected) {
+    std::vector<std::string> keys{"ctrl+Home"};
+    keys.insert(keys.end(), static_cast<std::size_t>(start), "Right");
+    keys.insert(keys.end(), static_cast<std::size_t>(marked), "shift+Right");
+    // A window that has just come up may miss the first keys; as they begin at the beginning, they can be repeated.
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        pressKeys(keys);
+        for (int look = 0; look < 40; ++look) {
+            if (markedText() == expected) {
+                return;
+            }
+        }
+    }
+    throw std::runtime_error("could not mark \"" + expected + "\"; marked: \"" + markedText().value_or("") + "\"");
+}
+
+}  // namespace lomaris::test

@@ -1,0 +1,63 @@
+#include "platform/native_platform.h"
+#include "tests/real/desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+
+namespace lomaris::test {
+namespace {
+
+constexpr std::array everyType{InputEventType::keyDown, InputEventType::leftMouseDown, InputEventType::rightMouseDown,
+                               InputEventType::otherMouseDown};
+
+class InputCounter : public testing::Test {
+protected:
+    void SetUp() override {
+        if (const std::string missing = missingPrograms({"xdotool"}); !missing.empty()) {
+            GTEST_SKIP() << missing;
+        }
+        // A server that has seen no input at all has nothing to tell.
+        pressKeys({"shift"});
+    }
+
+    [[nodiscard]] std::uint32_t counter(InputEventType type) { return platform_->events().inputCounter(type); }
+    [[nodiscard]] EventServices& events() { return platform_->events(); }
+
+private:
+    std::unique_ptr<Platform> platform_ = nativePlatform();
+};
+
+TEST_F(InputCounter, StandsStillWhileNobodyTypes) {
+    const std::uint32_t first = counter(InputEventType::keyDown);
+    EXPECT_NE(first, 0U);
+    for (int reading = 0; reading < 500; ++reading) {
+        for (const InputEventType type : everyType) {
+            ASSERT_EQ(counter(type), first) << reading;
+        }
+    }
+}
+
+TEST_F(InputCounter, MovesWithEveryKey) {
+    std::uint32_t last = counter(InputEventType::keyDown);
+    for (int press = 0; press < 5; ++press) {
+        pressKeys({"shift"});
+        const std::uint32_t next = counter(InputEventType::keyDown);
+        EXPECT_NE(next, last) << press;
+        last = next;
+    }
+}
+
+TEST_F(InputCounter, IsTheSameForEveryProcess) {
+    EXPECT_EQ(nativePlatform()->events().inputCounter(InputEventType::keyDown), counter(InputEventType::keyDown));
+}
+
+TEST_F(InputCounter, KeysMayBePosted) {
+    EXPECT_TRUE(events().preflightPostEventAccess());
+    EXPECT_TRUE(events().requestPostEventAccess());
+}
+
+}  // namespace
+}  // namespace lomaris::test

@@ -1,0 +1,104 @@
+#include "platform/native_platform.h"
+#include "tests/platform/accessibility_contract.h"
+#include "tests/platform/scheduling_contract.h"
+#include "tests/platform/workspace_contract.h"
+#include "tests/real/desktop.h"
+#include "tests/real/editor.h"
+#include "tests/real/waiting.h"
+
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace lomaris::test {
+namespace {
+
+class RealSchedulingWorld final : public SchedulingWorld {
+public:
+    Platform& platform() override { return *platform_; }
+
+private:
+    std::unique_ptr<Platform> platform_ = nativePlatform();
+};
+
+class RealWorkspaceWorld final : public WorkspaceWorld {
+public:
+    Platform& platform() override { return *platform_; }
+
+    RunningApplication first() override {
+        return {first_.processIdentifier(), Text(u"org.xfce.mousepad"), Text(u"Mousepad")};
+    }
+
+    RunningApplication second() override { return {second_.processIdentifier(), std::nullopt, Text(u"FeatherPad")}; }
+
+    // The largest number there is; no kernel hands it out.
+    ProcessIdentifier missingProcess() override { return 0x7fffffff; }
+
+    void bringSecondToFront() override { bringToFront(second_.processIdentifier()); }
+
+    void quitFirst() override {
+        const pid_t process = first_.processIdentifier();
+        first_.process().end();
+        if (!waitFor([process] { return processInFront() != process; })) {
+            throw std::runtime_error("the window stayed");
+        }
+    }
+
+private:
+    std::unique_ptr<Platform> platform_ = nativePlatform();
+    // The one that comes last is in front.
+    Editor second_{featherPad(), "Second"};
+    Editor first_{mousepad(), "First"};
+};
+
+class RealAccessibilityWorld final : public AccessibilityWorld {
+public:
+    RealAccessibilityWorld() { editor_.mark(10, 9, "brown fox"); }
+
+    Platform& platform() override { return *platform_; }
+    ProcessIdentifier application() override { return editor_.processIdentifier(); }
+    void quitApplication() override { editor_.process().end(); }
+
+private:
+    std::unique_ptr<Platform> platform_ = nativePlatform();
+    Editor editor_{mousepad(), "The quick brown fox"};
+};
+
+/// Why the test that runs cannot pass on this platform yet; empty where it can.
+std::string reasonToWait() {
+    const std::string_view test = testing::UnitTest::GetInstance()->current_test_info()->name();
+    return test.starts_with("SettingTheSelectedTextReplacesTheSelection")
+               ? "writing into applications is not built on this platform yet"
+               : "";
+}
+
+/// A maker for a world that needs these editors; prints why there is none.
+template <typename World, typename RealWorld>
+auto onTheDesktop(const std::string& name, const std::vector<EditorProgram>& editors) {
+    return testing::Values(WorldMaker<World>{name, [editors]() -> std::unique_ptr<World> {
+                                                 if (const auto reason = reasonToWait(); !reason.empty()) {
+                                                     std::cerr << reason << '\n';
+                                                     return nullptr;
+                                                 }
+                                                 for (const EditorProgram& editor : editors) {
+                                                     if (const auto missing = missingFor(editor); !missing.empty()) {
+                                                         std::cerr << missing << '\n';
+                                                         return nullptr;
+                                                     }
+                                                 }
+                                                 return std::make_unique<RealWorld>();
+                                             }});
+}
+
+INSTANTIATE_TEST_SUITE_P(Real, SchedulingContract, (onTheDesktop<SchedulingWorld, RealSchedulingWorld>("Linux", {})),
+                         contractParamName);
+INSTANTIATE_TEST_SUITE_P(Real, WorkspaceContract,
+                         (onTheDesktop<WorkspaceWorld, RealWorkspaceWorld>("Linux", {mousepad(), featherPad()})),
+                         contractParamName);
+INSTANTIATE_TEST_SUITE_P(Real, AccessibilityContract,
+                         (onTheDesktop<AccessibilityWorld, RealAccessibilityWorld>("Mousepad", {mousepad()})),
+                         contractParamName);
+
+}  // namespace
+}  // namespace lomaris::test

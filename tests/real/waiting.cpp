@@ -1,0 +1,20 @@
+#include "tests/real/waiting.h"
+
+#include <chrono>
+#include <thread>
+
+namespace lomaris::test {
+
+bool waitFor(const std::function<bool()>& isReached) {
+    constexpr auto patience = std::chrono::seconds(30);
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (!isReached()) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+}  // namespace lomaris::test
