@@ -31,7 +31,7 @@ std::optional<std::string> readEntry(const std::string& path) {
         return std::nullopt;
     }
     std::string contents;
-    std::array<char, 16384> piece;
+    std::array<char, 16384> piece{};
     while (contents.size() < largestEntry) {
         file.read(piece.data(), piece.size());
         const auto count = static_cast<std::size_t>(file.gcount());
