@@ -11,6 +11,6 @@ int main(int argumentCount, char** argumentVector) {
     for (int index = 1; index < argumentCount; ++index) {
         arguments.push_back(lomaris::textFromUtf8(argumentVector[index]));
     }
-    const auto platform = lomaris::nativePlatform();
+    const auto platform = lomaris::nativePlatform(lomaris::ProcessRole::tool);
     return lomaris::runCommandLine(arguments, *platform, streams);
 }

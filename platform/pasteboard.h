@@ -98,7 +98,8 @@ public:
     /// The plain text of all items together as the platform composes it, or nothing where no item has plain text.
     [[nodiscard]] virtual std::optional<Text> string() = 0;
 
-    /// A number that changes whenever any program clears or writes the pasteboard.
+    /// A number that changes whenever any program clears the pasteboard or takes it over otherwise. A write directly
+    /// after this process's own clear may leave it as it is; keeping a promise always does.
     [[nodiscard]] virtual std::int64_t changeCount() = 0;
 
     /// Empties the pasteboard and takes it over; earlier contents and promises are gone.

@@ -31,6 +31,15 @@ public:
     virtual void broadcast() = 0;
 };
 
+/// What must still be done when the process is told to end while something is under way. Ends with its owner.
+class TerminationGuard {
+public:
+    TerminationGuard() = default;
+    TerminationGuard(const TerminationGuard&) = delete;
+    TerminationGuard& operator=(const TerminationGuard&) = delete;
+    virtual ~TerminationGuard() = default;
+};
+
 /// Time, waits and queues. The only place where the tool reads a clock, sleeps or starts a thread. Never throws.
 class Scheduling {
 public:
@@ -62,6 +71,12 @@ public:
 
     /// A new condition, which may outlive neither this service nor a background block that uses it. Any thread.
     [[nodiscard]] virtual std::shared_ptr<Condition> makeCondition() = 0;
+
+    /// Until the guard goes, a request to end this process is put off until the main thread waits next (`sleep`,
+    /// `runLoopSlice`) or the guard goes, whichever is first: then `cleanUp` runs on the main thread, the platform's
+    /// services come to their end, and the process ends as it was told to. Of several guards the newest one's `cleanUp`
+    /// runs. Main thread.
+    [[nodiscard]] virtual std::unique_ptr<TerminationGuard> onTermination(std::function<void()> cleanUp) = 0;
 };
 
 }  // namespace lomaris

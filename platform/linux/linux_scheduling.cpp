@@ -43,19 +43,49 @@ private:
     int descriptor_;
 };
 
-LinuxScheduling::LinuxScheduling() = default;
+namespace {
+
+/// Waits for one of the descriptors, of which negative ones do not count; answers whether one is ready.
+bool waitUntil(Moment deadline, pollfd* descriptors, nfds_t count) {
+    const Duration left = std::max(deadline - monotonicNow(), Duration::zero());
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
+    const timespec timeout{.tv_sec = seconds.count(), .tv_nsec = (left - seconds).count()};
+    return ppoll(descriptors, count, &timeout, nullptr) > 0;
+}
+
+}  // namespace
+
+LinuxScheduling::LinuxScheduling(std::function<void()> endServices) : termination_(std::move(endServices)) {}
 
 LinuxScheduling::~LinuxScheduling() = default;
 
 void LinuxScheduling::sleep(Duration duration) {
-    if (duration > Duration::zero()) {
-        background_.sleepUntil(later(now(), duration));
+    if (duration <= Duration::zero()) {
+        return;
+    }
+    const Moment deadline = later(now(), duration);
+    if (std::this_thread::get_id() == mainThread_) {
+        sleepOnMainThread(deadline);
+    } else {
+        background_.sleepUntil(deadline);
+    }
+}
+
+void LinuxScheduling::sleepOnMainThread(Moment deadline) {
+    for (;;) {
+        termination_.endIfAsked();
+        if (now() >= deadline) {
+            return;
+        }
+        pollfd request{.fd = termination_.descriptor(), .events = POLLIN, .revents = 0};
+        waitUntil(deadline, &request, 1);
     }
 }
 
 void LinuxScheduling::runLoopSlice(Duration duration) {
     const Moment deadline = later(now(), std::max(duration, Duration::zero()));
     for (;;) {
+        termination_.endIfAsked();
         serveReaders();
         serveMainQueue(deadline);
         if (now() >= deadline) {
@@ -127,13 +157,11 @@ void LinuxScheduling::waitForInput(Moment deadline) {
         }
     }
     std::vector<pollfd> descriptors{{.fd = wakeUp_->descriptor(), .events = POLLIN, .revents = 0}};
+    descriptors.push_back({.fd = termination_.descriptor(), .events = POLLIN, .revents = 0});
     for (const auto& [descriptor, serve] : readers_) {
         descriptors.push_back({.fd = descriptor, .events = POLLIN, .revents = 0});
     }
-    const Duration left = std::max(deadline - now(), Duration::zero());
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
-    const timespec timeout{.tv_sec = seconds.count(), .tv_nsec = (left - seconds).count()};
-    if (ppoll(descriptors.data(), descriptors.size(), &timeout, nullptr) <= 0) {
+    if (!waitUntil(deadline, descriptors.data(), descriptors.size())) {
         return;
     }
     wakeUp_->clear();

@@ -2,9 +2,9 @@
 
 #include "platform/linux/linux_accessibility.h"
 #include "platform/linux/linux_events.h"
+#include "platform/linux/linux_pasteboard.h"
 #include "platform/linux/linux_scheduling.h"
 #include "platform/linux/linux_workspace.h"
-#include "platform/linux/unavailable_pasteboard.h"
 #include "platform/linux/x11_connection.h"
 
 namespace lomaris {
@@ -13,8 +13,19 @@ namespace {
 
 class LinuxPlatform final : public Platform {
 public:
-    // Background blocks end first: they may use any service.
-    ~LinuxPlatform() override { scheduling_.finishBackgroundBlocks(); }
+    explicit LinuxPlatform(ProcessRole role) {
+        if (role == ProcessRole::tool) {
+            scheduling_.termination().catchSignals();
+        }
+    }
+    LinuxPlatform(const LinuxPlatform&) = delete;
+    LinuxPlatform& operator=(const LinuxPlatform&) = delete;
+    ~LinuxPlatform() override {
+        // Background blocks end first: they may use any service.
+        scheduling_.finishBackgroundBlocks();
+        pasteboard_.finish();
+        scheduling_.termination().endIfAsked();
+    }
 
     [[nodiscard]] Accessibility& accessibility() override { return *accessibility_; }
     [[nodiscard]] Pasteboard& pasteboard() override { return pasteboard_; }
@@ -23,16 +34,16 @@ public:
     [[nodiscard]] Scheduling& scheduling() override { return scheduling_; }
 
 private:
-    LinuxScheduling scheduling_;
+    LinuxScheduling scheduling_{[this] { pasteboard_.finish(); }};
     X11Connection connection_;
     LinuxWorkspace workspace_{connection_};
     LinuxEvents events_{connection_};
-    UnavailablePasteboard pasteboard_;
+    LinuxPasteboard pasteboard_{scheduling_};
     std::unique_ptr<Accessibility> accessibility_ = makeLinuxAccessibility(workspace_);
 };
 
 }  // namespace
 
-std::unique_ptr<Platform> nativePlatform() { return std::make_unique<LinuxPlatform>(); }
+std::unique_ptr<Platform> nativePlatform(ProcessRole role) { return std::make_unique<LinuxPlatform>(role); }
 
 }  // namespace lomaris

@@ -44,6 +44,20 @@ std::optional<XcbSyncFunctions> loadXcbSync() {
 }
 #undef LOMARIS_LOAD
 
+#define LOMARIS_LOAD(name) loaded = load(library, "xcb_xfixes_" #name, functions.name) && loaded;
+std::optional<XcbXfixesFunctions> loadXcbXfixes() {
+    void* const library = openLibrary("libxcb-xfixes.so.0");
+    if (library == nullptr) {
+        return std::nullopt;
+    }
+    XcbXfixesFunctions functions;
+    bool loaded = true;
+    LOMARIS_XCB_XFIXES_FUNCTIONS(LOMARIS_LOAD)
+    LOMARIS_LOAD(id)
+    return loaded ? std::optional(functions) : std::nullopt;
+}
+#undef LOMARIS_LOAD
+
 }  // namespace
 
 const XcbFunctions* xcbFunctions() {
@@ -53,6 +67,11 @@ const XcbFunctions* xcbFunctions() {
 
 const XcbSyncFunctions* xcbSyncFunctions() {
     static const std::optional<XcbSyncFunctions> functions = loadXcbSync();
+    return functions ? &*functions : nullptr;
+}
+
+const XcbXfixesFunctions* xcbXfixesFunctions() {
+    static const std::optional<XcbXfixesFunctions> functions = loadXcbXfixes();
     return functions ? &*functions : nullptr;
 }
 

@@ -3,33 +3,57 @@
 #include <xcb/sync.h>
 #include <xcb/xcb.h>
 #include <xcb/xcbext.h>
+#include <xcb/xfixes.h>
 
 namespace lomaris {
 
 /// The functions of the X protocol library that this platform calls, without their prefix.
 #define LOMARIS_XCB_FUNCTIONS(X) \
+    X(change_property)           \
+    X(change_window_attributes)  \
     X(connect)                   \
     X(connection_has_error)      \
+    X(convert_selection)         \
+    X(create_window)             \
     X(disconnect)                \
     X(flush)                     \
+    X(generate_id)               \
+    X(get_atom_name)             \
+    X(get_atom_name_name)        \
+    X(get_atom_name_name_length) \
+    X(get_extension_data)        \
     X(get_file_descriptor)       \
     X(get_input_focus)           \
     X(get_property)              \
     X(get_property_value)        \
+    X(get_selection_owner)       \
     X(get_setup)                 \
+    X(grab_server)               \
     X(intern_atom)               \
+    X(poll_for_event)            \
+    X(poll_for_queued_event)     \
     X(poll_for_reply)            \
     X(prefetch_extension_data)   \
     X(query_extension)           \
+    X(query_keymap)              \
     X(query_tree)                \
     X(screen_next)               \
-    X(setup_roots_iterator)
+    X(send_event)                \
+    X(send_request)              \
+    X(set_selection_owner)       \
+    X(setup_roots_iterator)      \
+    X(ungrab_server)
 
 /// The same for the library of the synchronisation extension.
 #define LOMARIS_XCB_SYNC_FUNCTIONS(X) \
     X(initialize)                     \
     X(list_system_counters)           \
     X(query_counter)
+
+/// The same for the library of the fixes extension.
+#define LOMARIS_XCB_XFIXES_FUNCTIONS(X) \
+    X(query_version)                    \
+    X(select_selection_input)
 
 // The libraries are loaded at the first use: most runs of the tool that only print help, and every machine without an X
 // server, do without them. The tables live as long as the process, as such a library cannot be unloaded safely.
@@ -47,10 +71,20 @@ struct XcbSyncFunctions {
 };
 #undef LOMARIS_DECLARE
 
+#define LOMARIS_DECLARE(name) decltype(&::xcb_xfixes_##name) name = nullptr;
+struct XcbXfixesFunctions {
+    LOMARIS_XCB_XFIXES_FUNCTIONS(LOMARIS_DECLARE)
+    xcb_extension_t* id = nullptr;
+};
+#undef LOMARIS_DECLARE
+
 /// The X protocol library, or null where it is not installed or lacks a function. Main thread.
 [[nodiscard]] const XcbFunctions* xcbFunctions();
 
 /// The library of the synchronisation extension, or null likewise. Main thread.
 [[nodiscard]] const XcbSyncFunctions* xcbSyncFunctions();
+
+/// The library of the fixes extension, or null likewise. Main thread.
+[[nodiscard]] const XcbXfixesFunctions* xcbXfixesFunctions();
 
 }  // namespace lomaris

@@ -2,9 +2,18 @@
 
 #include "platform/simulated/scheduler.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace lomaris::simulated {
+
+KeyReactions* ProcessState::find(KeyStroke keyStroke) {
+    const auto found = std::find_if(keys.begin(), keys.end(),
+                                    [keyStroke](const KeyReactions& each) { return each.keyStroke == keyStroke; });
+    return found == keys.end() ? nullptr : &*found;
+}
+
+bool isAlive(const ProcessState* process) { return process == nullptr || (process->isRunning && !process->isHung); }
 
 ProcessState& Applications::add(RunningApplication application) {
     const ProcessIdentifier processIdentifier = application.processIdentifier;

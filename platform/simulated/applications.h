@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/simulated/element_state.h"
+#include "platform/simulated/reactor.h"
 #include "platform/workspace.h"
 
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <optional>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace lomaris::simulated {
 
@@ -24,8 +26,16 @@ struct ProcessState {
     ElementState root;
     std::deque<ElementState> members;
     std::uint32_t nextNumber;
+    std::vector<KeyReactions> keys;
     bool isRunning = true;
+    bool isHung = false;
+
+    /// Null where nothing is scripted for the stroke.
+    [[nodiscard]] KeyReactions* find(KeyStroke keyStroke);
 };
+
+/// Whether the application can do anything. Null stands for what belongs to no application and is always there.
+[[nodiscard]] bool isAlive(const ProcessState* process);
 
 /// The applications of the desktop and their elements.
 class Applications {

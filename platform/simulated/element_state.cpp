@@ -37,6 +37,12 @@ AttributeScript& ElementState::script(std::string_view attribute) {
     return added;
 }
 
+ActionScript* ElementState::findAction(std::string_view action) {
+    const auto found = std::find_if(actions.begin(), actions.end(),
+                                    [action](const ActionScript& script) { return script.name == action; });
+    return found == actions.end() ? nullptr : &*found;
+}
+
 AttributeAnswer ElementState::read(std::string_view attribute) {
     if (AttributeScript* found = find(attribute); found != nullptr && !found->answers.empty()) {
         const std::size_t turn = std::min(found->reads, found->answers.size() - 1);
@@ -78,12 +84,6 @@ AXError ElementState::set(std::string_view attribute, const AttributeValue& valu
     found->answers = {AttributeAnswer{AXError::success, value}};
     found->reads = 0;
     return AXError::success;
-}
-
-AXError ElementState::perform(std::string_view action) const {
-    const auto found = std::find_if(actions.begin(), actions.end(),
-                                    [action](const auto& scripted) { return scripted.first == action; });
-    return found == actions.end() ? AXError::actionUnsupported : found->second;
 }
 
 }  // namespace lomaris::simulated

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/accessibility.h"
+#include "platform/simulated/reactor.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +10,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace lomaris::simulated {
@@ -56,6 +56,13 @@ struct AttributeScript {
     std::optional<AXError> set;
 };
 
+/// The script of one action.
+struct ActionScript {
+    std::string name;
+    AXError answer = AXError::success;
+    ReactionsInTurn reactions;
+};
+
 /// What a text area holds. The selection lies inside of the text.
 struct TextState {
     Text text;
@@ -73,19 +80,20 @@ struct ElementState {
     ProcessState* process;
     Element element;
     std::vector<AttributeScript> attributes;
-    std::vector<std::pair<std::string, AXError>> actions;
+    std::vector<ActionScript> actions;
     std::optional<TextState> text;
     bool processIdentifierFails = false;
 
     /// Null where nothing of the attribute is scripted.
     [[nodiscard]] AttributeScript* find(std::string_view attribute);
     [[nodiscard]] AttributeScript& script(std::string_view attribute);
+    /// Null where the action is not scripted.
+    [[nodiscard]] ActionScript* findAction(std::string_view action);
 
     // What the element does; each read counts.
     [[nodiscard]] AttributeAnswer read(std::string_view attribute);
     [[nodiscard]] SettableAnswer isSettable(std::string_view attribute);
     [[nodiscard]] AXError set(std::string_view attribute, const AttributeValue& value);
-    [[nodiscard]] AXError perform(std::string_view action) const;
 };
 
 }  // namespace lomaris::simulated

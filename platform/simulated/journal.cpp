@@ -6,11 +6,18 @@
 
 namespace lomaris::simulated {
 
-std::size_t Journal::begin(std::string_view call) {
-    scheduler_.runDueActions();
-    if (!actions_.empty()) {
-        runActionsBeforeNextCall();
+bool Journal::admits() {
+    if (!process_.isOver()) {
+        scheduler_.runDueActions();
+        if (!actions_.empty()) {
+            runActionsBeforeNextCall();
+        }
     }
+    process_.passCall();
+    return !process_.isOver();
+}
+
+std::size_t Journal::begin(std::string_view call) {
     updateClock();
     std::string& line = lines_.emplace_back();
     line.reserve(96);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/simulated/scheduler.h"
+#include "platform/simulated/this_process.h"
 
 #include <cstddef>
 #include <functional>
@@ -11,11 +12,15 @@
 
 namespace lomaris::simulated {
 
-/// The list of boundary calls. Every call of a boundary operation passes `begin` first, where the actions of the user
-/// that are due have their turn; its line stands from then on, and the call adds its arguments and its answer to it.
+/// The list of boundary calls. Every call of a boundary operation passes `admits` first and then begins its line, which
+/// stands from then on; the call adds its arguments and its answer to it.
 class Journal {
 public:
-    explicit Journal(Scheduler& scheduler) : scheduler_(scheduler) {}
+    Journal(Scheduler& scheduler, ThisProcess& process) : scheduler_(scheduler), process_(process) {}
+
+    /// Whether this process still runs; the call of one that is over does nothing. The actions of the user that are due
+    /// have their turn, and where they end the process, this throws `SimulatedTermination`.
+    [[nodiscard]] bool admits();
 
     /// Begins the line of a call; the result names the line.
     std::size_t begin(std::string_view call);
@@ -32,6 +37,7 @@ private:
     void updateClock();
 
     Scheduler& scheduler_;
+    ThisProcess& process_;
     std::vector<std::string> lines_;
     std::multimap<std::size_t, std::function<void()>> actions_;
     Moment clockMoment_{-1};

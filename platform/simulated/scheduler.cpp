@@ -149,8 +149,12 @@ void Scheduler::reapFinished() {
 }
 
 void Scheduler::finish() {
-    finishing_ = true;
     std::erase_if(timers_, [](const auto& timer) { return timer.second.worker == nullptr; });
+    finishBlocks();
+}
+
+void Scheduler::finishBlocks() {
+    finishing_ = true;
     std::erase_if(ready_, [](const Worker* worker) { return !worker->begun; });
     for (Worker& worker : workers_) {
         if (!worker.begun) {
@@ -161,6 +165,13 @@ void Scheduler::finish() {
         park(std::nullopt);
     }
     reapFinished();
+}
+
+void Scheduler::runAllActions() {
+    while (!timers_.empty()) {
+        now_ = std::max(now_, std::get<Moment>(timers_.begin()->first));
+        runDueActions();
+    }
 }
 
 }  // namespace lomaris::simulated

@@ -69,6 +69,10 @@ public:
     /// Drops actions and blocks that have not begun, then lets the others come to their end. Called on the main thread,
     /// which goes on alone. Blocks that are spawned later never begin.
     void finish();
+    /// The same without dropping the actions.
+    void finishBlocks();
+    /// Runs all actions that are still to come, time jumping from one to the next. Nobody else may be waiting.
+    void runAllActions();
 
 private:
     enum class TimerKind { action, worker };

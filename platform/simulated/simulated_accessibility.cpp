@@ -10,6 +10,9 @@
 namespace lomaris::simulated {
 
 bool SimulatedAccessibility::isProcessTrusted(TrustPrompt prompt) {
+    if (!journal_.admits()) {
+        return false;
+    }
     const bool mayAsk = prompt == TrustPrompt::ask;
     const std::size_t call = journal_.begin(mayAsk ? "isProcessTrusted(ask)" : "isProcessTrusted(none)");
     const bool answer = mayAsk ? promptAnswer_.value_or(isTrusted_) : isTrusted_;
@@ -18,6 +21,9 @@ bool SimulatedAccessibility::isProcessTrusted(TrustPrompt prompt) {
 }
 
 Element SimulatedAccessibility::applicationElement(ProcessIdentifier processIdentifier) {
+    if (!journal_.admits()) {
+        return makeElement(ReferenceKind::root, processIdentifier, 0, nullptr);
+    }
     const std::size_t call = journal_.begin("applicationElement(");
     appendInteger(journal_.line(call), processIdentifier);
     journal_.line(call) += ')';
@@ -25,11 +31,17 @@ Element SimulatedAccessibility::applicationElement(ProcessIdentifier processIden
 }
 
 Element SimulatedAccessibility::systemWideElement() {
+    if (!journal_.admits()) {
+        return applications_.systemWide().element;
+    }
     journal_.begin("systemWideElement()");
     return applications_.systemWide().element;
 }
 
 AttributeAnswer SimulatedAccessibility::copyAttribute(const Element& element, std::string_view attribute) {
+    if (!journal_.admits()) {
+        return {AXError::failure, NullValue{}};
+    }
     const std::size_t call = beginWithElement("copyAttribute(", element, attribute);
     journal_.line(call) += ")";
     passLatency();
@@ -41,6 +53,9 @@ AttributeAnswer SimulatedAccessibility::copyAttribute(const Element& element, st
 }
 
 ElementAnswer SimulatedAccessibility::copyElementAttribute(const Element& element, std::string_view attribute) {
+    if (!journal_.admits()) {
+        return {AXError::failure, std::nullopt};
+    }
     const std::size_t call = beginWithElement("copyElementAttribute(", element, attribute);
     journal_.line(call) += ")";
     passLatency();
@@ -59,6 +74,10 @@ ElementAnswer SimulatedAccessibility::copyElementAttribute(const Element& elemen
 
 std::vector<std::vector<AttributeAnswer>> SimulatedAccessibility::copyAttributes(
     std::span<const Element> elements, std::span<const std::string_view> attributes) {
+    if (!journal_.admits()) {
+        return std::vector(elements.size(),
+                           std::vector(attributes.size(), AttributeAnswer{AXError::failure, NullValue{}}));
+    }
     const std::size_t call = journal_.begin("copyAttributes(");
     const auto appendName = [](std::string& line, std::string_view name) { line += name; };
     appendList(journal_.line(call), elements, appendElement);
@@ -86,6 +105,9 @@ std::vector<std::vector<AttributeAnswer>> SimulatedAccessibility::copyAttributes
 
 AXError SimulatedAccessibility::setAttribute(const Element& element, std::string_view attribute,
                                              const AttributeValue& value) {
+    if (!journal_.admits()) {
+        return AXError::failure;
+    }
     const std::size_t call = beginWithElement("setAttribute(", element, attribute);
     journal_.line(call) += ", ";
     appendValue(journal_.line(call), value);
@@ -99,6 +121,9 @@ AXError SimulatedAccessibility::setAttribute(const Element& element, std::string
 }
 
 SettableAnswer SimulatedAccessibility::isAttributeSettable(const Element& element, std::string_view attribute) {
+    if (!journal_.admits()) {
+        return {AXError::failure, false};
+    }
     const std::size_t call = beginWithElement("isAttributeSettable(", element, attribute);
     journal_.line(call) += ")";
     passLatency();
@@ -110,6 +135,9 @@ SettableAnswer SimulatedAccessibility::isAttributeSettable(const Element& elemen
 
 std::vector<SettableAnswer> SimulatedAccessibility::areAttributesSettable(std::span<const Element> elements,
                                                                           std::string_view attribute) {
+    if (!journal_.admits()) {
+        return std::vector(elements.size(), SettableAnswer{AXError::failure, false});
+    }
     const std::size_t call = journal_.begin("areAttributesSettable(");
     appendList(journal_.line(call), elements, appendElement);
     journal_.line(call) += ", ";
@@ -128,21 +156,27 @@ std::vector<SettableAnswer> SimulatedAccessibility::areAttributesSettable(std::s
 }
 
 AXError SimulatedAccessibility::performAction(const Element& element, std::string_view action) {
+    if (!journal_.admits()) {
+        return AXError::failure;
+    }
     const std::size_t call = beginWithElement("performAction(", element, action);
     journal_.line(call) += ")";
     passLatency();
     const Target target = targetOf(element);
-    const AXError answer = target.state == nullptr ? target.error : target.state->perform(action);
+    const AXError answer = target.state == nullptr ? target.error : reactor_.perform(*target.state, action);
     journal_.line(call) += " -> ";
     appendError(journal_.line(call), answer);
     return answer;
 }
 
 std::optional<ProcessIdentifier> SimulatedAccessibility::processIdentifier(const Element& element) {
+    if (!journal_.admits()) {
+        return std::nullopt;
+    }
     const std::size_t call = journal_.begin("processIdentifier(");
     appendElement(journal_.line(call), element);
     journal_.line(call) += ") -> ";
-    const ElementState* state = targetOf(element).state;
+    const ElementState* state = find(element).state;
     if (state == nullptr || state->process == nullptr || state->processIdentifierFails) {
         journal_.line(call) += "nothing";
         return std::nullopt;
@@ -153,6 +187,9 @@ std::optional<ProcessIdentifier> SimulatedAccessibility::processIdentifier(const
 }
 
 bool SimulatedAccessibility::containsIgnoringCase(TextView text, TextView word) {
+    if (!journal_.admits()) {
+        return false;
+    }
     const std::size_t call = journal_.begin("containsIgnoringCase(");
     appendQuoted(journal_.line(call), text);
     journal_.line(call) += ", ";
@@ -163,6 +200,12 @@ bool SimulatedAccessibility::containsIgnoringCase(TextView text, TextView word) 
 }
 
 SimulatedAccessibility::Target SimulatedAccessibility::targetOf(const Element& element) {
+    const Target target = find(element);
+    const bool isHung = target.state != nullptr && target.state->process != nullptr && target.state->process->isHung;
+    return isHung ? Target{AXError::cannotComplete, nullptr} : target;
+}
+
+SimulatedAccessibility::Target SimulatedAccessibility::find(const Element& element) {
     const SimulatedReference& reference = referenceOf(element);
     if (reference.kind() == ReferenceKind::noElement) {
         return {AXError::illegalArgument, nullptr};
@@ -200,8 +243,14 @@ std::size_t SimulatedAccessibility::beginWithElement(std::string_view call, cons
 }
 
 void SimulatedAccessibility::passLatency() {
-    if (latency_ > Duration::zero() && !scheduler_.isActing()) {
-        scheduler_.park(scheduler_.momentAfter(latency_));
+    if (latency_ <= Duration::zero() || scheduler_.isActing()) {
+        return;
+    }
+    const Moment answered = scheduler_.momentAfter(latency_);
+    if (scheduler_.isMainCurrent()) {
+        process_.awaitAnswer(answered);
+    } else {
+        scheduler_.park(answered);
     }
 }
 

@@ -3,7 +3,9 @@
 #include "platform/accessibility.h"
 #include "platform/simulated/applications.h"
 #include "platform/simulated/journal.h"
+#include "platform/simulated/reactor.h"
 #include "platform/simulated/scheduler.h"
+#include "platform/simulated/this_process.h"
 
 #include <cstddef>
 #include <optional>
@@ -12,8 +14,9 @@ namespace lomaris::simulated {
 
 class SimulatedAccessibility final : public Accessibility {
 public:
-    SimulatedAccessibility(Scheduler& scheduler, Journal& journal, Applications& applications)
-        : scheduler_(scheduler), journal_(journal), applications_(applications) {}
+    SimulatedAccessibility(Scheduler& scheduler, ThisProcess& process, Journal& journal, Applications& applications,
+                           Reactor& reactor)
+        : scheduler_(scheduler), process_(process), journal_(journal), applications_(applications), reactor_(reactor) {}
 
     void setTrusted(bool trusted) { isTrusted_ = trusted; }
     void setPromptAnswer(bool trusted) { promptAnswer_ = trusted; }
@@ -42,14 +45,18 @@ private:
     };
 
     [[nodiscard]] Target targetOf(const Element& element);
+    /// The same, whether or not the application hangs.
+    [[nodiscard]] Target find(const Element& element);
     [[nodiscard]] AttributeAnswer read(const Element& element, std::string_view attribute);
     [[nodiscard]] SettableAnswer askSettable(const Element& element, std::string_view attribute);
     std::size_t beginWithElement(std::string_view call, const Element& element, std::string_view name);
     void passLatency();
 
     Scheduler& scheduler_;
+    ThisProcess& process_;
     Journal& journal_;
     Applications& applications_;
+    Reactor& reactor_;
     bool isTrusted_ = true;
     std::optional<bool> promptAnswer_;
     Duration latency_{0};

@@ -59,6 +59,8 @@ void SimulatedDesktop::readPasteboardAsAnotherProgram(const PasteboardType& type
 void SimulatedDesktop::refusePasteboardWrites(int count) { world_->pasteboard.refuseWrites(count); }
 std::vector<StandingItem> SimulatedDesktop::pasteboardContents() const { return world_->pasteboard.contents(); }
 
+std::optional<Text> SimulatedDesktop::pasteboardStringForOthers() { return world_->pasteboard.stringForOthers(); }
+
 void SimulatedDesktop::failKeyStrokes(int count) { world_->events.failKeyStrokes(count); }
 const std::vector<PostedKeyStroke>& SimulatedDesktop::postedKeyStrokes() const { return world_->events.posted(); }
 
@@ -70,6 +72,19 @@ void SimulatedDesktop::at(Moment moment, std::function<void()> action) {
 
 void SimulatedDesktop::beforeCall(std::size_t number, std::function<void()> action) {
     world_->journal.beforeCall(number, std::move(action));
+}
+
+void SimulatedDesktop::terminate(int signalNumber) { world_->process.tell(signalNumber); }
+std::optional<int> SimulatedDesktop::endedBySignal() const { return world_->process.endedBy(); }
+
+void SimulatedDesktop::endProcess() {
+    if (world_->scheduler.isActing() || !world_->scheduler.isMainCurrent()) {
+        simulated::abortScenario("only the main thread ends its process");
+    }
+    world_->process.finish();
+    world_->scheduler.finishBlocks();
+    world_->scheduling.dropQueues();
+    world_->scheduler.runAllActions();
 }
 
 Moment SimulatedDesktop::now() const { return world_->scheduler.now(); }

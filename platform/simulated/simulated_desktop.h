@@ -1,7 +1,10 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "platform/simulated/reaction.h"
+#include "platform/simulated/simulated_application.h"
 #include "platform/simulated/simulated_element.h"
+#include "platform/simulated/simulated_menu_bar.h"
 #include "platform/simulated/simulated_pasteboard_item.h"
 
 #include <cstddef>
@@ -31,6 +34,12 @@ struct PostedKeyStroke {
     Moment moment{0};
 
     friend bool operator==(const PostedKeyStroke&, const PostedKeyStroke&) = default;
+};
+
+/// What the main thread throws when `terminate` ends the process. Not a `std::exception`, so that no handler of the
+/// logic takes it for a failure.
+struct SimulatedTermination {
+    int signal = 0;
 };
 
 /// A desktop in memory, with virtual time and a journal of every boundary call, for tests and benchmarks.
@@ -107,6 +116,9 @@ public:
     /// The pasteboard refuses the next `count` writes.
     void refusePasteboardWrites(int count = 1);
     [[nodiscard]] std::vector<StandingItem> pasteboardContents() const;
+    /// The plain text that another program finds now, or nothing where there is none. This process keeps its promise
+    /// for it on the spot, whether or not its run loop turns, or gives nothing once it has ended. Not for actions.
+    [[nodiscard]] std::optional<Text> pasteboardStringForOthers();
 
     // Key strokes.
 
@@ -130,6 +142,31 @@ public:
     void beforeCall(std::size_t number, std::function<void()> action);
 
     [[nodiscard]] Moment now() const;
+
+    // The end of this process.
+
+    /// Something tells this process to end, a signal of this number for example; the first one counts. Meant for
+    /// actions.
+    ///
+    /// Without a termination guard the process ends at once: in the wait or the call that the main thread is in, or
+    /// just before its next boundary call. (Only a wait for a lock or a condition is left to end by itself first.) With
+    /// a guard it ends in the wait that the main thread is in, in the next one as soon as it begins, or when the guard
+    /// goes.
+    ///
+    /// To end is: the clean-up of the newest guard runs, its calls journalled as any others; what this process promised
+    /// on the pasteboard is resolved; then `SimulatedTermination` comes out of the wait or call. It comes out of the
+    /// next call instead where a guard that went ended the process or where another exception is on its way, because
+    /// a second one could not leave a destructor. From the end on calls do nothing, answer a failure or nothing, and
+    /// are not journalled; only waits still take their time, so that nobody turns in circles before a deadline.
+    void terminate(int signalNumber);
+    /// The number that ended this process, or nothing where none did.
+    [[nodiscard]] std::optional<int> endedBySignal() const;
+
+    /// This process ends by itself, unless it has ended already: what it promised on the pasteboard is resolved,
+    /// background blocks that have begun are finished, the others and the main queue are dropped, and calls do nothing
+    /// from then on. Then the user and the applications go on until nothing more is to come from them, so that the test
+    /// sees what a paste that was handled a moment after the end has written. Main thread; not for actions.
+    void endProcess();
 
     /// One line for each boundary call so far, in the order of the calls: the virtual time of the call in seconds, the
     /// call, its arguments and its answer, which is missing while the call still lasts. Calls of background blocks name

@@ -1,8 +1,8 @@
 #include "platform/simulated/simulated_element.h"
 
+#include "platform/simulated/element_state.h"
 #include "platform/simulated/scheduler.h"
 #include "platform/simulated/text_behaviour.h"
-#include "platform/simulated/world.h"
 
 #include <string>
 #include <utility>
@@ -67,8 +67,22 @@ SimulatedElement& SimulatedElement::answersSet(std::string_view attribute, AXErr
 }
 
 SimulatedElement& SimulatedElement::answersAction(std::string_view action, AXError error) {
-    // The first match counts, so what is scripted last stands first.
-    state_->actions.emplace(state_->actions.begin(), std::string(action), error);
+    return onActionInTurn(action, {}, error);
+}
+
+SimulatedElement& SimulatedElement::onAction(std::string_view action, Reaction reaction, AXError error) {
+    return onActionInTurn(action, {std::move(reaction)}, error);
+}
+
+SimulatedElement& SimulatedElement::onActionInTurn(std::string_view action, std::vector<Reaction> reactions,
+                                                   AXError error) {
+    simulated::ActionScript* script = state_->findAction(action);
+    if (script == nullptr) {
+        script = &state_->actions.emplace_back();
+        script->name = action;
+    }
+    script->answer = error;
+    script->reactions = simulated::ReactionsInTurn(std::move(reactions));
     return *this;
 }
 
@@ -91,20 +105,6 @@ SimulatedTextElement& SimulatedTextElement::setText(Text text, TextRange selecti
     requireInside(selection, text);
     state_->text = simulated::TextState{std::move(text), selection};
     return *this;
-}
-
-SimulatedElement SimulatedApplication::element() const {
-    return SimulatedElement(world_->applications.get(processIdentifier_).root);
-}
-
-SimulatedElement SimulatedApplication::addElement() const {
-    return SimulatedElement(world_->applications.addElement(processIdentifier_));
-}
-
-SimulatedTextElement SimulatedApplication::addTextElement(Text text, TextRange selection) const {
-    SimulatedTextElement element(world_->applications.addElement(processIdentifier_));
-    element.setText(std::move(text), selection);
-    return element;
 }
 
 }  // namespace lomaris

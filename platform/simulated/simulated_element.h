@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/accessibility.h"
+#include "platform/simulated/reaction.h"
 
 #include <string_view>
 #include <vector>
@@ -9,7 +10,6 @@ namespace lomaris {
 
 namespace simulated {
 struct ElementState;
-struct World;
 }  // namespace simulated
 
 /// An answer with a value, for `SimulatedElement::answersInTurn`.
@@ -50,8 +50,19 @@ public:
     /// Performing the action answers this code and does nothing else.
     SimulatedElement& answersAction(std::string_view action, AXError error);
 
+    /// Performing the action makes the application react so, and answers this code.
+    SimulatedElement& onAction(std::string_view action, Reaction reaction, AXError error = AXError::success);
+
+    /// The first time from now on it reacts in the first of these ways, the second time in the second, ...; the last
+    /// one stays.
+    SimulatedElement& onActionInTurn(std::string_view action, std::vector<Reaction> reactions,
+                                     AXError error = AXError::success);
+
     /// Asking for the process identifier fails from now on.
     SimulatedElement& processIdentifierFails();
+
+    /// What stands behind the handle, for the desktop itself.
+    [[nodiscard]] simulated::ElementState& state() const { return *state_; }
 
 protected:
     simulated::ElementState* state_;
@@ -74,28 +85,6 @@ public:
 
     /// The user replaces the whole text and selects a range of it.
     SimulatedTextElement& setText(Text text, TextRange selection);
-};
-
-/// One application of the simulated desktop. A handle that may be copied; valid as long as its desktop.
-class SimulatedApplication {
-public:
-    SimulatedApplication(simulated::World& world, ProcessIdentifier processIdentifier)
-        : world_(&world), processIdentifier_(processIdentifier) {}
-
-    [[nodiscard]] ProcessIdentifier processIdentifier() const { return processIdentifier_; }
-
-    /// The root element of the application, without attributes at first. The application must be running.
-    [[nodiscard]] SimulatedElement element() const;
-
-    /// A new element of the application, without attributes. The application must be running.
-    SimulatedElement addElement() const;
-
-    /// A new text area with this text and selection, which must lie inside of the text.
-    SimulatedTextElement addTextElement(Text text, TextRange selection) const;
-
-private:
-    simulated::World* world_;
-    ProcessIdentifier processIdentifier_;
 };
 
 }  // namespace lomaris

@@ -37,12 +37,18 @@ void SimulatedEvents::count(InputEventType type) {
 }
 
 bool SimulatedEvents::preflightPostEventAccess() {
+    if (!journal_.admits()) {
+        return false;
+    }
     const std::size_t call = journal_.begin("preflightPostEventAccess() -> ");
     appendBoolean(journal_.line(call), isGranted_);
     return isGranted_;
 }
 
 bool SimulatedEvents::requestPostEventAccess() {
+    if (!journal_.admits()) {
+        return false;
+    }
     const std::size_t call = journal_.begin("requestPostEventAccess() -> ");
     isGranted_ = isGranted_ || requestAnswer_;
     appendBoolean(journal_.line(call), isGranted_);
@@ -50,6 +56,9 @@ bool SimulatedEvents::requestPostEventAccess() {
 }
 
 std::unique_ptr<KeyStrokeEvents> SimulatedEvents::createKeyStroke(KeyStroke keyStroke) {
+    if (!journal_.admits()) {
+        return nullptr;
+    }
     std::string& line = journal_.line(journal_.begin("createKeyStroke("));
     appendKeyStroke(line, keyStroke);
     if (failures_ > 0) {
@@ -62,6 +71,9 @@ std::unique_ptr<KeyStrokeEvents> SimulatedEvents::createKeyStroke(KeyStroke keyS
 }
 
 void SimulatedEvents::postToSession(const KeyStrokeEvents& events) {
+    if (!journal_.admits()) {
+        return;
+    }
     std::string& line = journal_.line(journal_.begin("postToSession("));
     appendKeyStroke(line, keyStrokeOf(events));
     line += ')';
@@ -70,6 +82,9 @@ void SimulatedEvents::postToSession(const KeyStrokeEvents& events) {
 }
 
 void SimulatedEvents::postToProcess(const KeyStrokeEvents& events, ProcessIdentifier processIdentifier) {
+    if (!journal_.admits()) {
+        return;
+    }
     std::string& line = journal_.line(journal_.begin("postToProcess("));
     appendKeyStroke(line, keyStrokeOf(events));
     line += ", ";
@@ -79,6 +94,9 @@ void SimulatedEvents::postToProcess(const KeyStrokeEvents& events, ProcessIdenti
 }
 
 std::uint32_t SimulatedEvents::inputCounter(InputEventType type) {
+    if (!journal_.admits()) {
+        return 0;
+    }
     std::string& line = journal_.line(journal_.begin("inputCounter("));
     appendInteger(line, static_cast<std::int64_t>(type));
     line += ") -> ";
@@ -104,6 +122,7 @@ std::uint32_t* SimulatedEvents::counterOf(InputEventType type) {
 
 void SimulatedEvents::deliver(KeyStroke keyStroke, std::optional<ProcessIdentifier> processIdentifier) {
     posted_.push_back({keyStroke, processIdentifier, scheduler_.now()});
+    reactor_.pressKey(keyStroke, processIdentifier);
 }
 
 }  // namespace lomaris::simulated

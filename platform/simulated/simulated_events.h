@@ -2,6 +2,7 @@
 
 #include "platform/event_services.h"
 #include "platform/simulated/journal.h"
+#include "platform/simulated/reactor.h"
 #include "platform/simulated/scheduler.h"
 #include "platform/simulated/simulated_desktop.h"
 
@@ -12,7 +13,8 @@ namespace lomaris::simulated {
 
 class SimulatedEvents final : public EventServices {
 public:
-    SimulatedEvents(Scheduler& scheduler, Journal& journal) : scheduler_(scheduler), journal_(journal) {}
+    SimulatedEvents(Scheduler& scheduler, Journal& journal, Reactor& reactor)
+        : scheduler_(scheduler), journal_(journal), reactor_(reactor) {}
 
     void setAccess(bool granted) { isGranted_ = granted; }
     void setRequestAnswer(bool granted) { requestAnswer_ = granted; }
@@ -36,6 +38,7 @@ private:
 
     Scheduler& scheduler_;
     Journal& journal_;
+    Reactor& reactor_;
     bool isGranted_ = true;
     bool requestAnswer_ = false;
     int failures_ = 0;

@@ -43,6 +43,9 @@ public:
         : pasteboard_(pasteboard), journal_(journal), item_(std::move(item)) {}
 
     std::vector<PasteboardType> types() override {
+        if (!journal_.admits()) {
+            return {};
+        }
         const std::size_t call = journal_.begin("types(");
         std::vector<PasteboardType> types;
         if (!item_->isGone) {
@@ -57,6 +60,9 @@ public:
     }
 
     std::optional<Bytes> data(const PasteboardType& type) override {
+        if (!journal_.admits()) {
+            return std::nullopt;
+        }
         const std::size_t call = journal_.begin("data(");
         appendItemName(journal_.line(call), *item_);
         journal_.line(call) += ", ";
@@ -88,6 +94,9 @@ private:
 }  // namespace
 
 std::vector<std::unique_ptr<PasteboardItem>> SimulatedPasteboard::items() {
+    if (!journal_.admits()) {
+        return {};
+    }
     const std::size_t call = journal_.begin("items() -> ");
     std::vector<std::unique_ptr<PasteboardItem>> items;
     for (const auto& item : items_) {
@@ -98,22 +107,11 @@ std::vector<std::unique_ptr<PasteboardItem>> SimulatedPasteboard::items() {
 }
 
 std::optional<Text> SimulatedPasteboard::string() {
-    const std::size_t call = journal_.begin("string()");
-    std::optional<Text> answer;
-    // Keeping a promise may change the pasteboard.
-    const std::vector<std::shared_ptr<StoredItem>> items = items_;
-    for (const auto& item : items) {
-        const std::optional<Bytes> bytes = fetch(item, stringType);
-        if (!bytes) {
-            continue;
-        }
-        if (answer) {
-            *answer += u'\n';
-        } else {
-            answer.emplace();
-        }
-        *answer += textFromUtf8(*bytes);
+    if (!journal_.admits()) {
+        return std::nullopt;
     }
+    const std::size_t call = journal_.begin("string()");
+    const std::optional<Text> answer = composeString();
     std::string& line = journal_.line(call);
     line += " -> ";
     if (answer) {
@@ -124,19 +122,55 @@ std::optional<Text> SimulatedPasteboard::string() {
     return answer;
 }
 
+std::optional<Text> SimulatedPasteboard::composeString() {
+    std::optional<Text> composed;
+    // Keeping a promise may change the pasteboard.
+    const std::vector<std::shared_ptr<StoredItem>> items = items_;
+    for (const auto& item : items) {
+        const std::optional<Bytes> bytes = fetch(item, stringType);
+        if (!bytes) {
+            continue;
+        }
+        if (composed) {
+            *composed += u'\n';
+        } else {
+            composed.emplace();
+        }
+        *composed += textFromUtf8(*bytes);
+    }
+    return composed;
+}
+
+std::optional<Text> SimulatedPasteboard::stringForOthers() {
+    if (scheduler_.isActing()) {
+        abortScenario("an action cannot wait for a promise; it reads as another program instead");
+    }
+    return composeString();
+}
+
 std::int64_t SimulatedPasteboard::changeCount() {
+    if (!journal_.admits()) {
+        return 0;
+    }
     const std::size_t call = journal_.begin("changeCount() -> ");
     appendInteger(journal_.line(call), changeCount_);
     return changeCount_;
 }
 
 void SimulatedPasteboard::clearContents() {
+    if (!journal_.admits()) {
+        return;
+    }
     journal_.begin("clearContents()");
     isOwnedHere_ = true;
     clear();
+    isJustCleared_ = true;
 }
 
 bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
+    if (!journal_.admits()) {
+        return false;
+    }
     std::string& line = journal_.line(journal_.begin("writeItems("));
     appendList(line, items, appendNewItem);
     if (refusals_ > 0 || !isOwnedHere_) {
@@ -147,7 +181,9 @@ bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     for (NewPasteboardItem& item : items) {
         append(storedItemOf(std::move(item)));
     }
-    ++changeCount_;
+    if (!std::exchange(isJustCleared_, false)) {
+        ++changeCount_;
+    }
     line += ") -> true";
     return true;
 }
@@ -166,7 +202,7 @@ std::optional<Bytes> SimulatedPasteboard::fetch(const std::shared_ptr<StoredItem
         }
         return bytes;
     }
-    if (entry->isPromisedHere) {
+    if (entry->isPromisedHere && !process_.isOver()) {
         Fulfilment fulfilment(*item);
         item->provider->provideData(fulfilment, type);
         entry = item->find(type);
@@ -180,7 +216,6 @@ void SimulatedPasteboard::copyAsOther(std::vector<CopiedItem> items) {
     for (CopiedItem& item : items) {
         append(storedItemOf(std::move(item)));
     }
-    ++changeCount_;
 }
 
 void SimulatedPasteboard::readAsOther(const PasteboardType& type, WhenRead whenRead) {
@@ -189,7 +224,7 @@ void SimulatedPasteboard::readAsOther(const PasteboardType& type, WhenRead whenR
         if (entry == nullptr) {
             continue;
         }
-        if (entry->isPromisedHere) {
+        if (entry->isPromisedHere && !process_.isOver()) {
             readings_.push_back({item, type, std::move(whenRead)});
             runLoop_.requestService([this] { serveNextReading(); });
             return;
@@ -226,6 +261,7 @@ void SimulatedPasteboard::resolvePromises() {
 
 void SimulatedPasteboard::clear() {
     ++changeCount_;
+    isJustCleared_ = false;
     for (const auto& item : std::exchange(items_, {})) {
         item->isGone = true;
     }

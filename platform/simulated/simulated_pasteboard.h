@@ -5,6 +5,7 @@
 #include "platform/simulated/scheduler.h"
 #include "platform/simulated/simulated_scheduling.h"
 #include "platform/simulated/stored_item.h"
+#include "platform/simulated/this_process.h"
 
 #include <cstdint>
 #include <deque>
@@ -19,8 +20,8 @@ class SimulatedPasteboard final : public Pasteboard {
 public:
     using WhenRead = std::function<void(std::optional<Bytes>)>;
 
-    SimulatedPasteboard(Scheduler& scheduler, Journal& journal, SimulatedScheduling& runLoop)
-        : scheduler_(scheduler), journal_(journal), runLoop_(runLoop) {}
+    SimulatedPasteboard(Scheduler& scheduler, ThisProcess& process, Journal& journal, SimulatedScheduling& runLoop)
+        : scheduler_(scheduler), process_(process), journal_(journal), runLoop_(runLoop) {}
 
     std::vector<std::unique_ptr<PasteboardItem>> items() override;
     std::optional<Text> string() override;
@@ -32,6 +33,8 @@ public:
     [[nodiscard]] std::optional<Bytes> fetch(const std::shared_ptr<StoredItem>& item, const PasteboardType& type);
 
     void copyAsOther(std::vector<CopiedItem> items);
+    /// The plain text of all items, as another program finds it now.
+    [[nodiscard]] std::optional<Text> stringForOthers();
     void readAsOther(const PasteboardType& type, WhenRead whenRead);
     void refuseWrites(int count) { refusals_ = count; }
     [[nodiscard]] std::vector<StandingItem> contents() const;
@@ -47,11 +50,13 @@ private:
         WhenRead whenRead;
     };
 
+    [[nodiscard]] std::optional<Text> composeString();
     void clear();
     void append(std::shared_ptr<StoredItem> item);
     void serveNextReading();
 
     Scheduler& scheduler_;
+    ThisProcess& process_;
     Journal& journal_;
     SimulatedScheduling& runLoop_;
     std::vector<std::shared_ptr<StoredItem>> items_;
@@ -60,6 +65,8 @@ private:
     unsigned itemCount_ = 0;
     int refusals_ = 0;
     bool isOwnedHere_ = false;
+    /// Whether this process has cleared and nobody has written since.
+    bool isJustCleared_ = false;
 };
 
 }  // namespace lomaris::simulated

@@ -11,11 +11,21 @@
 namespace lomaris::simulated {
 
 void SimulatedScheduling::sleep(Duration duration) {
+    const Moment end = scheduler_.momentAfter(std::max(duration, Duration::zero()));
+    if (!journal_.admits()) {
+        passTime(end);
+        return;
+    }
     std::string& line = journal_.line(journal_.begin("sleep("));
     appendSeconds(line, duration);
     line += ')';
-    if (duration > Duration::zero()) {
-        scheduler_.park(scheduler_.momentAfter(duration));
+    if (!scheduler_.isMainCurrent()) {
+        passTime(end);
+        return;
+    }
+    process_.passWait();
+    if (scheduler_.now() < end) {
+        process_.waitUntil(end);
     }
 }
 
@@ -23,44 +33,75 @@ void SimulatedScheduling::runLoopSlice(Duration duration) {
     if (!scheduler_.isMainCurrent() || scheduler_.isActing()) {
         abortScenario("only the main thread turns the run loop");
     }
+    const Moment end = scheduler_.momentAfter(std::max(duration, Duration::zero()));
+    if (!journal_.admits()) {
+        passTime(end);
+        return;
+    }
     std::string& line = journal_.line(journal_.begin("runLoopSlice("));
     appendSeconds(line, duration);
     line += ')';
-    const Moment end = scheduler_.momentAfter(std::max(duration, Duration::zero()));
+    process_.passWait();
     while (true) {
         serveRequests();
         drainMainQueue();
+        process_.passWait();
         if (scheduler_.now() >= end) {
             return;
         }
         isTurning_ = true;
-        scheduler_.park(end);
+        process_.waitUntil(end);
         isTurning_ = false;
     }
 }
 
 void SimulatedScheduling::runInBackground(std::function<void()> block) {
+    if (!journal_.admits()) {
+        return;
+    }
     const std::size_t call = journal_.begin("runInBackground() -> background ");
     const unsigned number = scheduler_.spawn(std::move(block));
     appendInteger(journal_.line(call), number);
 }
 
 void SimulatedScheduling::runOnMainQueue(std::function<void()> block) {
+    if (!journal_.admits()) {
+        return;
+    }
     journal_.begin("runOnMainQueue()");
     mainQueue_.push_back(std::move(block));
     wakeRunLoop();
 }
 
 std::shared_ptr<Condition> SimulatedScheduling::makeCondition() {
-    const std::size_t call = journal_.begin("makeCondition() -> condition ");
     const unsigned number = ++conditionCount_;
-    appendInteger(journal_.line(call), number);
+    if (journal_.admits()) {
+        appendInteger(journal_.line(journal_.begin("makeCondition() -> condition ")), number);
+    }
     return std::make_shared<SimulatedCondition>(scheduler_, journal_, number);
+}
+
+std::unique_ptr<TerminationGuard> SimulatedScheduling::onTermination(std::function<void()> cleanUp) {
+    if (journal_.admits()) {
+        journal_.begin("onTermination()");
+    }
+    return process_.guard(std::move(cleanUp));
 }
 
 void SimulatedScheduling::requestService(std::function<void()> service) {
     requests_.push_back(std::move(service));
     wakeRunLoop();
+}
+
+void SimulatedScheduling::dropQueues() {
+    requests_.clear();
+    mainQueue_.clear();
+}
+
+void SimulatedScheduling::passTime(Moment end) {
+    if (scheduler_.now() < end) {
+        scheduler_.park(end);
+    }
 }
 
 void SimulatedScheduling::serveRequests() {

@@ -3,15 +3,18 @@
 #include "platform/scheduling.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scheduler.h"
+#include "platform/simulated/this_process.h"
 
 #include <deque>
 #include <functional>
+#include <memory>
 
 namespace lomaris::simulated {
 
 class SimulatedScheduling final : public Scheduling {
 public:
-    SimulatedScheduling(Scheduler& scheduler, Journal& journal) : scheduler_(scheduler), journal_(journal) {}
+    SimulatedScheduling(Scheduler& scheduler, ThisProcess& process, Journal& journal)
+        : scheduler_(scheduler), process_(process), journal_(journal) {}
 
     Moment now() override { return scheduler_.now(); }
     void sleep(Duration duration) override;
@@ -19,16 +22,21 @@ public:
     void runInBackground(std::function<void()> block) override;
     void runOnMainQueue(std::function<void()> block) override;
     std::shared_ptr<Condition> makeCondition() override;
+    std::unique_ptr<TerminationGuard> onTermination(std::function<void()> cleanUp) override;
 
     /// Another program wants something of this process that only its run loop gives.
     void requestService(std::function<void()> service);
+    /// Forgets what was queued for the run loop.
+    void dropQueues();
 
 private:
+    void passTime(Moment end);
     void serveRequests();
     void drainMainQueue();
     void wakeRunLoop();
 
     Scheduler& scheduler_;
+    ThisProcess& process_;
     Journal& journal_;
     std::deque<std::function<void()>> requests_;
     std::deque<std::function<void()>> mainQueue_;

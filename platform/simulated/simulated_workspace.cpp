@@ -7,6 +7,9 @@
 namespace lomaris::simulated {
 
 std::optional<RunningApplication> SimulatedWorkspace::frontmostApplication() {
+    if (!journal_.admits()) {
+        return std::nullopt;
+    }
     const std::size_t call = journal_.begin("frontmostApplication() -> ");
     const std::optional<ProcessIdentifier> front = applications_.front();
     std::optional<RunningApplication> answer = front ? find(*front) : std::nullopt;
@@ -15,6 +18,9 @@ std::optional<RunningApplication> SimulatedWorkspace::frontmostApplication() {
 }
 
 std::optional<RunningApplication> SimulatedWorkspace::runningApplication(ProcessIdentifier processIdentifier) {
+    if (!journal_.admits()) {
+        return std::nullopt;
+    }
     const std::size_t call = journal_.begin("runningApplication(");
     appendInteger(journal_.line(call), processIdentifier);
     journal_.line(call) += ") -> ";

@@ -2,33 +2,42 @@
 
 #include "platform/simulated/applications.h"
 #include "platform/simulated/journal.h"
+#include "platform/simulated/reactor.h"
 #include "platform/simulated/scheduler.h"
 #include "platform/simulated/simulated_accessibility.h"
 #include "platform/simulated/simulated_events.h"
 #include "platform/simulated/simulated_pasteboard.h"
 #include "platform/simulated/simulated_scheduling.h"
 #include "platform/simulated/simulated_workspace.h"
+#include "platform/simulated/this_process.h"
 
 namespace lomaris::simulated {
 
 /// Everything behind a simulated desktop.
 struct World {
     Scheduler scheduler;
-    Journal journal{scheduler};
+    ThisProcess process{scheduler};
+    Journal journal{scheduler, process};
     Applications applications;
-    SimulatedAccessibility accessibility{scheduler, journal, applications};
+    Reactor reactor{*this};
+    SimulatedAccessibility accessibility{scheduler, process, journal, applications, reactor};
     SimulatedWorkspace workspace{journal, applications};
-    SimulatedScheduling scheduling{scheduler, journal};
-    SimulatedPasteboard pasteboard{scheduler, journal, scheduling};
-    SimulatedEvents events{scheduler, journal};
+    SimulatedScheduling scheduling{scheduler, process, journal};
+    SimulatedPasteboard pasteboard{scheduler, process, journal, scheduling};
+    SimulatedEvents events{scheduler, journal, reactor};
 
-    World() = default;
+    World() {
+        process.setServicesEnd([this] { pasteboard.resolvePromises(); });
+    }
     World(const World&) = delete;
     World& operator=(const World&) = delete;
     /// Everything is still there while promises are resolved and background blocks come to their end.
     ~World() {
-        pasteboard.resolvePromises();
+        if (!process.isOver()) {
+            pasteboard.resolvePromises();
+        }
         scheduler.finish();
+        process.leave();
     }
 };
 

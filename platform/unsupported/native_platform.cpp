@@ -119,6 +119,9 @@ public:
         mainQueue_.push_back(std::move(block));
     }
     std::shared_ptr<Condition> makeCondition() override { return std::make_shared<StandardCondition>(); }
+    std::unique_ptr<TerminationGuard> onTermination(std::function<void()> /*cleanUp*/) override {
+        return std::make_unique<TerminationGuard>();
+    }
 
 private:
     std::function<void()> takeBlock() {
@@ -154,6 +157,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Platform> nativePlatform() { return std::make_unique<UnsupportedPlatform>(); }
+std::unique_ptr<Platform> nativePlatform(ProcessRole /*role*/) { return std::make_unique<UnsupportedPlatform>(); }
 
 }  // namespace lomaris

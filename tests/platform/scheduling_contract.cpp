@@ -228,5 +228,17 @@ TEST_P(SchedulingContract, DropsTheMainQueueAtItsEnd) {
     EXPECT_FALSE(hasRun);
 }
 
+TEST_P(SchedulingContract, ATerminationGuardThatNobodyNeedsRunsNothing) {
+    int cleanUps = 0;
+    {
+        const auto outer = scheduling().onTermination([&cleanUps] { ++cleanUps; });
+        const auto inner = scheduling().onTermination([&cleanUps] { ++cleanUps; });
+        scheduling().sleep(milliseconds(1));
+        scheduling().runLoopSlice(milliseconds(1));
+    }
+    scheduling().sleep(milliseconds(1));
+    EXPECT_EQ(cleanUps, 0);
+}
+
 }  // namespace
 }  // namespace lomaris::test

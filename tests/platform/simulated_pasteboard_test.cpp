@@ -178,6 +178,46 @@ TEST(SimulatedPasteboard, WhoWaitsAtTheEndGetsTheText) {
     EXPECT_EQ(reading.bytes, Bytes("promised"));
 }
 
+TEST(SimulatedPasteboard, CountsAClearAndAWriteThatFollowsNone) {
+    SimulatedDesktop desktop;
+    std::vector<std::int64_t> counts;
+    const auto write = [&desktop] {
+        std::vector<NewPasteboardItem> items(1);
+        items[0].data.emplace_back(stringType, "mine");
+        return desktop.pasteboard().writeItems(std::move(items));
+    };
+    const auto count = [&] { counts.push_back(desktop.pasteboard().changeCount()); };
+    count();
+    desktop.pasteboard().clearContents();
+    count();
+    ASSERT_TRUE(write());
+    count();
+    ASSERT_TRUE(write());
+    count();
+    desktop.pasteboard().clearContents();
+    desktop.pasteboard().clearContents();
+    count();
+    desktop.userCopies(u"theirs");
+    count();
+    EXPECT_EQ(counts, (std::vector<std::int64_t>{100, 101, 101, 102, 104, 105}));
+}
+
+TEST(SimulatedPasteboard, TellsWhatAnotherProgramFindsNow) {
+    SimulatedDesktop desktop;
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), std::nullopt);
+    const auto provider = std::make_shared<TextProvider>(desktop);
+    ASSERT_TRUE(promise(desktop, provider));
+    const Lines before = desktop.journal();
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"promised"));
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"promised"));
+    EXPECT_EQ(provider->asked.size(), 1U);
+    EXPECT_EQ(desktop.journal(), before);
+    desktop.userCopiesItems({CopiedItem{{{stringType, "one"}}, {}}, CopiedItem{{{stringType, "two"}}, {}}});
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"one\ntwo"));
+    desktop.userCopiesItems({CopiedItem{{{"public.png", "pixels"}}, {}}});
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), std::nullopt);
+}
+
 TEST(SimulatedPasteboard, JournalsItsCalls) {
     SimulatedDesktop desktop;
     ASSERT_TRUE(promise(desktop, std::make_shared<TextProvider>(desktop)));
@@ -195,7 +235,7 @@ TEST(SimulatedPasteboard, JournalsItsCalls) {
                   "0.000000000 clearContents()",
                   "0.000000000 writeItems([{org.nspasteboard.ConcealedType: \"\", public.utf8-plain-text: promised}]) "
                   "-> true",
-                  "0.000000000 changeCount() -> 102",
+                  "0.000000000 changeCount() -> 101",
                   "0.000000000 items() -> [item 1]",
                   "0.000000000 types(item 1) -> [org.nspasteboard.ConcealedType, public.utf8-plain-text]",
                   "0.000000000 data(item 1, public.utf8-plain-text) -> \"promised\"",

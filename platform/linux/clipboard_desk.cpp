@@ -1,0 +1,247 @@
+#include "platform/linux/clipboard_desk.h"
+
+#include "platform/linux/clipboard_targets.h"
+#include "platform/linux/monotonic_clock.h"
+#include "text/utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstring>
+#include <utility>
+
+namespace lomaris {
+
+namespace {
+
+/// How long the last readers of what is no longer on the clipboard may take for a piece.
+constexpr Duration lastReaders = std::chrono::seconds(10);
+
+/// The numbers of a list of targets, or none where it is no such list.
+std::vector<xcb_atom_t> atomsOf(const ReadTarget& list, xcb_atom_t targets) {
+    if (list.format != 32 || (list.type != XCB_ATOM_ATOM && list.type != targets)) {
+        return {};
+    }
+    std::vector<xcb_atom_t> atoms(list.bytes.size() / sizeof(xcb_atom_t));
+    if (!atoms.empty()) {
+        std::memcpy(atoms.data(), list.bytes.data(), atoms.size() * sizeof(xcb_atom_t));
+    }
+    return atoms;
+}
+
+}  // namespace
+
+/// What another program offered when it was asked.
+struct ClipboardDesk::ForeignContents {
+    ClipboardLook look;
+    std::vector<PasteboardType> types;
+    std::unordered_map<PasteboardType, xcb_atom_t> targets;
+};
+
+class ClipboardDesk::OwnItem final : public PasteboardItem {
+public:
+    OwnItem(std::weak_ptr<ClipboardDesk> desk, std::weak_ptr<ClipboardContents> contents, std::size_t index)
+        : desk_(std::move(desk)), contents_(std::move(contents)), index_(index) {}
+
+    std::vector<PasteboardType> types() override {
+        settle();
+        const auto contents = contents_.lock();
+        return contents ? contents->types(index_) : std::vector<PasteboardType>();
+    }
+
+    std::optional<Bytes> data(const PasteboardType& type) override {
+        settle();
+        const auto contents = contents_.lock();
+        const SharedBytes bytes = contents ? contents->bytes(index_, type) : nullptr;
+        return bytes ? std::optional(*bytes) : std::nullopt;
+    }
+
+private:
+    /// Lets go of the contents where another program has taken over.
+    void settle() {
+        if (const auto desk = desk_.lock()) {
+            desk->session_.settle();
+        }
+    }
+
+    std::weak_ptr<ClipboardDesk> desk_;
+    std::weak_ptr<ClipboardContents> contents_;
+    std::size_t index_;
+};
+
+class ClipboardDesk::ForeignItem final : public PasteboardItem {
+public:
+    ForeignItem(std::weak_ptr<ClipboardDesk> desk, ForeignContents contents)
+        : desk_(std::move(desk)), contents_(std::move(contents)) {}
+
+    std::vector<PasteboardType> types() override {
+        const auto desk = desk_.lock();
+        const bool isCurrent = desk && desk->changeCount() == contents_.look.changeCount;
+        return isCurrent ? contents_.types : std::vector<PasteboardType>();
+    }
+
+    std::optional<Bytes> data(const PasteboardType& type) override {
+        const auto desk = desk_.lock();
+        return desk ? desk->foreignData(contents_, type) : std::nullopt;
+    }
+
+private:
+    std::weak_ptr<ClipboardDesk> desk_;
+    ForeignContents contents_;
+};
+
+ClipboardDesk::ClipboardDesk()
+    : ownership_(session_, [this] { contents_.reset(); }),
+      server_(session_, ownership_, contents_),
+      reader_(session_, ownership_, [this] { server_.serve(); }) {}
+
+bool ClipboardDesk::open() {
+    return session_.open([this](const xcb_generic_event_t& event) { handle(event); });
+}
+
+void ClipboardDesk::handle(const xcb_generic_event_t& event) {
+    ownership_.handle(event);
+    reader_.handle(event);
+    server_.handle(event);
+}
+
+std::int64_t ClipboardDesk::changeCount() {
+    session_.settle();
+    return ownership_.changeCount();
+}
+
+void ClipboardDesk::clear() {
+    session_.settle();
+    contents_.reset();
+    if (ownership_.acquire()) {
+        contents_ = std::make_shared<ClipboardContents>();
+    }
+}
+
+bool ClipboardDesk::write(std::vector<NewPasteboardItem> items) {
+    session_.settle();
+    if (!contents_ || !session_.isAlive()) {
+        return false;
+    }
+    contents_->append(std::move(items), forms_);
+    return true;
+}
+
+std::vector<std::unique_ptr<PasteboardItem>> ClipboardDesk::items() {
+    session_.settle();
+    return contents_ ? ownItems() : foreignItems();
+}
+
+std::vector<std::unique_ptr<PasteboardItem>> ClipboardDesk::ownItems() {
+    std::vector<std::unique_ptr<PasteboardItem>> items;
+    for (std::size_t index = 0; index < contents_->itemCount(); ++index) {
+        items.push_back(std::make_unique<OwnItem>(weak_from_this(), contents_, index));
+    }
+    return items;
+}
+
+std::vector<std::unique_ptr<PasteboardItem>> ClipboardDesk::foreignItems() {
+    ForeignContents foreign{reader_.look(), {}, {}};
+    forms_.clear();
+    const std::optional<ReadTarget> list = reader_.read(foreign.look, session_.names().targets);
+    if (!list) {
+        return {};
+    }
+    const std::vector<xcb_atom_t> atoms = atomsOf(*list, session_.names().targets);
+    const std::vector<std::string> names = session_.atoms().names(atoms);
+    for (std::size_t index = 0; index < atoms.size(); ++index) {
+        if (!isContentsTarget(names[index])) {
+            continue;
+        }
+        PasteboardType type = typeOfTarget(names[index]);
+        if (foreign.targets.try_emplace(type, atoms[index]).second) {
+            foreign.types.push_back(std::move(type));
+        }
+    }
+    std::vector<std::unique_ptr<PasteboardItem>> items;
+    if (!foreign.types.empty()) {
+        items.push_back(std::make_unique<ForeignItem>(weak_from_this(), std::move(foreign)));
+    }
+    return items;
+}
+
+std::optional<Bytes> ClipboardDesk::foreignData(ForeignContents& foreign, const PasteboardType& type) {
+    const auto target = foreign.targets.find(type);
+    if (target == foreign.targets.end()) {
+        return std::nullopt;
+    }
+    std::optional<ReadTarget> read = reader_.read(foreign.look, target->second);
+    if (!read) {
+        return std::nullopt;
+    }
+    std::string typeName = session_.atoms().names({&read->type, 1}).front();
+    if (type == pasteboard_type::string) {
+        const bool isLatin1 = read->type == XCB_ATOM_STRING;
+        if (read->format != 8 || (!isLatin1 && typeName != clipboard_target::utf8String)) {
+            return std::nullopt;
+        }
+        return isLatin1 ? utf8FromLatin1(read->bytes) : std::move(read->bytes);
+    }
+    if (typeName.empty()) {
+        return std::nullopt;
+    }
+    if (read->format != 8 || typeName != type) {
+        forms_.insert_or_assign(type, PropertyForm{std::move(typeName), read->format});
+    }
+    return std::move(read->bytes);
+}
+
+std::optional<Text> ClipboardDesk::string() {
+    session_.settle();
+    return contents_ ? contents_->string() : foreignString();
+}
+
+std::optional<Text> ClipboardDesk::foreignString() {
+    ClipboardLook look = reader_.look();
+    constexpr std::array<std::string_view, 4> names{clipboard_target::utf8String, clipboard_target::utf8PlainText,
+                                                    clipboard_target::string, clipboard_target::plainText};
+    for (const xcb_atom_t target : session_.atoms().atoms(names)) {
+        const std::optional<ReadTarget> read = reader_.read(look, target);
+        if (read && read->format == 8) {
+            return textFromUtf8(read->type == XCB_ATOM_STRING ? utf8FromLatin1(read->bytes) : read->bytes);
+        }
+    }
+    return std::nullopt;
+}
+
+void ClipboardDesk::serve() {
+    session_.pump();
+    do {
+        server_.serve();
+    } while (session_.flush());
+}
+
+bool ClipboardDesk::keepPromises() {
+    session_.settle();
+    if (!contents_ || !session_.isAlive()) {
+        return false;
+    }
+    contents_->keepPromises();
+    session_.settle();
+    return session_.isAlive() && contents_ && !contents_->targets().empty();
+}
+
+void ClipboardDesk::serveToTheEnd() {
+    while (session_.isAlive()) {
+        bool hasArrived = false;
+        const auto isAnythingThere = [this, &hasArrived] {
+            server_.serve();
+            return std::exchange(hasArrived, true);
+        };
+        if (contents_) {
+            static_cast<void>(session_.waitUntil(isAnythingThere, Moment::max()));
+        } else {
+            server_.dropStalledTransfers();
+            if (!server_.isTransferring() || !session_.waitUntil(isAnythingThere, later(monotonicNow(), lastReaders))) {
+                return;
+            }
+        }
+    }
+}
+
+}  // namespace lomaris

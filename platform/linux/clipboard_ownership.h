@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/linux/clipboard_session.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace lomaris {
+
+/// Who owns the clipboard, as far as this process is concerned, and how often that changed.
+///
+/// The notifications of the server are the only source: they come for every new owner, this process included, in the
+/// order in which the server saw them. An event that says that the selection was lost comes only sometimes, and may be
+/// older than the latest acquisition. Main thread.
+class ClipboardOwnership {
+public:
+    /// `whenLost` is called when another program became the owner. `session` outlives this.
+    ClipboardOwnership(ClipboardSession& session, std::function<void()> whenLost)
+        : session_(session), whenLost_(std::move(whenLost)) {}
+
+    /// Makes this process the owner, once more where it is already; whether it became it.
+    [[nodiscard]] bool acquire();
+
+    [[nodiscard]] bool isOwner() const { return isOwner_; }
+
+    /// The server's time of the last acquisition.
+    [[nodiscard]] xcb_timestamp_t acquiredAt() const { return acquiredAt_; }
+
+    /// How often the clipboard got other contents since this process looks.
+    [[nodiscard]] std::int64_t changeCount() const { return changeCount_; }
+
+    void handle(const xcb_generic_event_t& event);
+
+private:
+    ClipboardSession& session_;
+    std::function<void()> whenLost_;
+    bool isOwner_ = false;
+    xcb_timestamp_t acquiredAt_ = XCB_CURRENT_TIME;
+    std::int64_t changeCount_ = 0;
+};
+
+}  // namespace lomaris

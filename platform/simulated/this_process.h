@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/scheduling.h"
+#include "platform/simulated/scheduler.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace lomaris::simulated {
+
+/// This process as the desktop sees it: whether it still runs, and how it ends when it is told to.
+class ThisProcess {
+public:
+    explicit ThisProcess(Scheduler& scheduler) : scheduler_(scheduler) {}
+    ThisProcess(const ThisProcess&) = delete;
+    ThisProcess& operator=(const ThisProcess&) = delete;
+
+    /// What the services do when they come to their end.
+    void setServicesEnd(std::function<void()> servicesEnd) { servicesEnd_ = std::move(servicesEnd); }
+
+    /// Something tells the process to end; the first one counts.
+    void tell(int signal);
+    /// The process ends by itself, or as it was told to; nothing is thrown.
+    void finish();
+    /// Nothing is left to be done; the services are about to go.
+    void leave();
+
+    [[nodiscard]] bool isOver() const { return isOver_; }
+    [[nodiscard]] std::optional<int> endedBy() const { return endedBy_; }
+
+    [[nodiscard]] std::unique_ptr<TerminationGuard> guard(std::function<void()> cleanUp);
+
+    /// To be passed by each call: ends the process where it was told to and nothing guards it. May throw.
+    void passCall();
+    /// To be passed before and during each wait of the main thread: ends the process where it was told to. May throw.
+    void passWait();
+
+    /// The main thread waits until the moment, which is ahead, or until it is woken. May throw.
+    void waitUntil(Moment moment);
+    /// The main thread waits for another program to answer; a guard lets it wait to the end. May throw.
+    void awaitAnswer(Moment moment);
+
+private:
+    class Guard;
+    enum class MainThread { runs, waits, awaitsAnswer };
+
+    void end();
+    void park(MainThread how, Moment moment);
+    void throwWhatIsOwed();
+
+    Scheduler& scheduler_;
+    std::function<void()> servicesEnd_;
+    /// The newest one last.
+    std::vector<Guard*> guards_;
+    MainThread mainThread_ = MainThread::runs;
+    std::optional<int> told_;
+    std::optional<int> endedBy_;
+    bool isEnding_ = false;
+    bool isOver_ = false;
+    bool owesThrow_ = false;
+};
+
+}  // namespace lomaris::simulated

@@ -1,0 +1,129 @@
+#include "platform/posix/termination_signals.h"
+
+#include <gtest/gtest.h>
+
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <functional>
+#include <optional>
+
+namespace lomaris::test {
+namespace {
+
+/// Runs `body` in a process of its own; its exit status, or the negated number of the signal that ended it.
+int statusOf(const std::function<int()>& body) {
+    const pid_t process = fork();
+    if (process == 0) {
+        _exit(body());
+    }
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+bool isReadable(int descriptor) {
+    pollfd request{.fd = descriptor, .events = POLLIN, .revents = 0};
+    return poll(&request, 1, 0) == 1 && (request.revents & POLLIN) != 0;
+}
+
+TEST(TerminationSignals, AreNotedAndEndTheProcessWhenItIsReady) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        const int status = statusOf([signal] {
+            TerminationSignals signals;
+            if (signals.pending() || isReadable(signals.descriptor())) {
+                return 1;
+            }
+            std::raise(signal);
+            if (signals.pending() != signal || !isReadable(signals.descriptor())) {
+                return 2;
+            }
+            signals.endProcess();
+        });
+        EXPECT_EQ(status, -signal);
+    }
+}
+
+TEST(TerminationSignals, TheFirstOneCounts) {
+    const int status = statusOf([] {
+        TerminationSignals signals;
+        std::raise(SIGINT);
+        std::raise(SIGTERM);
+        std::raise(SIGINT);
+        if (signals.pending() != SIGINT) {
+            return 1;
+        }
+        signals.endProcess();
+    });
+    EXPECT_EQ(status, -SIGINT);
+}
+
+TEST(TerminationSignals, WhatWasIgnoredStaysIgnored) {
+    const int status = statusOf([] {
+        std::signal(SIGHUP, SIG_IGN);
+        const TerminationSignals signals;
+        std::raise(SIGHUP);
+        return signals.pending() || isReadable(signals.descriptor()) ? 1 : 0;
+    });
+    EXPECT_EQ(status, 0);
+}
+
+TEST(TerminationSignals, EndTheProcessWhereTheyAreBlocked) {
+    const int status = statusOf([]() -> int {
+        TerminationSignals signals;
+        std::raise(SIGTERM);
+        sigset_t all;
+        sigfillset(&all);
+        sigprocmask(SIG_BLOCK, &all, nullptr);
+        signals.endProcess();
+    });
+    EXPECT_EQ(status, -SIGTERM);
+}
+
+TEST(TerminationSignals, InterruptAWait) {
+    const int status = statusOf([] {
+        const TerminationSignals signals;
+        const pid_t parent = getpid();
+        const pid_t sender = fork();
+        if (sender == 0) {
+            kill(parent, SIGTERM);
+            _exit(0);
+        }
+        pollfd request{.fd = signals.descriptor(), .events = POLLIN, .revents = 0};
+        while (poll(&request, 1, -1) != 1) {
+        }
+        return signals.pending() == SIGTERM ? 0 : 1;
+    });
+    EXPECT_EQ(status, 0);
+}
+
+TEST(TerminationSignals, DoAtTheirEndWhatTheyDidBefore) {
+    EXPECT_EQ(statusOf([] {
+                  { const TerminationSignals signals; }
+                  std::raise(SIGTERM);
+                  return 0;
+              }),
+              -SIGTERM);
+    EXPECT_EQ(statusOf([] {
+                  static volatile std::sig_atomic_t seen = 0;
+                  std::signal(SIGINT, [](int) { seen = 1; });
+                  {
+                      const TerminationSignals signals;
+                      std::raise(SIGINT);
+                      if (seen != 0 || signals.pending() != SIGINT) {
+                          return 1;
+                      }
+                  }
+                  std::raise(SIGINT);
+                  const TerminationSignals again;
+                  return seen == 1 && !again.pending() ? 0 : 2;
+              }),
+              0);
+}
+
+}  // namespace
+}  // namespace lomaris::test

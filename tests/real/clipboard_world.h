@@ -1,0 +1,112 @@
+#pragma once
+
+#include "platform/linux/linux_pasteboard.h"
+#include "platform/linux/linux_scheduling.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <future>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace lomaris::test {
+
+/// Has the run loop turn while `action` runs, as another program that waits for this one; what it answered.
+template <typename Action>
+auto whileServing(Scheduling& scheduling, Action action) {
+    auto result = std::async(std::launch::async, std::move(action));
+    while (result.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+        scheduling.runLoopSlice(std::chrono::milliseconds(2));
+    }
+    return result.get();
+}
+
+/// Gives a text for the types that it promised and remembers what it was asked for.
+class TestProvider final : public PasteboardDataProvider {
+public:
+    explicit TestProvider(std::optional<Bytes> bytes) : bytes_(std::move(bytes)) {}
+
+    void provideData(PromisedItem& item, const PasteboardType& type) override {
+        asked.push_back(type);
+        if (bytes_) {
+            item.setData(*bytes_, type);
+        }
+    }
+
+    std::vector<PasteboardType> asked;
+
+private:
+    std::optional<Bytes> bytes_;
+};
+
+/// The pasteboard under test, with the run loop that serves it.
+class Clipboard : public testing::Test {
+public:
+    using Contents = std::vector<std::pair<PasteboardType, std::optional<Bytes>>>;
+
+    Clipboard() { static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); }
+
+    [[nodiscard]] LinuxPasteboard& pasteboard() { return *pasteboard_; }
+    [[nodiscard]] LinuxScheduling& scheduling() { return scheduling_; }
+
+    /// Clears and writes; whether it was taken.
+    [[nodiscard]] bool put(std::vector<NewPasteboardItem> items) {
+        pasteboard_->clearContents();
+        return pasteboard_->writeItems(std::move(items));
+    }
+    [[nodiscard]] bool put(std::vector<std::pair<PasteboardType, Bytes>> data) {
+        std::vector<NewPasteboardItem> items(1);
+        items[0].data = std::move(data);
+        return put(std::move(items));
+    }
+    [[nodiscard]] bool putPromise(const std::shared_ptr<PasteboardDataProvider>& provider,
+                                  std::vector<std::pair<PasteboardType, Bytes>> data = {}) {
+        std::vector<NewPasteboardItem> items(1);
+        items[0].data = std::move(data);
+        items[0].promisedTypes.emplace_back(pasteboard_type::string);
+        items[0].provider = provider;
+        return put(std::move(items));
+    }
+
+    /// All items with all their types and bytes, in order.
+    [[nodiscard]] std::vector<Contents> contents() {
+        std::vector<Contents> all;
+        for (const auto& item : pasteboard_->items()) {
+            Contents& one = all.emplace_back();
+            for (PasteboardType& type : item->types()) {
+                std::optional<Bytes> bytes = item->data(type);
+                one.emplace_back(std::move(type), std::move(bytes));
+            }
+        }
+        return all;
+    }
+
+    /// Ends the service, as the end of the process does.
+    void end() { pasteboard_.reset(); }
+
+private:
+    LinuxScheduling scheduling_;
+    std::unique_ptr<LinuxPasteboard> pasteboard_ = std::make_unique<LinuxPasteboard>(scheduling_);
+};
+
+inline const PasteboardType stringType{pasteboard_type::string};
+inline const PasteboardType concealedType{pasteboard_type::concealed};
+inline const PasteboardType transientType{pasteboard_type::transient};
+
+/// Bytes of every value, without a period that a lost or doubled piece could hide behind.
+[[nodiscard]] inline Bytes longBytes(std::size_t size) {
+    Bytes bytes(size, '\0');
+    unsigned state = 1;
+    for (char& byte : bytes) {
+        state = state * 1664525U + 1013904223U;
+        byte = static_cast<char>(state >> 24U);
+    }
+    return bytes;
+}
+
+}  // namespace lomaris::test
