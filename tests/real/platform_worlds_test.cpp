@@ -1,5 +1,6 @@
 #include "platform/native_platform.h"
 #include "tests/platform/accessibility_contract.h"
+#include "tests/platform/events_contract.h"
 #include "tests/platform/scheduling_contract.h"
 #include "tests/platform/workspace_contract.h"
 #include "tests/real/desktop.h"
@@ -65,6 +66,19 @@ private:
     Editor editor_{mousepad(), "The quick brown fox"};
 };
 
+/// Nobody types, and what is posted reaches whatever window is in front: none.
+class RealEventsWorld final : public EventsWorld {
+public:
+    // A server that has seen no input at all has nothing to tell.
+    RealEventsWorld() { pressKeys({"shift"}); }
+
+    Platform& platform() override { return *platform_; }
+    void userTypes() override { pressKeys({"shift"}); }
+
+private:
+    std::unique_ptr<Platform> platform_ = nativePlatform();
+};
+
 /// Why the test that runs cannot pass on this platform yet; empty where it can.
 std::string reasonToWait() {
     const std::string_view test = testing::UnitTest::GetInstance()->current_test_info()->name();
@@ -92,6 +106,9 @@ auto onTheDesktop(const std::string& name, const std::vector<EditorProgram>& edi
 }
 
 INSTANTIATE_TEST_SUITE_P(Real, SchedulingContract, (onTheDesktop<SchedulingWorld, RealSchedulingWorld>("Linux", {})),
+                         contractParamName);
+INSTANTIATE_TEST_SUITE_P(Real, EventsContract,
+                         (onTheDesktop<EventsWorld, RealEventsWorld>("Linux", {{"xdotool", {"xdotool"}}})),
                          contractParamName);
 INSTANTIATE_TEST_SUITE_P(Real, WorkspaceContract,
                          (onTheDesktop<WorkspaceWorld, RealWorkspaceWorld>("Linux", {mousepad(), featherPad()})),

@@ -1,0 +1,214 @@
+#include "platform/linux/key_press_plan.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <ostream>
+
+namespace lomaris {
+
+// Found by the test library through their namespace.
+static void PrintTo(const KeyMove& move, std::ostream* stream) {
+    *stream << (move.direction == KeyMove::Direction::down ? "+" : "-") << int{move.keycode};
+    if (move.userKeyboard) {
+        *stream << " on " << *move.userKeyboard;
+    }
+}
+
+static void PrintTo(const LockChange& change, std::ostream* stream) {
+    *stream << "lock " << int{change.locked} << " of " << int{change.affected};
+    if (change.lockedGroup) {
+        *stream << ", group " << int{*change.lockedGroup};
+    }
+}
+
+namespace test {
+namespace {
+
+using Steps = std::vector<KeyStep>;
+
+constexpr Keycode backspace = 22;
+constexpr Keycode control = 37;
+constexpr Keycode shift = 50;
+constexpr Keycode c = 54;
+constexpr Keycode capsLock = 66;
+constexpr Keycode numLock = 77;
+constexpr Keysym backspaceKeysym = 0xff08;
+constexpr Keysym cyrillicEs = 0x6d3;
+constexpr InputDevice keyboard = 7;
+constexpr InputDevice otherKeyboard = 9;
+
+struct MapKey {
+    Keycode keycode;
+    /// The unmodified keysym of each layout.
+    std::vector<Keysym> keysyms;
+    ModifierMask modifiers = 0;
+    std::uint8_t outOfRange = 0;
+};
+
+void append(std::vector<std::byte>& bytes, const void* data, std::size_t size) {
+    const auto* const begin = static_cast<const std::byte*>(data);
+    bytes.insert(bytes.end(), begin, begin + size);
+}
+
+/// What a server answers that has these keys, in ascending order, two keysyms in each layout.
+std::vector<std::byte> mapReply(const std::vector<MapKey>& keys) {
+    std::vector<std::byte> bytes(40);
+    const std::uint16_t present = 6;
+    std::memcpy(bytes.data() + 12, &present, sizeof present);
+    bytes[17] = std::byte{8};
+    bytes[20] = std::byte{248};
+    std::vector<std::byte> modifiers;
+    auto key = keys.begin();
+    for (unsigned keycode = 8; keycode < 256; ++keycode) {
+        std::vector<Keysym> keysyms;
+        std::uint8_t groupInfo = 0;
+        if (key != keys.end() && key->keycode == keycode) {
+            for (const Keysym keysym : key->keysyms) {
+                keysyms.insert(keysyms.end(), {keysym, 'X'});
+            }
+            groupInfo = static_cast<std::uint8_t>(key->keysyms.size() | key->outOfRange);
+            if (key->modifiers != 0) {
+                modifiers.push_back(std::byte{key->keycode});
+                modifiers.push_back(std::byte{key->modifiers});
+            }
+            ++key;
+        }
+        const std::uint8_t head[6]{0, 0, 0, 0, groupInfo, 2};
+        const auto count = static_cast<std::uint16_t>(keysyms.size());
+        append(bytes, head, sizeof head);
+        append(bytes, &count, sizeof count);
+        append(bytes, keysyms.data(), keysyms.size() * sizeof(Keysym));
+    }
+    bytes[33] = static_cast<std::byte>(modifiers.size() / 2);
+    bytes.insert(bytes.end(), modifiers.begin(), modifiers.end());
+    return bytes;
+}
+
+KeyboardMap mapOf(const std::vector<MapKey>& keys) { return KeyboardMap::fromReply(mapReply(keys)).value(); }
+
+const std::vector<MapKey> latinKeys{{backspace, {backspaceKeysym}}, {control, {0xffe3}, 4},
+                                    {shift, {0xffe1}, 1},           {c, {'c'}},
+                                    {capsLock, {0xffe5}, 2},        {numLock, {0xff7f}, 16}};
+
+KeyboardSnapshot quietKeyboard(std::vector<MapKey> keys = latinKeys) {
+    return {.map = mapOf(keys), .state = {}, .pressed = {}, .userKeyboards = {{keyboard, {}}}, .pressedByPrograms = {}};
+}
+
+KeyStep down(Keycode keycode, std::optional<InputDevice> device = std::nullopt) {
+    return KeyMove{KeyMove::Direction::down, keycode, device};
+}
+KeyStep up(Keycode keycode, std::optional<InputDevice> device = std::nullopt) {
+    return KeyMove{KeyMove::Direction::up, keycode, device};
+}
+KeyStep locks(ModifierMask affected, ModifierMask locked, std::optional<KeyGroup> group = std::nullopt) {
+    LockChange change;
+    change.affected = affected;
+    change.locked = locked;
+    change.lockedGroup = group;
+    return change;
+}
+
+const KeyWish copyWish{'c', true};
+const KeyWish deleteWish{backspaceKeysym, false};
+
+TEST(KeyPressPlan, PressesAndReleasesInTurn) {
+    EXPECT_EQ(planKeyPress(quietKeyboard(), copyWish), (Steps{down(control), down(c), up(c), up(control)}));
+    EXPECT_EQ(planKeyPress(quietKeyboard(), deleteWish), (Steps{down(backspace), up(backspace)}));
+    EXPECT_EQ(planPuttingBack(quietKeyboard(), {{keyboard, {}}}), Steps());
+}
+
+TEST(KeyPressPlan, IsNoneWhereTheMapLacksAKey) {
+    EXPECT_EQ(planKeyPress(quietKeyboard({{control, {0xffe3}, 4}}), copyWish), std::nullopt);
+    EXPECT_EQ(planKeyPress(quietKeyboard({{c, {'c'}}}), copyWish), std::nullopt);
+    // A Control that is another modifier too would bring that one along.
+    EXPECT_EQ(planKeyPress(quietKeyboard({{control, {0xffe3}, 5}, {c, {'c'}}}), copyWish), std::nullopt);
+}
+
+TEST(KeyPressPlan, PutsBackOnlyWhatTheUserStillHolds) {
+    KeyboardSnapshot before = quietKeyboard();
+    before.state.heldModifiers = 1;
+    before.pressed.set(shift);
+    before.userKeyboards = {{keyboard, PressedKeys().set(shift)}, {otherKeyboard, {}}};
+    EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{up(shift), down(backspace), up(backspace)}));
+    EXPECT_EQ(planPuttingBack(before, before.userKeyboards), (Steps{up(shift, keyboard), down(shift, keyboard)}));
+    EXPECT_EQ(planPuttingBack(before, {{keyboard, {}}, {otherKeyboard, {}}}), Steps());
+    // Where keyboards cannot be told apart.
+    before.userKeyboards.clear();
+    EXPECT_EQ(planPuttingBack(before, {}), Steps());
+}
+
+TEST(KeyPressPlan, PutsBackWhatAnotherProgramHoldsWhereItIsInEffect) {
+    KeyboardSnapshot before = quietKeyboard();
+    before.state.heldModifiers = 1;
+    before.pressed.set(shift);
+    before.pressedByPrograms.set(shift);
+    EXPECT_EQ(planPuttingBack(before, before.userKeyboards), Steps{down(shift)});
+    before.state.heldModifiers = 0;
+    EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{up(shift), down(backspace), up(backspace)}));
+    EXPECT_EQ(planPuttingBack(before, before.userKeyboards), Steps());
+}
+
+TEST(KeyPressPlan, ReleasesTheKeyItselfWhereItIsHeld) {
+    KeyboardSnapshot before = quietKeyboard();
+    before.pressed.set(backspace);
+    before.userKeyboards = {{keyboard, {}}, {otherKeyboard, PressedKeys().set(backspace)}};
+    EXPECT_EQ(planKeyPress(before, deleteWish),
+              (Steps{up(backspace, otherKeyboard), up(backspace), down(backspace), up(backspace)}));
+    EXPECT_EQ(planPuttingBack(before, before.userKeyboards), Steps());
+}
+
+TEST(KeyPressPlan, UnlocksAndLocksAgainAllButNumLock) {
+    KeyboardSnapshot before = quietKeyboard();
+    before.state.lockedModifiers = 2 | 16;
+    EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{locks(2, 0), down(backspace), up(backspace), locks(2, 2)}));
+    before.state.lockedModifiers = 16;
+    EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{down(backspace), up(backspace)}));
+    before.state.latchedModifiers = 1;
+    EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{locks(0, 0), down(backspace), up(backspace), locks(0, 0)}));
+}
+
+TEST(KeyPressPlan, NeverMovesALockKey) {
+    KeyboardSnapshot before = quietKeyboard();
+    before.state.heldModifiers = 2;
+    before.pressed.set(capsLock);
+    before.userKeyboards.front().pressed.set(capsLock);
+    EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{down(backspace), up(backspace)}));
+    EXPECT_EQ(planPuttingBack(before, before.userKeyboards), Steps());
+}
+
+TEST(KeyPressPlan, LocksTheLayoutThatHasTheKey) {
+    KeyboardSnapshot before =
+        quietKeyboard({{backspace, {backspaceKeysym}}, {control, {0xffe3}, 4}, {c, {cyrillicEs, 'c'}}});
+    EXPECT_EQ(planKeyPress(before, copyWish),
+              (Steps{locks(0, 0, KeyGroup{1}), down(control), down(c), up(c), up(control), locks(0, 0, KeyGroup{0})}));
+    // Where it is in effect already, and where the key has the same meaning in every layout.
+    before.state.group = 1;
+    before.state.lockedGroup = 1;
+    EXPECT_EQ(planKeyPress(before, copyWish), (Steps{down(control), down(c), up(c), up(control)}));
+    EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{down(backspace), up(backspace)}));
+    // A held switch of layouts counts into what must be locked.
+    before.state = {.group = 0, .heldGroup = 1, .lockedGroup = 1};
+    EXPECT_EQ(planKeyPress(before, copyWish),
+              (Steps{locks(0, 0, KeyGroup{0}), down(control), down(c), up(c), up(control), locks(0, 0, KeyGroup{1})}));
+}
+
+TEST(KeyboardMap, FallsBackAsTheKeySaysInALayoutThatItLacks) {
+    const KeyboardMap map = mapOf({{10, {'a', 'b'}}, {11, {'a', 'b'}, 0, 0x40}, {12, {'a', 'b'}, 0, 0x80 | 0x10}});
+    EXPECT_EQ(map.keysymOf(10, 2), Keysym{'a'});
+    EXPECT_EQ(map.keysymOf(11, 2), Keysym{'b'});
+    EXPECT_EQ(map.keysymOf(12, 2), Keysym{'b'});
+    EXPECT_EQ(map.keysymOf(13, 0), Keysym{0});
+}
+
+TEST(KeyboardMap, IsNoneForAReplyThatIsCut) {
+    const std::vector<std::byte> whole = mapReply(latinKeys);
+    EXPECT_TRUE(KeyboardMap::fromReply(whole).has_value());
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        EXPECT_FALSE(KeyboardMap::fromReply(std::span(whole).first(size)).has_value()) << size;
+    }
+}
+
+}  // namespace
+}  // namespace test
+}  // namespace lomaris
