@@ -1,0 +1,66 @@
+#include "accessibility/fallback/key_strokes.h"
+
+#include "accessibility/model/bridge_error.h"
+#include "text/equality.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace lomaris {
+
+namespace {
+
+bool mayPostEvents(EventServices& events) {
+    return events.preflightPostEventAccess() || events.requestPostEventAccess();
+}
+
+bool isInFront(Workspace& workspace, ProcessIdentifier processIdentifier) {
+    const auto front = workspace.frontmostApplication();
+    return front && front->processIdentifier == processIdentifier;
+}
+
+/// The characters that Unicode counts as white space; none lies outside of the basic plane.
+bool isWhiteSpace(char16_t unit) {
+    return (unit >= 0x9 && unit <= 0xD) || unit == 0x20 || unit == 0x85 || unit == 0xA0 || unit == 0x1680 ||
+           (unit >= 0x2000 && unit <= 0x200A) || unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F ||
+           unit == 0x3000;
+}
+
+/// No letter outside of ASCII has one of the letters of the prefixes as its lower case.
+char16_t lowercased(char16_t unit) {
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+}
+
+constexpr std::array<TextView, 3> webAddressPrefixes = {u"http://", u"https://", u"www."};
+
+/// Enough for the longest prefix and for what decides whether its last character ends there.
+constexpr std::size_t unitsLookedAt = 16;
+
+}  // namespace
+
+void postKey(Platform& platform, KeyStroke keyStroke, std::optional<ProcessIdentifier> targetProcessIdentifier) {
+    EventServices& events = platform.events();
+    if (!mayPostEvents(events)) {
+        throw BridgeError::keyboardEventPermissionRequired();
+    }
+    const auto keyEvents = events.createKeyStroke(keyStroke);
+    if (!keyEvents) {
+        throw BridgeError::clipboardFallbackFailed(u"could not create keyboard events");
+    }
+    if (targetProcessIdentifier && !isInFront(platform.workspace(), *targetProcessIdentifier)) {
+        events.postToProcess(*keyEvents, *targetProcessIdentifier);
+    } else {
+        events.postToSession(*keyEvents);
+    }
+}
+
+bool requiresSelectionCollapse(TextView text) {
+    const auto start = std::find_if_not(text.begin(), text.end(), isWhiteSpace);
+    Text beginning(text.substr(static_cast<std::size_t>(start - text.begin()), unitsLookedAt));
+    std::transform(beginning.begin(), beginning.end(), beginning.begin(), lowercased);
+    return std::any_of(webAddressPrefixes.begin(), webAddressPrefixes.end(),
+                       [&](TextView prefix) { return hasCharacterPrefix(beginning, prefix); });
+}
+
+}  // namespace lomaris

@@ -1,0 +1,165 @@
+#include "accessibility/fallback/keyboard_clipboard_fallback.h"
+
+#include "accessibility/fallback/key_strokes.h"
+#include "accessibility/fallback/pasteboard_consumption_tracker.h"
+#include "accessibility/fallback/pasteboard_snapshot.h"
+#include "accessibility/model/bridge_error.h"
+#include "accessibility/model/capture_trace.h"
+#include "text/utf8.h"
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+namespace lomaris {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr Duration pollingSlice = milliseconds(20);
+constexpr Duration waitAfterKey = milliseconds(1000);
+constexpr Duration waitAfterMenu = milliseconds(200);
+constexpr Duration waitAfterMenuBeforeReplacement = milliseconds(1000);
+constexpr Duration pauseBetweenAttempts = milliseconds(80);
+constexpr Duration pauseAfterCollapse = milliseconds(80);
+constexpr Duration minimumWaitAfterPaste = milliseconds(300);
+constexpr Duration graceWaitAfterPaste = milliseconds(2500);
+
+int attemptCount(ClipboardSelectionReadPolicy policy) {
+    return policy == ClipboardSelectionReadPolicy::shortcut ? 2 : 3;
+}
+
+/// Restores the pasteboard when it goes, however the read ends.
+class RestoreOnExit {
+public:
+    RestoreOnExit(Pasteboard& pasteboard, const PasteboardSnapshot& snapshot)
+        : pasteboard_(pasteboard), snapshot_(snapshot) {}
+    RestoreOnExit(const RestoreOnExit&) = delete;
+    RestoreOnExit& operator=(const RestoreOnExit&) = delete;
+    ~RestoreOnExit() { snapshot_.restore(pasteboard_); }
+
+private:
+    Pasteboard& pasteboard_;
+    const PasteboardSnapshot& snapshot_;
+};
+
+enum class CopyMethod : std::uint8_t { menu, key };
+
+/// Presses the menu item where there is one; a press that fails makes this an attempt by key.
+CopyMethod pressCopy(Platform& platform, std::optional<ProcessIdentifier> target,
+                     const std::function<void()>& menuCommand) {
+    if (menuCommand) {
+        try {
+            menuCommand();
+            SelectionCaptureTrace::shared().increment(SelectionCaptureTrace::Key::menuPresses);
+            return CopyMethod::menu;
+        } catch (const BridgeError&) {
+            // The key is tried instead; why the menu item failed helps nobody.
+        }
+    }
+    postKey(platform, key_stroke::copy, target);
+    SelectionCaptureTrace::shared().increment(SelectionCaptureTrace::Key::keyPresses);
+    return CopyMethod::key;
+}
+
+Duration waitAfter(CopyMethod method, ClipboardSelectionReadPolicy policy) {
+    if (method == CopyMethod::key) {
+        return waitAfterKey;
+    }
+    return policy == ClipboardSelectionReadPolicy::guardedReplacement ? waitAfterMenuBeforeReplacement : waitAfterMenu;
+}
+
+BridgeError noResponse(int attempts) {
+    const std::string detail =
+        "the target application did not respond to Cmd+C after " + std::to_string(attempts) + " attempt(s)";
+    return BridgeError::clipboardFallbackFailed(textFromUtf8(detail));
+}
+
+}  // namespace
+
+bool KeyboardClipboardFallback::waitForPasteboardChange(std::int64_t count, Duration timeout) {
+    Scheduling& scheduling = platform_.scheduling();
+    const Moment deadline = scheduling.now() + timeout;
+    while (scheduling.now() < deadline) {
+        if (platform_.pasteboard().changeCount() != count) {
+            return true;
+        }
+        scheduling.runLoopSlice(pollingSlice);
+    }
+    return false;
+}
+
+Text KeyboardClipboardFallback::readSelectedText(std::optional<ProcessIdentifier> targetProcessIdentifier,
+                                                 ClipboardSelectionReadPolicy policy,
+                                                 const std::function<void()>& copyCommand) {
+    Pasteboard& pasteboard = platform_.pasteboard();
+    const PasteboardSnapshot snapshot = PasteboardSnapshot::capture(pasteboard);
+    const RestoreOnExit restore(pasteboard, snapshot);
+    const auto termination = platform_.scheduling().onTermination([&] { snapshot.restore(pasteboard); });
+    const bool beforeReplacement = policy == ClipboardSelectionReadPolicy::guardedReplacement;
+    const int attempts = attemptCount(policy);
+    bool changedWithoutText = false;
+
+    for (int attempt = 1; attempt <= attempts; ++attempt) {
+        if (attempt > 1) {
+            platform_.scheduling().sleep(pauseBetweenAttempts);
+        }
+        // A private, empty value to copy over; a pasteboard that refuses it shows the copy all the same.
+        static_cast<void>(stagePrivately(pasteboard, platform_.scheduling(), Text()));
+        const std::int64_t count = pasteboard.changeCount();
+        const bool byKey = beforeReplacement && attempt == attempts;
+        const CopyMethod method =
+            pressCopy(platform_, targetProcessIdentifier, byKey ? std::function<void()>() : copyCommand);
+        if (waitForPasteboardChange(count, waitAfter(method, policy))) {
+            const auto text = pasteboard.string();
+            if (text && !text->empty()) {
+                return *text;
+            }
+            changedWithoutText = true;
+        }
+        if (method == CopyMethod::menu && !beforeReplacement) {
+            throw BridgeError::noTextSelected();
+        }
+    }
+    throw changedWithoutText ? BridgeError::noTextSelected() : noResponse(attempts);
+}
+
+void KeyboardClipboardFallback::replaceSelectedText(TextView text,
+                                                    std::optional<ProcessIdentifier> targetProcessIdentifier) {
+    Pasteboard& pasteboard = platform_.pasteboard();
+    // Shared, as the blocks that carry it to the restore are copied on their way.
+    const auto snapshot = std::make_shared<const PasteboardSnapshot>(PasteboardSnapshot::capture(pasteboard));
+    bool pastePosted = false;
+    auto termination = platform_.scheduling().onTermination([&] {
+        // Once the target has been told to paste, it must find the text, however late it comes for it.
+        if (!pastePosted) {
+            snapshot->restore(pasteboard);
+        }
+    });
+    const auto tracker = stagePrivately(pasteboard, platform_.scheduling(), text);
+    if (!tracker) {
+        snapshot->restore(pasteboard);
+        throw BridgeError::clipboardFallbackFailed(u"could not stage replacement text");
+    }
+    try {
+        if (requiresSelectionCollapse(text)) {
+            postKey(platform_, key_stroke::collapseSelection, targetProcessIdentifier);
+            platform_.scheduling().sleep(pauseAfterCollapse);
+        }
+        postKey(platform_, key_stroke::paste, targetProcessIdentifier);
+        pastePosted = true;
+    } catch (const BridgeError&) {
+        snapshot->restore(pasteboard);
+        throw;
+    }
+    termination.reset();
+    const std::int64_t count = pasteboard.changeCount();
+    tracker->whenReleasable(minimumWaitAfterPaste, graceWaitAfterPaste, [&pasteboard, count, snapshot] {
+        if (pasteboard.changeCount() == count) {
+            snapshot->restore(pasteboard);
+        }
+    });
+}
+
+}  // namespace lomaris

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/pasteboard.h"
+
+#include <utility>
+#include <vector>
+
+namespace lomaris {
+
+/// A saved copy of everything on the pasteboard, taken before it is disturbed and written back afterwards. A value that
+/// owns its bytes; it stays valid whatever becomes of the pasteboard, and can be restored any number of times.
+class PasteboardSnapshot {
+public:
+    /// The bytes of one item by type, in the order of the item.
+    using ItemContents = std::vector<std::pair<PasteboardType, Bytes>>;
+
+    /// Reads every type of every item, which fetches what other applications only promised. A type without data is left
+    /// out; an item of which nothing came is kept, empty. Never fails. Main thread.
+    [[nodiscard]] static PasteboardSnapshot capture(Pasteboard& pasteboard);
+
+    /// Clears the pasteboard and writes the items back, in their order. What the pasteboard refuses is lost; nothing is
+    /// reported. Main thread.
+    void restore(Pasteboard& pasteboard) const;
+
+    [[nodiscard]] const std::vector<ItemContents>& items() const { return items_; }
+
+private:
+    std::vector<ItemContents> items_;
+};
+
+}  // namespace lomaris

@@ -1,0 +1,172 @@
+#include "accessibility/fallback/key_strokes.h"
+#include "accessibility/fallback/keyboard_clipboard_fallback.h"
+#include "platform/simulated/simulated_desktop.h"
+#include "tests/support/thrown_error.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <optional>
+#include <vector>
+
+namespace lomaris {
+namespace {
+
+using namespace std::chrono_literals;
+
+class ClipboardReplace : public testing::Test {
+protected:
+    ClipboardReplace() {
+        desktop.bringToFront(812);
+        desktop.userCopies(u"mine");
+        before = desktop.pasteboardContents();
+    }
+
+    void replace(TextView replacement) { fallback.replaceSelectedText(replacement, 812); }
+    std::optional<BridgeError> error(TextView replacement) {
+        return test::thrownBy([&] {
+            replace(replacement);
+            return 0;
+        });
+    }
+
+    /// Lets the main queue run for a time, as a host does.
+    void turnFor(Duration duration) {
+        const Moment end = desktop.now() + duration;
+        while (desktop.now() < end) {
+            desktop.scheduling().runLoopSlice(10ms);
+        }
+    }
+
+    static PostedKeyStroke posted(KeyStroke keyStroke, Moment moment) {
+        return {.keyStroke = keyStroke, .processIdentifier = std::nullopt, .moment = moment};
+    }
+
+    SimulatedDesktop desktop;
+    KeyboardClipboardFallback fallback{desktop};
+    SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
+    SimulatedTextElement text = notes.addTextElement(u"The quick brown fox", TextRange{10, 9});
+    std::vector<StandingItem> before;
+};
+
+TEST_F(ClipboardReplace, PastesAPlainWordWithoutDeleteAndReturnsAtOnce) {
+    notes.onPaste(pastesInto(text));
+    replace(u"red fox");
+    EXPECT_EQ(desktop.now(), 0ms);
+    EXPECT_EQ(desktop.postedKeyStrokes(), (std::vector<PostedKeyStroke>{posted(key_stroke::paste, 0ms)}));
+    turnFor(20ms);
+    EXPECT_EQ(text.text(), u"The quick red fox");
+}
+
+TEST_F(ClipboardReplace, DeletesAndPauses80MillisecondsBeforeAWebAddress) {
+    notes.onDelete(deletesSelectionOf(text));
+    notes.onPaste(pastesInto(text));
+    replace(u"https://example.org");
+    EXPECT_EQ(desktop.postedKeyStrokes(), (std::vector<PostedKeyStroke>{posted(key_stroke::collapseSelection, 0ms),
+                                                                        posted(key_stroke::paste, 80ms)}));
+    turnFor(20ms);
+    EXPECT_EQ(text.text(), u"The quick https://example.org");
+}
+
+TEST_F(ClipboardReplace, RestoresTheClipboard300MillisecondsAfterAPasteThatIsReadAtOnce) {
+    notes.onPaste(pastesInto(text));
+    replace(u"red fox");
+    turnFor(299ms);
+    turnFor(1ms);
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+}
+
+TEST_F(ClipboardReplace, KeepsTheStagedTextUntilTheMinimumIsOver) {
+    notes.onPaste(pastesInto(text));
+    replace(u"red fox");
+    turnFor(290ms);
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), u"red fox");
+}
+
+TEST_F(ClipboardReplace, RestoresTheClipboardWhenALatePasteIsRead) {
+    notes.onPaste(pastesInto(text).after(1s));
+    replace(u"red fox");
+    turnFor(990ms);
+    EXPECT_NE(desktop.pasteboardContents(), before);
+    turnFor(20ms);
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+    EXPECT_EQ(text.text(), u"The quick red fox");
+}
+
+TEST_F(ClipboardReplace, RestoresTheClipboardAfter2500MillisecondsWhereNobodyPastes) {
+    replace(u"red fox");
+    turnFor(2490ms);
+    EXPECT_NE(desktop.pasteboardContents(), before);
+    turnFor(20ms);
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+}
+
+TEST_F(ClipboardReplace, LeavesAloneWhatTheUserCopiesAfterThePaste) {
+    notes.onPaste(pastesInto(text));
+    desktop.at(100ms, [this] { desktop.userCopies(u"newer"); });
+    replace(u"red fox");
+    turnFor(3s);
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), u"newer");
+}
+
+TEST_F(ClipboardReplace, RestoresAndFailsWhereTheTextCannotBeStaged) {
+    desktop.refusePasteboardWrites();
+    EXPECT_EQ(error(u"red fox"), BridgeError::clipboardFallbackFailed(u"could not stage replacement text"));
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+    EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
+}
+
+TEST_F(ClipboardReplace, RestoresAndRethrowsWhereKeysMayNotBePosted) {
+    desktop.setPostEventAccess(false);
+    EXPECT_EQ(error(u"red fox"), BridgeError::keyboardEventPermissionRequired());
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+}
+
+TEST_F(ClipboardReplace, RestoresAndRethrowsWhereDeleteCannotBeCreated) {
+    desktop.failKeyStrokes();
+    EXPECT_EQ(error(u"www.example.org"), BridgeError::clipboardFallbackFailed(u"could not create keyboard events"));
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+    EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
+}
+
+TEST_F(ClipboardReplace, RestoresAndRethrowsWherePasteCannotBeCreatedAfterDelete) {
+    notes.onDelete([this] { desktop.failKeyStrokes(); });
+    EXPECT_EQ(error(u"www.example.org"), BridgeError::clipboardFallbackFailed(u"could not create keyboard events"));
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+    EXPECT_EQ(desktop.postedKeyStrokes(), (std::vector<PostedKeyStroke>{posted(key_stroke::collapseSelection, 0ms)}));
+}
+
+TEST_F(ClipboardReplace, LeavesTheStagedTextToALatePasteWhenTheProcessEndsRightAfter) {
+    notes.onPaste(pastesInto(text).after(500ms));
+    replace(u"red fox");
+    desktop.endProcess();
+    EXPECT_EQ(text.text(), u"The quick red fox");
+}
+
+TEST_F(ClipboardReplace, RestoresTheClipboardWhenToldToEndBeforeThePaste) {
+    desktop.at(40ms, [this] { desktop.terminate(SIGTERM); });
+    EXPECT_THROW(replace(u"www.example.org"), SimulatedTermination);
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+    EXPECT_EQ(desktop.postedKeyStrokes().size(), 1U);
+}
+
+TEST_F(ClipboardReplace, KeepsTheStagedTextWhenToldToEndWhileItPastes) {
+    notes.onPaste([this] { desktop.terminate(SIGINT); });
+    EXPECT_THROW(replace(u"red fox"), SimulatedTermination);
+    EXPECT_EQ(desktop.endedBySignal(), SIGINT);
+    ASSERT_EQ(desktop.pasteboardContents().size(), 1U);
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), u"red fox");
+}
+
+TEST_F(ClipboardReplace, KeepsTheStagedTextWhenToldToEndAfterThePaste) {
+    notes.onPaste(pastesInto(text).after(1s));
+    replace(u"red fox");
+    desktop.at(100ms, [this] { desktop.terminate(SIGHUP); });
+    EXPECT_THROW(turnFor(3s), SimulatedTermination);
+    desktop.endProcess();
+    EXPECT_EQ(text.text(), u"The quick red fox");
+}
+
+}  // namespace
+}  // namespace lomaris

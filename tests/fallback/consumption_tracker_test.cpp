@@ -1,0 +1,116 @@
+#include "accessibility/fallback/pasteboard_consumption_tracker.h"
+
+#include "platform/simulated/simulated_desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lomaris {
+namespace {
+
+using namespace std::chrono_literals;
+
+const PasteboardType plainText(pasteboard_type::string);
+
+class ConsumptionTracker : public testing::Test {
+protected:
+    std::shared_ptr<PasteboardConsumptionTracker> stage(TextView text) {
+        return stagePrivately(desktop.pasteboard(), desktop.scheduling(), text);
+    }
+
+    /// Another program asks for a type at a moment.
+    void readAt(Moment moment, const PasteboardType& type) {
+        desktop.at(moment, [this, type] {
+            desktop.readPasteboardAsAnotherProgram(
+                type, [this](const std::optional<Bytes>& bytes) { readings.push_back(bytes.value_or("(nothing)")); });
+        });
+    }
+
+    /// The moment at which the text is released, with the main thread's run loop turning.
+    std::optional<Moment> releasedAt(const std::shared_ptr<PasteboardConsumptionTracker>& tracker) {
+        std::optional<Moment> released;
+        tracker->whenReleasable(300ms, 2500ms, [&] { released = desktop.now(); });
+        while (!released && desktop.now() < 5s) {
+            desktop.scheduling().runLoopSlice(10ms);
+        }
+        return released;
+    }
+
+    SimulatedDesktop desktop;
+    std::vector<std::string> readings;
+};
+
+TEST_F(ConsumptionTracker, StagesExactlyThreeTypesTheTextPromisedAndTheMarkersEmpty) {
+    ASSERT_TRUE(stage(u"secret"));
+    EXPECT_EQ(desktop.pasteboardContents(),
+              (std::vector<StandingItem>{
+                  {.data = {{"org.nspasteboard.ConcealedType", ""}, {"org.nspasteboard.TransientType", ""}},
+                   .promised = {"public.utf8-plain-text"}}}));
+}
+
+TEST_F(ConsumptionTracker, IsMissingWhereThePasteboardRefuses) {
+    desktop.refusePasteboardWrites();
+    EXPECT_EQ(stage(u"secret"), nullptr);
+}
+
+TEST_F(ConsumptionTracker, HandsTheTextOverAsUtf8EachTimeItIsAskedFor) {
+    const auto tracker = stage(u"h\u00e9llo \U0001f600");
+    readAt(10ms, plainText);
+    readAt(20ms, plainText);
+    EXPECT_EQ(releasedAt(tracker), 300ms);
+    EXPECT_EQ(readings, (std::vector<std::string>{"h\u00e9llo \U0001f600", "h\u00e9llo \U0001f600"}));
+}
+
+TEST_F(ConsumptionTracker, StagesAnEmptyTextTheSameWay) {
+    ASSERT_TRUE(stage(u""));
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), Text());
+}
+
+TEST_F(ConsumptionTracker, ReleasesNoEarlierThanTheMinimumWhereTheTextIsReadAtOnce) {
+    const auto tracker = stage(u"text");
+    readAt(1ms, plainText);
+    EXPECT_EQ(releasedAt(tracker), 300ms);
+}
+
+TEST_F(ConsumptionTracker, ReleasesWhenTheTextIsReadLater) {
+    const auto tracker = stage(u"text");
+    readAt(700ms, plainText);
+    EXPECT_EQ(releasedAt(tracker), 700ms);
+}
+
+TEST_F(ConsumptionTracker, ReleasesAfterTheGraceWhereNobodyReads) {
+    const auto tracker = stage(u"text");
+    EXPECT_EQ(releasedAt(tracker), 2500ms);
+}
+
+TEST_F(ConsumptionTracker, TakesNoOtherTypeForConsumption) {
+    const auto tracker = stage(u"text");
+    readAt(100ms, "org.nspasteboard.ConcealedType");
+    readAt(100ms, "public.html");
+    EXPECT_EQ(releasedAt(tracker), 2500ms);
+    EXPECT_EQ(readings, (std::vector<std::string>{"", "(nothing)"}));
+}
+
+TEST_F(ConsumptionTracker, ReleasesOnlyWhereTheMainQueueIsServed) {
+    const auto tracker = stage(u"text");
+    bool released = false;
+    tracker->whenReleasable(300ms, 2500ms, [&] { released = true; });
+    desktop.scheduling().sleep(10s);
+    EXPECT_FALSE(released);
+    desktop.scheduling().runLoopSlice(1ms);
+    EXPECT_TRUE(released);
+}
+
+TEST_F(ConsumptionTracker, CountsTheGraceFromTheStartOfItsBlock) {
+    const auto tracker = stage(u"text");
+    desktop.scheduling().sleep(1s);
+    EXPECT_EQ(releasedAt(tracker), 3500ms);
+}
+
+}  // namespace
+}  // namespace lomaris

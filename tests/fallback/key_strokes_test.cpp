@@ -1,0 +1,108 @@
+#include "accessibility/fallback/key_strokes.h"
+
+#include "platform/simulated/simulated_desktop.h"
+#include "tests/support/journal.h"
+#include "tests/support/thrown_error.h"
+#include "tests/support/vectors.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <vector>
+
+namespace lomaris {
+namespace {
+
+class PostKey : public testing::Test {
+protected:
+    PostKey() {
+        desktop.addApplication(812, u"com.example.notes", u"Notes");
+        desktop.addApplication(900, u"com.example.other", u"Other");
+        desktop.bringToFront(812);
+    }
+
+    std::optional<BridgeError> error(std::optional<ProcessIdentifier> target) {
+        return test::thrownBy([&] {
+            postKey(desktop, key_stroke::copy, target);
+            return 0;
+        });
+    }
+
+    SimulatedDesktop desktop;
+};
+
+TEST_F(PostKey, GoesToTheSessionWhereTheTargetIsInFrontOrNoneIsGiven) {
+    postKey(desktop, key_stroke::copy, 812);
+    postKey(desktop, key_stroke::paste, std::nullopt);
+    const std::vector<PostedKeyStroke> expected = {
+        {.keyStroke = {.keyCode = 8, .flags = 0x100000}, .processIdentifier = std::nullopt, .moment = Moment(0)},
+        {.keyStroke = {.keyCode = 9, .flags = 0x100000}, .processIdentifier = std::nullopt, .moment = Moment(0)},
+    };
+    EXPECT_EQ(desktop.postedKeyStrokes(), expected);
+}
+
+TEST_F(PostKey, GoesToTheProcessAloneWhereTheTargetIsNotInFront) {
+    postKey(desktop, key_stroke::collapseSelection, 900);
+    desktop.leaveNothingInFront();
+    postKey(desktop, key_stroke::copy, 812);
+    const std::vector<PostedKeyStroke> expected = {
+        {.keyStroke = {.keyCode = 51, .flags = 0}, .processIdentifier = 900, .moment = Moment(0)},
+        {.keyStroke = {.keyCode = 8, .flags = 0x100000}, .processIdentifier = 812, .moment = Moment(0)},
+    };
+    EXPECT_EQ(desktop.postedKeyStrokes(), expected);
+}
+
+TEST_F(PostKey, AsksForThePermissionWhereItIsMissingAndGoesOnWhenGranted) {
+    desktop.setPostEventAccess(false);
+    desktop.setPostEventRequestAnswer(true);
+    EXPECT_EQ(error(812), std::nullopt);
+    EXPECT_EQ(desktop.postedKeyStrokes().size(), 1U);
+}
+
+TEST_F(PostKey, CreatesNothingWithoutPermission) {
+    desktop.setPostEventAccess(false);
+    EXPECT_EQ(error(812), BridgeError::keyboardEventPermissionRequired());
+    EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
+    EXPECT_EQ(test::callsWith(desktop, "createKeyStroke"), 0U);
+}
+
+TEST_F(PostKey, DoesNotAskForAPermissionThatItHas) {
+    postKey(desktop, key_stroke::copy, 812);
+    EXPECT_EQ(test::callsWith(desktop, "requestPostEventAccess"), 0U);
+}
+
+TEST_F(PostKey, PostsNothingWhereTheEventsCannotBeCreated) {
+    desktop.failKeyStrokes();
+    EXPECT_EQ(error(812), BridgeError::clipboardFallbackFailed(u"could not create keyboard events"));
+    EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
+}
+
+TEST(SelectionCollapse, IsRequiredAsEveryReferenceCaseShows) {
+    for (const auto& vector : test::readVectors("web-address-start")) {
+        EXPECT_EQ(requiresSelectionCollapse(test::textOf(vector.value.at("text"))),
+                  vector.value.at("expected").at("collapse").get<bool>())
+            << "line " << vector.line;
+    }
+}
+
+TEST(SelectionCollapse, LooksOnlyAtTheStart) {
+    const std::vector<std::pair<Text, bool>> examples = {
+        {u"www.example.org", true},
+        {u"wwwexample", false},
+        {u"\n\thttp://example.org", true},
+        {u"", false},
+        {u" \n\t", false},
+        {u"  HTTPS://EXAMPLE.ORG", true},
+        {u"see http://example.org", false},
+        {u"http:/", false},
+        {u"https://", true},
+        {u"ftp://www.example.org", false},
+        {u"\u00a0\u2028\u2029\u0085www.", true},
+    };
+    for (const auto& [text, expected] : examples) {
+        EXPECT_EQ(requiresSelectionCollapse(text), expected) << std::string(text.begin(), text.end());
+    }
+}
+
+}  // namespace
+}  // namespace lomaris
