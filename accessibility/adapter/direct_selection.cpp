@@ -1,5 +1,6 @@
 #include "accessibility/adapter/direct_selection.h"
 
+#include "accessibility/adapter/clipboard_selection.h"
 #include "accessibility/adapter/focused_element.h"
 #include "accessibility/adapter/selection_data.h"
 #include "accessibility/adapter/selection_policies.h"
@@ -61,9 +62,22 @@ bool isWritable(Accessibility& accessibility, const Element& element) {
     return answer.error == AXError::success && answer.settable;
 }
 
+/// Reads web content, of which accessibility only told that something is selected.
+SelectionSnapshot readWebContent(Platform& platform, KeyboardClipboardFallback& fallback,
+                                 const std::optional<RunningApplication>& application,
+                                 const SelectionReadOptions& options) {
+    SelectionCaptureTrace& trace = SelectionCaptureTrace::shared();
+    trace.record(SelectionCaptureTrace::Key::route, 2);
+    trace.record(SelectionCaptureTrace::Key::web, 1);
+    const auto copyCommand = findCopyCommandWithRetry(platform, application);
+    return readSelectionWithKeyboardClipboardFallback(platform, fallback, application, options.allowClipboardFallback,
+                                                      readPolicyFor(options.purpose), copyCommand);
+}
+
 }  // namespace
 
-SelectionSnapshot readDirectSelection(Platform& platform, const SelectionReadOptions& options) {
+SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallback& fallback,
+                                      const SelectionReadOptions& options) {
     Accessibility& accessibility = platform.accessibility();
     if (!accessibility.isProcessTrusted(TrustPrompt::none)) {
         throw BridgeError::accessibilityPermissionRequired();
@@ -78,6 +92,9 @@ SelectionSnapshot readDirectSelection(Platform& platform, const SelectionReadOpt
     if (options.purpose == SelectionPurpose::shortcut &&
         !ShortcutSelectionPolicy::isGenuineTextSelection(bundleIdentifier, selection.data.text, selection.data.range)) {
         throw BridgeError::noTextSelected();
+    }
+    if (WebContentCompatibility::requiresClipboard(bundleIdentifier)) {
+        return readWebContent(platform, fallback, application, options);
     }
     SelectionCaptureTrace::shared().record(SelectionCaptureTrace::Key::route, 1);
 

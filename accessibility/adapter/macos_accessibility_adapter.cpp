@@ -1,8 +1,8 @@
 #include "accessibility/adapter/macos_accessibility_adapter.h"
 
+#include "accessibility/adapter/clipboard_selection.h"
 #include "accessibility/adapter/direct_selection.h"
 #include "accessibility/adapter/selection_policies.h"
-#include "accessibility/model/bridge_error.h"
 #include "accessibility/model/capture_trace.h"
 
 #include <cstdint>
@@ -25,6 +25,27 @@ std::int64_t errorTraceValue(const BridgeError& error) {
     }
 }
 
+/// Whether an application that failed this way may simply not show its selection.
+bool maySelectWithoutShowing(const BridgeError& error) {
+    switch (error.errorCase()) {
+        case BridgeError::Case::noTextSelected:
+        case BridgeError::Case::selectedTextUnavailable:
+        case BridgeError::Case::focusedElementUnavailable:
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool isDisabled(const std::optional<CopyCommand>& command) { return command && command->isEnabled == false; }
+
+std::int64_t copyItemTraceValue(const std::optional<CopyCommand>& command) {
+    if (!command) {
+        return 1;
+    }
+    return isDisabled(command) ? 3 : 2;
+}
+
 }  // namespace
 
 SelectionSnapshot MacOSAccessibilityAdapter::readSelection(const SelectionReadOptions& options) {
@@ -34,11 +55,44 @@ SelectionSnapshot MacOSAccessibilityAdapter::readSelection(const SelectionReadOp
         throw BridgeError::noTextSelected();
     }
     try {
-        return readDirectSelection(platform_, options);
+        return readDirectSelection(platform_, keyboardClipboardFallback_, options);
     } catch (const BridgeError& error) {
-        SelectionCaptureTrace::shared().record(SelectionCaptureTrace::Key::error, errorTraceValue(error));
-        throw;
+        return readAfterFailure(error, application, options);
     }
+}
+
+SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError& error,
+                                                              const std::optional<RunningApplication>& application,
+                                                              const SelectionReadOptions& options) {
+    SelectionCaptureTrace& trace = SelectionCaptureTrace::shared();
+    const bool lookForCopyCommand = options.purpose != SelectionPurpose::standard && maySelectWithoutShowing(error);
+    std::optional<CopyCommand> copyCommand;
+    if (lookForCopyCommand) {
+        copyCommand = findCopyCommandWithRetry(platform_, application);
+    }
+    trace.record(SelectionCaptureTrace::Key::error, errorTraceValue(error));
+    if (lookForCopyCommand) {
+        trace.record(SelectionCaptureTrace::Key::copyItem, copyItemTraceValue(copyCommand));
+    }
+    if (!maySelectWithoutShowing(error)) {
+        throw error;
+    }
+    const bool nothingToCopy = error.errorCase() == BridgeError::Case::noTextSelected && isDisabled(copyCommand);
+    if (nothingToCopy && options.purpose == SelectionPurpose::shortcut) {
+        throw error;
+    }
+    trace.record(SelectionCaptureTrace::Key::route, 3);
+    if (isDisabled(copyCommand)) {
+        copyCommand.reset();
+    }
+    return readSelectionWithKeyboardClipboardFallback(platform_, keyboardClipboardFallback_, application,
+                                                      options.allowClipboardFallback, readPolicyFor(options.purpose),
+                                                      copyCommand);
+}
+
+void MacOSAccessibilityAdapter::replaceSelection(const SelectionSnapshot& snapshot, TextView replacement,
+                                                 const ReplacementOptions& options) {
+    lomaris::replaceSelection(platform_, keyboardClipboardFallback_, snapshot, replacement, options);
 }
 
 }  // namespace lomaris

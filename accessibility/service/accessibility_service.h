@@ -9,8 +9,8 @@
 
 namespace lomaris {
 
-/// The entry points of the library: the permission check, and reading the selection of the application in front as text
-/// or JSON. Each call looks at the front application afresh. Used from one thread at a time, the main thread.
+/// The entry points of the library: the permission check, and reading and replacing the selection of the application in
+/// front. Each call looks at the front application afresh. Used from one thread at a time, the main thread.
 class LomarisAccessibilityService {
 public:
     /// On the platform that this build runs on.
@@ -30,6 +30,11 @@ public:
     /// The selection with its context as pretty-printed JSON with sorted keys, "/" as it is, without a line feed at the
     /// end. Limits are the UTF-16 units of context wanted on each side. Throws `BridgeError`.
     [[nodiscard]] std::string readSelectionJSON(std::int64_t beforeLimit, std::int64_t afterLimit);
+
+    /// Reads the selection and writes `replacement` over it, if it is still the same a moment later. After a paste the
+    /// user's clipboard is restored by the main queue; this returns before. Limits as above. Throws `BridgeError`;
+    /// `invalidInput`, before anything is touched, where the replacement is empty.
+    void replaceCurrentSelection(TextView replacement, std::int64_t beforeLimit, std::int64_t afterLimit);
 
 private:
     [[nodiscard]] SelectionSnapshot readSelection(std::int64_t beforeLimit, std::int64_t afterLimit);

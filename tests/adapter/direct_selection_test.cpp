@@ -40,7 +40,7 @@ protected:
         notes.element().answers(attribute::focusedWindow, window.element());
     }
 
-    SelectionSnapshot read() { return readDirectSelection(desktop, options); }
+    SelectionSnapshot read() { return readDirectSelection(desktop, fallback, options); }
     std::optional<BridgeError> error() {
         return test::thrownBy([this] { return read(); });
     }
@@ -50,6 +50,7 @@ protected:
     }
 
     SimulatedDesktop desktop;
+    KeyboardClipboardFallback fallback{desktop};
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
     SimulatedTextElement field = notes.addTextElement(u"The quick brown fox jumps", TextRange{10, 9});
     SelectionReadOptions options{
@@ -308,12 +309,14 @@ TEST_F(DirectSelection, FailsWithTheErrorOfTheMomentWhenTheApplicationQuits) {
     };
     for (const auto& example : examples) {
         SimulatedDesktop fresh;
+        KeyboardClipboardFallback freshFallback(fresh);
         const auto application = fresh.addApplication(812, u"com.example.notes", u"Notes");
         application.element().answers(attribute::focusedUIElement,
                                       application.addTextElement(u"brown", TextRange{0, 5}).element());
         fresh.bringToFront(812);
         fresh.beforeCall(example.call, [&fresh] { fresh.quit(812); });
-        EXPECT_EQ(test::thrownBy([&] { return readDirectSelection(fresh, options); }), example.error) << example.call;
+        EXPECT_EQ(test::thrownBy([&] { return readDirectSelection(fresh, freshFallback, options); }), example.error)
+            << example.call;
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -14,68 +15,204 @@ namespace {
 
 using Entries = std::vector<SelectionCaptureTrace::Entry>;
 
+using namespace std::chrono_literals;
+
+/// A read of each kind of failure, on each route.
 class SelectionReadRouting : public testing::Test {
 protected:
     SelectionReadRouting() {
         desktop.bringToFront(812);
         notes.element().answers(attribute::focusedUIElement, field.element());
+        desktop.userCopies(u"mine");
+        before = desktop.pasteboardContents();
         SelectionCaptureTrace::shared().reset();
     }
+    ~SelectionReadRouting() override { EXPECT_EQ(desktop.pasteboardContents(), before); }
 
     SelectionSnapshot read() { return adapter.readSelection(options); }
     std::optional<BridgeError> error() {
         return test::thrownBy([this] { return read(); });
     }
 
-    static Entries traceWith(std::int64_t route, std::int64_t error) {
-        return {{"route", route},   {"error", error},    {"copy_item", 0},
-                {"key_presses", 0}, {"menu_presses", 0}, {"web", 0}};
+    struct Trace {
+        std::int64_t route = 0;
+        std::int64_t error = 0;
+        std::int64_t copyItem = 0;
+        std::int64_t keyPresses = 0;
+        std::int64_t menuPresses = 0;
+        std::int64_t web = 0;
+    };
+    static void expectTrace(const Trace& expected) {
+        const Entries entries = {{"route", expected.route},
+                                 {"error", expected.error},
+                                 {"copy_item", expected.copyItem},
+                                 {"key_presses", expected.keyPresses},
+                                 {"menu_presses", expected.menuPresses},
+                                 {"web", expected.web}};
+        EXPECT_EQ(SelectionCaptureTrace::shared().snapshot(), entries);
     }
-    static Entries trace() { return SelectionCaptureTrace::shared().snapshot(); }
+
+    /// The focused element does not show its selection; Command+C copies it.
+    void hideSelection() {
+        notes.element().answers(attribute::focusedUIElement, notes.addElement().element());
+        notes.onCopy(copies(u"brown fox"));
+    }
+
+    void addCopyMenu(std::optional<bool> enabled) {
+        notes.addMenuBar({{u"Edit", {{.title = u"Copy", .commandCharacter = u"c", .enabled = enabled}}}})
+            .item(u"Edit", u"Copy")
+            .onAction(action::press, copies(u"by menu"));
+    }
 
     SimulatedDesktop desktop;
     MacOSAccessibilityAdapter adapter{desktop};
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
     SimulatedTextElement field = notes.addTextElement(u"The quick brown fox", TextRange{10, 9});
+    std::vector<StandingItem> before;
     SelectionReadOptions options{
         .beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true, .purpose = SelectionPurpose::standard};
 };
 
 TEST_F(SelectionReadRouting, RecordsRouteOneAndNoErrorForADirectRead) {
     EXPECT_EQ(read().payload.selectedText, u"brown fox");
-    EXPECT_EQ(trace(), traceWith(1, 0));
+    expectTrace({.route = 1});
 }
 
-TEST_F(SelectionReadRouting, RecordsErrorOneWhereNothingIsSelected) {
+TEST_F(SelectionReadRouting, CopiesWhereTheSelectedTextIsUnavailableWithoutLookingForTheCopyCommand) {
+    hideSelection();
+    addCopyMenu(true);
+    const auto snapshot = read();
+    EXPECT_EQ(snapshot.payload.selectedText, u"brown fox");
+    EXPECT_EQ(snapshot.element, notes.element().element());
+    expectTrace({.route = 3, .error = 2, .keyPresses = 1});
+}
+
+TEST_F(SelectionReadRouting, BuildsTheSnapshotOfTheClipboardRoute) {
+    hideSelection();
+    desktop.setInputCounters({1, 2, 3, 4});
+    const auto snapshot = read();
+    SelectionPayload expected;
+    expected.applicationName = u"Notes";
+    expected.bundleIdentifier = u"com.example.notes";
+    expected.processIdentifier = 812;
+    expected.selectedText = u"brown fox";
+    // The press of Command+C counts as one of the key presses.
+    expected.inputActivity = {2, 2, 3, 4};
+    expected.selectionMethod = u"keyboardClipboardFallback";
+    EXPECT_EQ(snapshot.payload, expected);
+    EXPECT_EQ(snapshot.replacementStrategy, ReplacementStrategy::keyboardClipboard);
+}
+
+TEST_F(SelectionReadRouting, CopiesWhereNothingIsSelected) {
     field.select({3, 0});
-    EXPECT_EQ(error(), BridgeError::noTextSelected());
-    EXPECT_EQ(trace(), traceWith(0, 1));
+    notes.onCopy(copies(u"a line"));
+    EXPECT_EQ(read().payload.selectedText, u"a line");
+    expectTrace({.route = 3, .error = 1, .keyPresses = 1});
 }
 
-TEST_F(SelectionReadRouting, RecordsErrorTwoWhereTheSelectedTextIsUnavailable) {
-    auto unreadable = notes.addElement();
-    notes.element().answers(attribute::focusedUIElement, unreadable.element());
-    EXPECT_EQ(error(), BridgeError::selectedTextUnavailable(AXError::attributeUnsupported));
-    EXPECT_EQ(trace(), traceWith(0, 2));
-}
-
-TEST_F(SelectionReadRouting, RecordsErrorThreeWhereTheFocusedElementIsUnavailable) {
+TEST_F(SelectionReadRouting, CopiesWhereTheFocusedElementIsUnavailable) {
     notes.element().answers(attribute::focusedUIElement, AXError::noValue);
-    EXPECT_EQ(error(), BridgeError::focusedElementUnavailable(AXError::noValue, u"Notes"));
-    EXPECT_EQ(trace(), traceWith(0, 3));
+    notes.onCopy(copies(u"brown fox"));
+    EXPECT_EQ(read().payload.selectedText, u"brown fox");
+    expectTrace({.route = 3, .error = 3, .keyPresses = 1});
 }
 
-TEST_F(SelectionReadRouting, RecordsErrorFourWithoutPermission) {
+TEST_F(SelectionReadRouting, ThrowsTheErrorOfTheClipboardRouteAsItIs) {
+    field.select({3, 0});
+    EXPECT_EQ(error(), BridgeError::clipboardFallbackFailed(
+                           u"the target application did not respond to Cmd+C after 3 attempt(s)"));
+    expectTrace({.route = 3, .error = 1, .keyPresses = 3});
+    EXPECT_EQ(desktop.now(), 3160ms);
+}
+
+TEST_F(SelectionReadRouting, TriesNoClipboardWithoutPermission) {
     desktop.setTrusted(false);
     EXPECT_EQ(error(), BridgeError::accessibilityPermissionRequired());
-    EXPECT_EQ(trace(), traceWith(0, 4));
+    expectTrace({.error = 4});
 }
 
 TEST_F(SelectionReadRouting, RecordsErrorFourBesideRouteOneWhereTheClipboardIsForbidden) {
     field.answersSettable(attribute::selectedText, {AXError::success, false});
     options.allowClipboardFallback = false;
     EXPECT_EQ(error(), BridgeError::clipboardFallbackDisabled());
-    EXPECT_EQ(trace(), traceWith(1, 4));
+    expectTrace({.route = 1, .error = 4});
+}
+
+TEST_F(SelectionReadRouting, RecordsRouteThreeBeforeItFindsTheClipboardForbidden) {
+    hideSelection();
+    options.allowClipboardFallback = false;
+    EXPECT_EQ(error(), BridgeError::clipboardFallbackDisabled());
+    expectTrace({.route = 3, .error = 2});
+}
+
+TEST_F(SelectionReadRouting, FailsWhereNoApplicationIsInFront) {
+    desktop.leaveNothingInFront();
+    EXPECT_EQ(error(), BridgeError::focusedApplicationUnavailable(AXError::noValue));
+    expectTrace({.route = 3, .error = 3});
+}
+
+TEST_F(SelectionReadRouting, PressesTheCopyCommandUnderTheShortcutAndBeforeAReplacement) {
+    hideSelection();
+    for (const std::optional<bool> enabled : {std::optional<bool>(true), std::optional<bool>()}) {
+        addCopyMenu(enabled);
+        for (const auto purpose : {SelectionPurpose::shortcut, SelectionPurpose::guardedReplacement}) {
+            SelectionCaptureTrace::shared().reset();
+            options.purpose = purpose;
+            EXPECT_EQ(read().payload.selectedText, u"by menu");
+            expectTrace({.route = 3, .error = 2, .copyItem = 2, .menuPresses = 1});
+        }
+    }
+}
+
+TEST_F(SelectionReadRouting, LooksForTheCopyCommandTwice50MillisecondsApart) {
+    hideSelection();
+    options.purpose = SelectionPurpose::shortcut;
+    EXPECT_EQ(read().payload.selectedText, u"brown fox");
+    expectTrace({.route = 3, .error = 2, .copyItem = 1, .keyPresses = 1});
+    EXPECT_EQ(desktop.now(), 50ms);
+}
+
+TEST_F(SelectionReadRouting, FindsACopyCommandThatIsThereAtTheSecondLook) {
+    hideSelection();
+    options.purpose = SelectionPurpose::guardedReplacement;
+    desktop.at(20ms, [this] { addCopyMenu(true); });
+    EXPECT_EQ(read().payload.selectedText, u"by menu");
+    expectTrace({.route = 3, .error = 2, .copyItem = 2, .menuPresses = 1});
+    EXPECT_EQ(desktop.now(), 50ms);
+}
+
+TEST_F(SelectionReadRouting, SelectsNothingUnderTheShortcutWhereTheCopyCommandIsDisabled) {
+    field.select({3, 0});
+    addCopyMenu(false);
+    options.purpose = SelectionPurpose::shortcut;
+    EXPECT_EQ(error(), BridgeError::noTextSelected());
+    expectTrace({.error = 1, .copyItem = 3});
+    EXPECT_EQ(desktop.now(), 0ms);
+}
+
+TEST_F(SelectionReadRouting, CopiesByKeyBeforeAReplacementWhereTheCopyCommandIsDisabled) {
+    field.select({3, 0});
+    addCopyMenu(false);
+    notes.onCopy(copies(u"a line"));
+    options.purpose = SelectionPurpose::guardedReplacement;
+    EXPECT_EQ(read().payload.selectedText, u"a line");
+    expectTrace({.route = 3, .error = 1, .copyItem = 3, .keyPresses = 1});
+}
+
+TEST_F(SelectionReadRouting, CopiesByKeyUnderTheShortcutWhereTheSelectionIsHiddenAndTheCopyCommandDisabled) {
+    hideSelection();
+    addCopyMenu(false);
+    options.purpose = SelectionPurpose::shortcut;
+    EXPECT_EQ(read().payload.selectedText, u"brown fox");
+    expectTrace({.route = 3, .error = 2, .copyItem = 3, .keyPresses = 1});
+}
+
+TEST_F(SelectionReadRouting, UsesTheApplicationThatWasInFrontBeforeTheRead) {
+    hideSelection();
+    desktop.addApplication(900, std::nullopt, u"Other");
+    desktop.beforeCall(4, [this] { desktop.bringToFront(900); });
+    EXPECT_EQ(read().payload.applicationName, u"Notes");
+    EXPECT_EQ(desktop.postedKeyStrokes().at(0).processIdentifier, 812);
 }
 
 TEST_F(SelectionReadRouting, RefusesAFileManagerUnderTheShortcutWithoutReadingAnything) {
@@ -92,7 +229,7 @@ TEST_F(SelectionReadRouting, RefusesAFileManagerUnderTheShortcutWithoutReadingAn
     options.purpose = SelectionPurpose::shortcut;
     EXPECT_EQ(error(), BridgeError::noTextSelected());
     EXPECT_EQ(desktop.journal().size(), callsBefore + 1);
-    EXPECT_EQ(trace(), traceWith(0, 0));
+    expectTrace({});
 }
 
 TEST_F(SelectionReadRouting, ReadsUnderTheShortcutWhereTheApplicationHasNoIdentifierOrNoneIsInFront) {
@@ -104,6 +241,67 @@ TEST_F(SelectionReadRouting, ReadsUnderTheShortcutWhereTheApplicationHasNoIdenti
     desktop.leaveNothingInFront();
     desktop.systemWide().answers(attribute::focusedUIElement, field.element());
     EXPECT_EQ(read().payload.selectedText, u"brown fox");
+}
+
+/// A browser in front, in which accessibility tells that something is selected.
+class WebContentRouting : public SelectionReadRouting {
+protected:
+    WebContentRouting() {
+        browser.element().answers(attribute::focusedUIElement,
+                                  browser.addTextElement(u"as shown", TextRange{0, 8}).element());
+        browser.onCopy(copies(u"as copied"));
+        desktop.bringToFront(950);
+    }
+
+    void addBrowserMenu(bool enabled) {
+        browser.addMenuBar({{u"Edit", {{.title = u"Copy", .commandCharacter = u"C", .enabled = enabled}}}})
+            .item(u"Edit", u"Copy")
+            .onAction(action::press, copies(u"by menu"));
+    }
+
+    SimulatedApplication browser = desktop.addApplication(950, u"org.mozilla.firefox", u"Browser");
+};
+
+TEST_F(WebContentRouting, TakesWhatTheClipboardGivesWithRouteTwoAndWebOne) {
+    EXPECT_EQ(read().payload.selectedText, u"as copied");
+    expectTrace({.route = 2, .keyPresses = 1, .web = 1});
+    // The second look for a Copy command.
+    EXPECT_EQ(desktop.now(), 50ms);
+}
+
+TEST_F(WebContentRouting, PressesTheCopyCommandForAnyPurpose) {
+    addBrowserMenu(true);
+    EXPECT_EQ(read().payload.selectedText, u"by menu");
+    expectTrace({.route = 2, .menuPresses = 1, .web = 1});
+    EXPECT_EQ(desktop.now(), 0ms);
+}
+
+TEST_F(WebContentRouting, PressesEvenADisabledCopyCommand) {
+    addBrowserMenu(false);
+    EXPECT_EQ(read().payload.selectedText, u"by menu");
+    expectTrace({.route = 2, .menuPresses = 1, .web = 1});
+}
+
+TEST_F(WebContentRouting, ThrowsWhereTheClipboardIsForbidden) {
+    options.allowClipboardFallback = false;
+    EXPECT_EQ(error(), BridgeError::clipboardFallbackDisabled());
+    expectTrace({.route = 2, .error = 4, .web = 1});
+}
+
+TEST_F(WebContentRouting, RunsTheClipboardRouteAgainWhereItSelectedNothing) {
+    // The menu copies nothing within 0.2 s, which ends the first read; the second one goes by key.
+    browser.addMenuBar({{u"Edit", {{.title = u"Copy", .commandCharacter = u"c"}}}});
+    EXPECT_EQ(read().payload.selectedText, u"as copied");
+    expectTrace({.route = 3, .error = 1, .keyPresses = 1, .menuPresses = 1, .web = 1});
+    EXPECT_EQ(desktop.now(), 200ms);
+}
+
+TEST_F(WebContentRouting, CopiesFromTheApplicationThatTheFocusedElementWasAskedOf) {
+    // In front when the focused element is looked for, not when the read begins.
+    desktop.bringToFront(812);
+    desktop.beforeCall(3, [this] { desktop.bringToFront(950); });
+    EXPECT_EQ(read().payload.applicationName, u"Browser");
+    EXPECT_EQ(read().payload.selectedText, u"as copied");
 }
 
 }  // namespace
