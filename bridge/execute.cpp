@@ -13,6 +13,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace lomaris {
@@ -44,7 +45,14 @@ public:
         return exit_status::success;
     }
 
-    int operator()(const command::ReplaceSelection& /*command*/) { notBuilt(u"replace-selection"); }
+    int operator()(const command::ReplaceSelection& command) {
+        const Text replacement = command.replacement ? *command.replacement : readReplacementFromStandardInput();
+        wait(command.delay);
+        service_.replaceCurrentSelection(replacement, command.beforeLimit, command.afterLimit);
+        writeLine("replaced");
+        return exit_status::success;
+    }
+
     int operator()(const command::ReplaceSelectionRequest& /*command*/) { notBuilt(u"replace-selection-request"); }
     int operator()(const command::DiagnoseSelection& /*command*/) { notBuilt(u"diagnose-selection"); }
     int operator()(const command::CompatibilityCheck& /*command*/) { notBuilt(u"compatibility-check"); }
@@ -62,9 +70,26 @@ private:
         }
     }
 
+    /// All of standard input as it stands, a line feed at its end included.
+    Text readReplacementFromStandardInput() {
+        const auto bytes = streams_.readInput();
+        if (!bytes) {
+            throw StandardStreamError::inputFailed();
+        }
+        auto text = textFromValidUtf8(*bytes);
+        if (!text) {
+            throw BridgeError::invalidInput(u"Replacement input must be valid UTF-8.");
+        }
+        if (text->empty()) {
+            throw BridgeError::invalidInput(
+                u"Replacement text is empty. Supply --replacement <text> or pipe text to stdin.");
+        }
+        return std::move(*text);
+    }
+
     void write(std::string_view bytes) {
         if (!streams_.writeOutput(bytes)) {
-            throw StandardStreamError();
+            throw StandardStreamError::outputFailed();
         }
     }
 
@@ -75,8 +100,8 @@ private:
 
     [[noreturn]] static void notBuilt(TextView word) {
         throw BridgeError::invalidArguments(Text(word) +
-                                            u" is not part of this version yet. Only read-selection and "
-                                            u"permission-status work so far.");
+                                            u" is not part of this version yet. Use replace-selection or "
+                                            u"read-selection.");
     }
 
     Platform& platform_;

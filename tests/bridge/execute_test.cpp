@@ -18,7 +18,10 @@ namespace {
 /// Streams in memory. Every write is kept on its own.
 class RecordedStreams final : public StandardStreams {
 public:
-    std::optional<std::string> readInput() override { return std::string(); }
+    std::optional<std::string> readInput() override {
+        ++inputReads;
+        return input;
+    }
 
     bool writeOutput(std::string_view bytes) override {
         if (refuseOutput) {
@@ -30,6 +33,9 @@ public:
 
     void writeError(std::string_view bytes) override { error.emplace_back(bytes); }
 
+    /// Nothing where it cannot be read.
+    std::optional<std::string> input = std::string();
+    int inputReads = 0;
     bool refuseOutput = false;
     std::vector<std::string> output;
     std::vector<std::string> error;
@@ -211,6 +217,82 @@ TEST_F(Execute, PrintsHalfASurrogatePairAsReplacementCharacter) {
     desktop.bringToFront(900);
     EXPECT_EQ(run({"read-selection"}), 0);
     EXPECT_EQ(streams.output, Lines{"\ufffd!\n"});
+}
+
+TEST_F(Execute, ReplacesTheSelectionWithTheGivenTextAndDoesNotReadStandardInput) {
+    streams.input = "waiting";
+    EXPECT_EQ(run({"replace-selection", "--replacement", "x"}), 0);
+    EXPECT_EQ(streams.output, Lines{"replaced\n"});
+    EXPECT_EQ(text.text(), u"The quick x");
+    EXPECT_EQ(streams.inputReads, 0);
+}
+
+TEST_F(Execute, ReplacesTheSelectionWithStandardInputLineFeedIncluded) {
+    streams.input = "hello\n";
+    EXPECT_EQ(run({"replace-selection"}), 0);
+    EXPECT_EQ(streams.output, Lines{"replaced\n"});
+    EXPECT_EQ(text.text(), u"The quick hello\n");
+}
+
+TEST_F(Execute, KeepsAByteOrderMarkOfStandardInput) {
+    streams.input = "\xef\xbb\xbfx";
+    EXPECT_EQ(run({"replace-selection"}), 0);
+    EXPECT_EQ(text.text(), u"The quick \ufeffx");
+}
+
+TEST_F(Execute, WritesNoLineWhereTheReplacementFails) {
+    text.answersSet(attribute::selectedText, AXError::failure);
+    EXPECT_EQ(run({"replace-selection", "--replacement", "x"}), 1);
+    EXPECT_EQ(streams.output, Lines());
+    EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not replace the selected text (AX error -25200).\n"});
+}
+
+TEST_F(Execute, RefusesAReplacementThatIsEmptyMissingOrNoUtf8BeforeItTouchesAnything) {
+    struct Example {
+        std::vector<std::string> arguments;
+        std::optional<std::string> input;
+        std::string message;
+    };
+    const std::vector<Example> examples = {
+        {{"replace-selection", "--replacement", ""}, "unused", "Replacement text must not be empty."},
+        {{"replace-selection", "--delay", "5"},
+         "",
+         "Replacement text is empty. Supply --replacement <text> or pipe text to stdin."},
+        {{"replace-selection", "--delay", "5"}, "a\xff", "Replacement input must be valid UTF-8."},
+        {{"replace-selection", "--delay", "5"}, std::nullopt, "Could not read standard input."},
+    };
+    for (const auto& example : examples) {
+        streams.error.clear();
+        streams.input = example.input;
+        EXPECT_EQ(run(example.arguments), 1);
+        EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: " + example.message + "\n"});
+        EXPECT_EQ(streams.output, Lines());
+    }
+    EXPECT_EQ(desktop.journal(), Lines());
+}
+
+TEST_F(Execute, ReadsStandardInputBeforeItWaits) {
+    streams.input = "x";
+    desktop.beforeCall(1, [this] { EXPECT_EQ(streams.inputReads, 1); });
+    EXPECT_EQ(run({"replace-selection", "--delay", "2"}), 0);
+    EXPECT_EQ(desktop.journal().at(0), "0.000000000 sleep(2.000000000)");
+}
+
+TEST_F(Execute, DoesNotUndoAReplacementWhoseOutputCannotBeWritten) {
+    streams.refuseOutput = true;
+    EXPECT_EQ(run({"replace-selection", "--replacement", "x"}), 1);
+    EXPECT_EQ(text.text(), u"The quick x");
+    EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not write to standard output.\n"});
+}
+
+TEST_F(Execute, LeavesTheStagedTextToATargetThatPastesAfterTheEnd) {
+    text.answersSettable(attribute::selectedText, {AXError::success, false});
+    notes.onCopy(copiesSelectionOf(text));
+    notes.onPaste(pastesInto(text).after(std::chrono::milliseconds(500)));
+    EXPECT_EQ(run({"replace-selection", "--replacement", "x"}), 0);
+    EXPECT_EQ(streams.output, Lines{"replaced\n"});
+    desktop.endProcess();
+    EXPECT_EQ(text.text(), u"The quick x");
 }
 
 }  // namespace
