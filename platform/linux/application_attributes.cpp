@@ -3,6 +3,7 @@
 #include "platform/attributes.h"
 #include "platform/linux/atspi_element.h"
 #include "platform/linux/focus_search.h"
+#include "platform/linux/menu_attributes.h"
 
 #include <algorithm>
 #include <array>
@@ -41,11 +42,20 @@ AttributeAnswer windowAnswer(const ApplicationWindows& windows, Predicate matche
 bool isActive(const ApplicationWindow& window) { return window.isActive; }
 bool isShowing(const ApplicationWindow& window) { return window.isShowing; }
 
-constexpr std::array<std::string_view, 4> applicationAttributes{
-    attribute::focusedUIElement,
-    attribute::focusedWindow,
-    attribute::mainWindow,
-    attribute::windows,
+/// The menu bar of the active window; the desktop has none for all of an application.
+AttributeAnswer menuBarAnswer(BusConnection& bus, const ApplicationWindows& windows) {
+    const auto begin = windows.windows.begin();
+    const auto end = windows.windows.end();
+    auto window = std::find_if(begin, end, isActive);
+    if (window == end) {
+        window = std::find_if(begin, end, isShowing);
+    }
+    return window == end ? AttributeAnswer{AXError::noValue, NullValue{}} : findMenuBar(bus, window->object);
+}
+
+constexpr std::array<std::string_view, 5> applicationAttributes{
+    attribute::focusedUIElement, attribute::focusedWindow, attribute::mainWindow,
+    attribute::menuBar,          attribute::windows,
 };
 
 }  // namespace
@@ -65,6 +75,9 @@ AttributeAnswer copyApplicationAttribute(BusConnection& bus, const ObjectReferen
     }
     if (attribute == attribute::windows) {
         return windowsAnswer(windows);
+    }
+    if (attribute == attribute::menuBar) {
+        return menuBarAnswer(bus, windows);
     }
     AttributeAnswer answer = windowAnswer(windows, isActive);
     if (attribute == attribute::mainWindow && answer.error == AXError::noValue) {

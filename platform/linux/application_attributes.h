@@ -7,7 +7,8 @@
 
 namespace lomaris {
 
-/// Whether the attribute is one that only the element of an application has: its windows and what has the focus.
+/// Whether the attribute is one that only the element of an application has: its windows, its menu bar
+/// and what has the focus.
 [[nodiscard]] bool isApplicationAttribute(std::string_view attribute);
 
 /// Copies such an attribute of the application with this root object. Finishes the bus's calls.

@@ -13,6 +13,7 @@ namespace lomaris::atspi {
 inline constexpr const char* accessible = "org.a11y.atspi.Accessible";
 inline constexpr const char* action = "org.a11y.atspi.Action";
 inline constexpr const char* application = "org.a11y.atspi.Application";
+inline constexpr const char* component = "org.a11y.atspi.Component";
 inline constexpr const char* collection = "org.a11y.atspi.Collection";
 inline constexpr const char* editableText = "org.a11y.atspi.EditableText";
 inline constexpr const char* text = "org.a11y.atspi.Text";

@@ -23,7 +23,16 @@ struct ApplicationOf {
 struct NoElement {
     friend bool operator==(NoElement, NoElement) { return true; }
 };
-using ElementTarget = std::variant<ObjectReference, ApplicationOf, SystemWide, NoElement>;
+/// A part of a menu bar. Between a title in the bar and the items below it the logic expects a menu of its own, which
+/// most toolkits do not show: the menu is then the same object as the title, seen from below.
+enum class MenuLevel { bar, barItem, menu };
+struct MenuPart {
+    MenuLevel level = MenuLevel::bar;
+    ObjectReference object;
+
+    friend bool operator==(const MenuPart&, const MenuPart&) = default;
+};
+using ElementTarget = std::variant<ObjectReference, ApplicationOf, SystemWide, NoElement, MenuPart>;
 
 [[nodiscard]] Element makeElement(ElementTarget target);
 

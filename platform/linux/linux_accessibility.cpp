@@ -6,7 +6,9 @@
 #include "platform/linux/application_directory.h"
 #include "platform/linux/atspi.h"
 #include "platform/linux/atspi_element.h"
+#include "platform/linux/menu_attributes.h"
 #include "platform/linux/object_attributes.h"
+#include "platform/linux/text_writing.h"
 #include "text/case_insensitive_search.h"
 #include "text/utf8.h"
 
@@ -18,7 +20,7 @@ namespace {
 
 class LinuxAccessibility final : public Accessibility {
 public:
-    explicit LinuxAccessibility(Workspace& workspace) : workspace_(workspace) {}
+    LinuxAccessibility(Workspace& workspace, WindowRaiser* raiser) : workspace_(workspace), raiser_(raiser) {}
 
     [[nodiscard]] bool isProcessTrusted(TrustPrompt prompt) override {
         AccessibilityStatus status = bus_.status();
@@ -72,9 +74,24 @@ public:
     }
 
     [[nodiscard]] AXError setAttribute(const Element& element, std::string_view attribute,
-                                       const AttributeValue& /*value*/) override {
+                                       const AttributeValue& value) override {
+        if (attribute == attribute::main || attribute == attribute::focused) {
+            return setFocus(element, attribute, value);
+        }
         const SettableAnswer settable = isAttributeSettable(element, attribute);
-        return settable.error != AXError::success ? settable.error : AXError::notImplemented;
+        if (settable.error != AXError::success) {
+            return settable.error;
+        }
+        if (!settable.settable) {
+            return AXError::attributeUnsupported;
+        }
+        // The selected text is the only attribute that gets here.
+        const auto* const text = std::get_if<Text>(&value);
+        const Target target = objectOf(element);
+        if (text == nullptr || !target.object) {
+            return text == nullptr ? AXError::illegalArgument : target.error;
+        }
+        return writeSelectedText(*connection(), *target.object, *text);
     }
 
     [[nodiscard]] SettableAnswer isAttributeSettable(const Element& element, std::string_view attribute) override {
@@ -109,6 +126,9 @@ public:
         if (!target.object) {
             return target.error;
         }
+        if (action == action::raise) {
+            return raiseWindowOf(*bus, *target.object).value_or(AXError::actionUnsupported);
+        }
         return performObjectAction(*bus, *target.object, action);
     }
 
@@ -117,7 +137,7 @@ public:
         if (const auto* const application = std::get_if<ApplicationOf>(&target)) {
             return application->processIdentifier;
         }
-        const auto* const object = std::get_if<ObjectReference>(&target);
+        const ObjectReference* const object = shownObject(target);
         if (object == nullptr || connection() == nullptr) {
             return std::nullopt;
         }
@@ -135,6 +155,11 @@ private:
         std::optional<ObjectReference> object;
     };
 
+    static const ObjectReference* shownObject(const ElementTarget& target) {
+        const auto* const part = std::get_if<MenuPart>(&target);
+        return part != nullptr ? &part->object : std::get_if<ObjectReference>(&target);
+    }
+
     BusConnection* connection() {
         BusConnection* const bus = bus_.connection();
         if (bus != nullptr && !directory_) {
@@ -146,7 +171,7 @@ private:
     /// Whose root object stands for the application in front, where the element is the system-wide one.
     Target objectOf(const Element& element) {
         const ElementTarget& target = targetOf(element);
-        if (const auto* const object = std::get_if<ObjectReference>(&target)) {
+        if (const ObjectReference* const object = shownObject(target)) {
             return {AXError::success, *object};
         }
         if (const auto* const application = std::get_if<ApplicationOf>(&target)) {
@@ -170,6 +195,10 @@ private:
             answer = copyOfSystemWide(bus, attribute);
             return;
         }
+        if (const auto* const part = std::get_if<MenuPart>(&target)) {
+            queueMenuAttribute(bus, *part, attribute, answer);
+            return;
+        }
         const Target found = objectOf(element);
         if (!found.object) {
             answer = {found.error, NullValue{}};
@@ -178,6 +207,34 @@ private:
         } else {
             queueAttribute(bus, *found.object, attribute, answer);
         }
+    }
+
+    /// Focus moves by being given, so only "true" can be set.
+    AXError setFocus(const Element& element, std::string_view attribute, const AttributeValue& value) {
+        BusConnection* const bus = connection();
+        if (bus == nullptr) {
+            return AXError::apiDisabled;
+        }
+        const Target target = objectOf(element);
+        if (!target.object) {
+            return target.error;
+        }
+        if (value != AttributeValue(true)) {
+            return AXError::illegalArgument;
+        }
+        if (const auto raised = raiseWindowOf(*bus, *target.object)) {
+            return *raised;
+        }
+        return attribute == attribute::main ? AXError::attributeUnsupported : grabFocus(*bus, *target.object);
+    }
+
+    /// What raising the window answered, or nothing where the object is no window or nobody can raise one.
+    std::optional<AXError> raiseWindowOf(BusConnection& bus, const ObjectReference& object) {
+        if (raiser_ == nullptr || !isWindow(bus, object)) {
+            return std::nullopt;
+        }
+        const auto process = directory_->processOf(object.name);
+        return process ? raiseWindow(bus, object, *process, *raiser_) : AXError::invalidUIElement;
     }
 
     AttributeAnswer copyOfSystemWide(BusConnection& bus, std::string_view attribute) {
@@ -199,14 +256,15 @@ private:
     }
 
     Workspace& workspace_;
+    WindowRaiser* raiser_;
     AccessibilityBus bus_;
     std::optional<ApplicationDirectory> directory_;
 };
 
 }  // namespace
 
-std::unique_ptr<Accessibility> makeLinuxAccessibility(Workspace& workspace) {
-    return std::make_unique<LinuxAccessibility>(workspace);
+std::unique_ptr<Accessibility> makeLinuxAccessibility(Workspace& workspace, WindowRaiser* raiser) {
+    return std::make_unique<LinuxAccessibility>(workspace, raiser);
 }
 
 }  // namespace lomaris

@@ -6,6 +6,7 @@
 #include "platform/linux/linux_scheduling.h"
 #include "platform/linux/linux_workspace.h"
 #include "platform/linux/x11_connection.h"
+#include "platform/linux/x11_window_raiser.h"
 
 namespace lomaris {
 
@@ -39,7 +40,8 @@ private:
     LinuxWorkspace workspace_{connection_};
     LinuxEvents events_{connection_};
     LinuxPasteboard pasteboard_{scheduling_};
-    std::unique_ptr<Accessibility> accessibility_ = makeLinuxAccessibility(workspace_);
+    X11WindowRaiser windowRaiser_{connection_};
+    std::unique_ptr<Accessibility> accessibility_ = makeLinuxAccessibility(workspace_, &windowRaiser_);
 };
 
 }  // namespace

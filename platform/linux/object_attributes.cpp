@@ -4,6 +4,7 @@
 #include "platform/linux/atspi.h"
 #include "platform/linux/atspi_element.h"
 #include "platform/linux/attribute_failure.h"
+#include "platform/linux/menu_attributes.h"
 #include "platform/linux/roles.h"
 #include "platform/linux/text_attributes.h"
 #include "text/utf8.h"
@@ -179,12 +180,14 @@ struct NamedReader {
     AttributeReader queue;
 };
 
-constexpr std::array<NamedReader, 11> readers{{
+constexpr std::array<NamedReader, 13> readers{{
     {attribute::children, &queueChildren},
     {attribute::enabled, &queueEnabled},
     {attribute::focused, &queueFocused},
     {attribute::identifier, &queueIdentifier},
     {attribute::main, &queueMain},
+    {attribute::menuItemCommandCharacter, &queueMenuItemCharacter},
+    {attribute::menuItemCommandModifiers, &queueMenuItemModifiers},
     {attribute::role, &queueRole},
     {attribute::selectedText, &queueSelectedText},
     {attribute::selectedTextRange, &queueSelectedTextRange},
@@ -201,6 +204,17 @@ const NamedReader* readerOf(std::string_view attribute) {
 
 bool contains(const std::vector<std::string>& names, std::string_view name) {
     return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+/// Its texts offer to be edited, answer that they were, and stay as they are.
+constexpr std::string_view toolkitThatIgnoresWrites = "Gecko";
+
+/// A toolkit that does not give its name is taken for one that writes; a write is read back anyway.
+void queueUnlessToolkitIgnoresWrites(BusConnection& bus, const ObjectReference& object, SettableAnswer& answer) {
+    const ObjectReference root{object.name, atspi::rootPath};
+    bus.getProperty(root, atspi::application, "ToolkitName", [&answer](const BusReply& reply) {
+        answer.settable = reply.readStringProperty() != toolkitThatIgnoresWrites;
+    });
 }
 
 /// Whether the selected text of the object can be written: it offers to be edited, and says that it is editable now.
@@ -227,6 +241,9 @@ void queueSelectedTextSettable(BusConnection& bus, const ObjectReference& object
             }
             const States states(*bits);
             answer = {AXError::success, states.has(State::editable) && !states.has(State::readOnly)};
+            if (answer.settable) {
+                queueUnlessToolkitIgnoresWrites(bus, object, answer);
+            }
         });
     });
 }
@@ -253,7 +270,7 @@ void queueSettable(BusConnection& bus, const ObjectReference& object, std::strin
         answer = {AXError::attributeUnsupported, false};
         return;
     }
-    // Nothing else is written on this desktop.
+    // The other attributes are only read.
     bus.call(object, atspi::accessible, "GetState", {}, [&bus, object, &answer](const BusReply& reply) {
         if (reply.readBits()) {
             answer = {AXError::success, false};
@@ -270,7 +287,8 @@ AXError performObjectAction(BusConnection& bus, const ObjectReference& object, s
     AXError error = AXError::failure;
     bus.call(object, atspi::action, "DoAction", {std::int32_t{0}}, [&](const BusReply& reply) {
         if (reply.error() == AXError::success) {
-            error = reply.readBoolean().value_or(false) ? AXError::success : AXError::failure;
+            const auto isDone = reply.readBoolean();
+            error = !isDone ? AXError::failure : *isDone ? AXError::success : AXError::cannotComplete;
             return;
         }
         resolveFailure(bus, object, reply, [&error](AXError code) {

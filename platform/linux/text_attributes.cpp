@@ -217,4 +217,20 @@ void queueValue(BusConnection& bus, const ObjectReference& object, AttributeAnsw
     });
 }
 
+TextStateAnswer readTextState(BusConnection& bus, const ObjectReference& object) {
+    TextStateAnswer result;
+    AttributeAnswer failure{AXError::failure, NullValue{}};
+    const auto question = std::make_shared<TextQuestion>(bus, object, failure);
+    queueSelectionCount(question, [question, &result] {
+        queueTextAndRange(question, [&result](const ElementText& text, TextRange range) {
+            result = {AXError::success, TextState{text, range}};
+        });
+    });
+    bus.finish();
+    if (!result.state) {
+        result.error = failure.error;
+    }
+    return result;
+}
+
 }  // namespace lomaris

@@ -2,6 +2,9 @@
 
 #include "platform/accessibility.h"
 #include "platform/linux/bus_connection.h"
+#include "platform/linux/text_offsets.h"
+
+#include <optional>
 
 namespace lomaris {
 
@@ -18,5 +21,20 @@ void queueSelectedTextRange(BusConnection& bus, const ObjectReference& object, A
 
 /// The whole text of a text element, or the number of an element that has one.
 void queueValue(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer);
+
+/// The text of an element, and its first selection or the empty range at the caret, of one moment.
+struct TextState {
+    ElementText text;
+    TextRange selection;
+};
+
+/// A state, or the code that says why there is none.
+struct TextStateAnswer {
+    AXError error = AXError::failure;
+    std::optional<TextState> state;
+};
+
+/// Asks for the state of a text element. Finishes the bus's calls.
+[[nodiscard]] TextStateAnswer readTextState(BusConnection& bus, const ObjectReference& object);
 
 }  // namespace lomaris

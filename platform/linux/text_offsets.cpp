@@ -96,6 +96,11 @@ std::optional<TextRange> ElementText::range(std::int64_t start, std::int64_t end
     return TextRange{start, end - start};
 }
 
+std::int64_t ElementText::ownPosition(std::int64_t position) const {
+    const TextView before = TextView(text_).substr(0, static_cast<std::size_t>(position));
+    return unit_ == Unit::codePoint ? codePointCount(before) : position;
+}
+
 Text ElementText::part(TextRange range) const {
     return text_.substr(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length));
 }

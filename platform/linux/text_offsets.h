@@ -34,6 +34,9 @@ public:
     /// Nothing where a position lies outside of the text or the unit cannot be told.
     [[nodiscard]] std::optional<TextRange> range(std::int64_t start, std::int64_t end) const;
 
+    /// A position of the text in the element's own unit. Positions that `range` answers come out as they went in.
+    [[nodiscard]] std::int64_t ownPosition(std::int64_t position) const;
+
     /// The part of the text that a range of `range` covers.
     [[nodiscard]] Text part(TextRange range) const;
 

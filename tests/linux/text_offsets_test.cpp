@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lomaris {
@@ -61,6 +63,8 @@ TEST(ElementText, BringsRangesToUtf16UnitsWhateverTheToolkitCounts) {
         EXPECT_EQ(range, each.expected) << each.bytes << " " << each.start << ".." << each.end;
         if (range) {
             EXPECT_EQ(text->part(*range), each.expectedPart) << each.bytes << " " << each.start << ".." << each.end;
+            const std::pair own(text->ownPosition(range->location), text->ownPosition(range->location + range->length));
+            EXPECT_EQ(own, std::minmax({each.start, each.end})) << each.bytes << " " << each.start << ".." << each.end;
         }
     }
 }

@@ -1,4 +1,7 @@
 #include "platform/attributes.h"
+#include "platform/linux/accessibility_bus.h"
+#include "platform/linux/atspi_element.h"
+#include "platform/linux/text_writing.h"
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
 #include "tests/real/editor.h"
@@ -133,9 +136,10 @@ protected:
 
     [[nodiscard]] Accessibility& accessibility() { return platform_->accessibility(); }
 
+    [[nodiscard]] Element application() { return accessibility().applicationElement(browser_->processIdentifier()); }
+
     [[nodiscard]] ElementAnswer focused() {
-        const Element application = accessibility().applicationElement(browser_->processIdentifier());
-        return accessibility().copyElementAttribute(application, attribute::focusedUIElement);
+        return accessibility().copyElementAttribute(application(), attribute::focusedUIElement);
     }
 
     [[nodiscard]] AttributeAnswer copyFromFocused(std::string_view attribute) {
@@ -164,6 +168,28 @@ TEST_F(BrowserText, ComesWithoutThePaddingAndInUtf16Units) {
     EXPECT_EQ(copyFromFocused(attribute::selectedText), successOf(Text(u"flag")));
     EXPECT_EQ(copyFromFocused(attribute::value), successOf(Text(u"a \U0001F1E9\U0001F1EA flag \U0001F44B")));
     EXPECT_EQ(copyFromFocused(attribute::role), successOf(Text(u"AXTextArea")));
+}
+
+/// The offer of the browser's objects to be edited is not taken up, because nothing comes of it: what is written
+/// arrives by pasting instead.
+TEST_F(BrowserText, CannotBeWrittenAndHasNoMenuBar) {
+    ASSERT_TRUE(
+        show("<!doctype html><meta charset=utf-8><title>Padded</title><textarea id=t autofocus>"
+             "one two</textarea><script>t.focus();t.setSelectionRange(4,7)</script>"));
+    EXPECT_TRUE(waitFor([this] { return copyFromFocused(attribute::selectedText) == successOf(Text(u"two")); }));
+    const ElementAnswer text = focused();
+    ASSERT_EQ(text.error, AXError::success);
+    EXPECT_EQ(accessibility().isAttributeSettable(*text.element, attribute::selectedText),
+              (SettableAnswer{AXError::success, false}));
+    EXPECT_EQ(accessibility().setAttribute(*text.element, attribute::selectedText, Text(u"2")),
+              AXError::attributeUnsupported);
+    AccessibilityBus bus;
+    ASSERT_NE(bus.connection(), nullptr);
+    EXPECT_EQ(writeSelectedText(*bus.connection(), std::get<ObjectReference>(targetOf(*text.element)), u"2"),
+              AXError::failure);
+    EXPECT_EQ(copyFromFocused(attribute::value), successOf(Text(u"one two")));
+    EXPECT_EQ(accessibility().copyAttribute(application(), attribute::menuBar),
+              (AttributeAnswer{AXError::noValue, NullValue{}}));
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include <iostream>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 namespace lomaris::test {
 namespace {
@@ -79,22 +78,10 @@ private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };
 
-/// Why the test that runs cannot pass on this platform yet; empty where it can.
-std::string reasonToWait() {
-    const std::string_view test = testing::UnitTest::GetInstance()->current_test_info()->name();
-    return test.starts_with("SettingTheSelectedTextReplacesTheSelection")
-               ? "writing into applications is not built on this platform yet"
-               : "";
-}
-
 /// A maker for a world that needs these editors; prints why there is none.
 template <typename World, typename RealWorld>
 auto onTheDesktop(const std::string& name, const std::vector<EditorProgram>& editors) {
     return testing::Values(WorldMaker<World>{name, [editors]() -> std::unique_ptr<World> {
-                                                 if (const auto reason = reasonToWait(); !reason.empty()) {
-                                                     std::cerr << reason << '\n';
-                                                     return nullptr;
-                                                 }
                                                  for (const EditorProgram& editor : editors) {
                                                      if (const auto missing = missingFor(editor); !missing.empty()) {
                                                          std::cerr << missing << '\n';

@@ -1,0 +1,240 @@
+#include "tests/linux/fake_desktop.h"
+
+#include "platform/attributes.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace lomaris::test {
+namespace {
+
+using atspi::State;
+
+constexpr const char* path = "/org/a11y/atspi/accessible/7";
+constexpr const char* deletion = "EditableText.DeleteText";
+constexpr const char* insertion = "EditableText.InsertText";
+constexpr const char* refusal = "org.freedesktop.DBus.Error.Failed";
+
+/// A text that the application changes, or does not, in its own way; only its thread touches it.
+struct EditedText {
+    std::string bytes;
+    int characterCount = 0;
+    std::pair<int, int> selection;
+
+    void become(std::string newBytes) {
+        bytes = std::move(newBytes);
+        characterCount = static_cast<int>(bytes.size());
+        selection = {0, 0};
+    }
+};
+
+class AccessibilityWriting : public FakeDesktop {
+protected:
+    /// The text with its selection; `ToolkitName` is as given.
+    void show(const EditedText& shown, const std::string& toolkit = "gtk") {
+        *text_ = shown;
+        addObject(path, {State::editable});
+        peer().answer(path, "Accessible.GetInterfaces", strings({atspi::accessible, atspi::text, atspi::editableText}));
+        peer().answer(atspi::rootPath, "Get Application.ToolkitName", stringProperty(toolkit));
+        peer().answer(path, "Text.GetNSelections", integer(1));
+        peer().answer(path, "Text.SetCaretOffset", boolean(true));
+        answer("Text.GetText", [](EditedText& text) { return string(text.bytes); });
+        answer("Get Text.CharacterCount", [](EditedText& text) { return integerProperty(text.characterCount); });
+        answer("Text.GetSelection",
+               [](EditedText& text) { return integers(text.selection.first, text.selection.second); });
+    }
+
+    void answer(const std::string& call, std::function<Values(EditedText&)> values) {
+        peer().answerWith(path, call, [text = text_, values = std::move(values)] { return values(*text); });
+    }
+
+    /// The call claims success; the n-th time, the text becomes the n-th of `results`, and stays as it is after that.
+    void onCall(const std::string& call, std::vector<std::string> results) {
+        const auto next = std::make_shared<std::size_t>(0);
+        answer(call, [next, results = std::move(results)](EditedText& text) {
+            if (*next < results.size()) {
+                text.become(results[(*next)++]);
+            }
+            return boolean(true);
+        });
+    }
+
+    AXError write(const Text& text) {
+        return accessibility().setAttribute(object(path), attribute::selectedText, text);
+    }
+
+    void expectText(const Text& text) { EXPECT_EQ(copy(path, attribute::value), successOf(text)); }
+
+    [[nodiscard]] int callCount(const std::string& call) { return peer().callCount(path, call); }
+
+private:
+    std::shared_ptr<EditedText> text_ = std::make_shared<EditedText>();
+};
+
+const EditedText threeWords{"one two three", 13, {4, 7}};
+
+TEST_F(AccessibilityWriting, TakesTheSelectionAwayAndInserts) {
+    show(threeWords);
+    onCall(deletion, {"one  three"});
+    onCall(insertion, {"one 2 three"});
+    start();
+    EXPECT_EQ(write(u"2"), AXError::success);
+    EXPECT_EQ(callCount(deletion), 1);
+    EXPECT_EQ(callCount(insertion), 1);
+    EXPECT_EQ(callCount("Text.SetCaretOffset"), 1);
+    expectText(u"one 2 three");
+}
+
+TEST_F(AccessibilityWriting, OnlyTakesAwayWhereNothingIsToBeInserted) {
+    show(threeWords);
+    onCall(deletion, {"one  three"});
+    start();
+    EXPECT_EQ(write(u""), AXError::success);
+    EXPECT_EQ(callCount(insertion), 0);
+}
+
+TEST_F(AccessibilityWriting, FailsWhereTheApplicationClaimsToDeleteAndDoesNothing) {
+    show(threeWords);
+    onCall(deletion, {});
+    onCall(insertion, {});
+    start();
+    EXPECT_EQ(write(u"2"), AXError::failure);
+    EXPECT_EQ(callCount(insertion), 0);
+    expectText(u"one two three");
+}
+
+TEST_F(AccessibilityWriting, FailsWhereSomethingElseIsDeleted) {
+    show(threeWords);
+    onCall(deletion, {"one"});
+    onCall(insertion, {});
+    start();
+    EXPECT_EQ(write(u"2"), AXError::failure);
+    EXPECT_EQ(callCount(insertion), 0);
+}
+
+TEST_F(AccessibilityWriting, PutsTheDeletedTextBackWhereNothingIsInserted) {
+    show(threeWords);
+    onCall(deletion, {"one  three"});
+    onCall(insertion, {"one  three", "one two three"});
+    start();
+    EXPECT_EQ(write(u"2"), AXError::failure);
+    EXPECT_EQ(callCount(insertion), 2);
+    expectText(u"one two three");
+}
+
+TEST_F(AccessibilityWriting, TakesABeginningThatArrivedAwayAgain) {
+    show(threeWords);
+    onCall(deletion, {"one  three", "one  three"});
+    onCall(insertion, {"one lo three", "one two three"});
+    start();
+    EXPECT_EQ(write(u"long"), AXError::failure);
+    EXPECT_EQ(callCount(deletion), 2);
+    expectText(u"one two three");
+}
+
+TEST_F(AccessibilityWriting, LeavesWhatIsNotItsOwnAlone) {
+    show(threeWords);
+    onCall(deletion, {"one  three"});
+    onCall(insertion, {"one typed three"});
+    start();
+    EXPECT_EQ(write(u"2"), AXError::failure);
+    EXPECT_EQ(callCount(deletion), 1);
+    EXPECT_EQ(callCount(insertion), 1);
+    expectText(u"one typed three");
+}
+
+TEST_F(AccessibilityWriting, CountsWhatArrivesAndNotWhatIsClaimed) {
+    show(threeWords);
+    answer(deletion, [](EditedText& text) {
+        text.become("one  three");
+        return boolean(false);
+    });
+    answer(insertion, [](EditedText& text) {
+        text.become("one 2 three");
+        return boolean(false);
+    });
+    start();
+    EXPECT_EQ(write(u"2"), AXError::success);
+}
+
+TEST_F(AccessibilityWriting, WaitsForAChangeThatShowsLater) {
+    show(threeWords);
+    const auto reads = std::make_shared<int>(-1);
+    answer(deletion, [reads](EditedText&) {
+        *reads = 0;
+        return boolean(true);
+    });
+    // The number of selections is what every look at the text begins with.
+    answer("Text.GetNSelections", [reads](EditedText& text) {
+        if (*reads >= 0 && ++*reads == 3) {
+            text.become("one  three");
+        }
+        return integer(1);
+    });
+    onCall(insertion, {"one 2 three"});
+    start();
+    EXPECT_EQ(write(u"2"), AXError::success);
+}
+
+TEST_F(AccessibilityWriting, TakesTheLineBreaksOfTheToolkit) {
+    show(threeWords);
+    onCall(deletion, {"one  three"});
+    onCall(insertion, {"one a\nb\nc three"});
+    start();
+    EXPECT_EQ(write(u"a\r\nb\rc"), AXError::success);
+}
+
+TEST_F(AccessibilityWriting, PutsTheDeletedTextBackWhereTheInsertionIsRefused) {
+    show(threeWords);
+    onCall(deletion, {"one  three"});
+    peer().answerError(path, insertion, refusal);
+    start();
+    EXPECT_EQ(write(u"2"), AXError::failure);
+    EXPECT_EQ(callCount(insertion), 2);
+}
+
+TEST_F(AccessibilityWriting, CannotCompleteWhereTheApplicationHangs) {
+    show(threeWords);
+    peer().hang(path, deletion);
+    start();
+    EXPECT_EQ(write(u"2"), AXError::cannotComplete);
+    EXPECT_EQ(callCount(insertion), 0);
+}
+
+TEST_F(AccessibilityWriting, DoesNotDeleteWhatItCouldNotPutBack) {
+    show({"a \xEF\xBF\xBC b", 5, {1, 4}});
+    start();
+    EXPECT_EQ(write(u"2"), AXError::failure);
+    EXPECT_EQ(callCount(deletion), 0);
+}
+
+TEST_F(AccessibilityWriting, DoesNotCutACharacterInHalf) {
+    show({"a\xF0\x9F\x98\x80", 3, {0, 2}});
+    start();
+    EXPECT_EQ(write(u"2"), AXError::failure);
+    EXPECT_EQ(callCount(deletion), 0);
+}
+
+TEST_F(AccessibilityWriting, IsUnsupportedWhereTheToolkitIgnoresIt) {
+    show(threeWords, "Gecko");
+    start();
+    EXPECT_EQ(accessibility().isAttributeSettable(object(path), attribute::selectedText),
+              (SettableAnswer{AXError::success, false}));
+    EXPECT_EQ(write(u"2"), AXError::attributeUnsupported);
+    EXPECT_EQ(callCount(deletion), 0);
+}
+
+TEST_F(AccessibilityWriting, TakesNothingButText) {
+    show(threeWords);
+    start();
+    const Element element = object(path);
+    EXPECT_EQ(accessibility().setAttribute(element, attribute::selectedText, NullValue{}), AXError::illegalArgument);
+    EXPECT_EQ(write(Text(u"a\0b", 3)), AXError::illegalArgument);
+    EXPECT_EQ(accessibility().setAttribute(element, attribute::value, Text(u"2")), AXError::attributeUnsupported);
+    EXPECT_EQ(callCount(deletion), 0);
+}
+
+}  // namespace
+}  // namespace lomaris::test
