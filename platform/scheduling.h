@@ -51,8 +51,8 @@ public:
     /// The current moment. Any thread.
     [[nodiscard]] virtual Moment now() = 0;
 
-    /// Blocks the calling thread for at least `duration`; returns at once where it is zero or less. Serves nothing
-    /// meanwhile. Any thread.
+    /// Blocks the calling thread for at least `duration`; returns at once where it is zero or less, but counts as a
+    /// wait even then. Serves nothing meanwhile. Any thread.
     virtual void sleep(Duration duration) = 0;
 
     /// Turns the run loop of the main thread for exactly `duration`: serves requests for promised pasteboard data and

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace lomaris {
 
@@ -30,18 +31,26 @@ int attemptCount(ClipboardSelectionReadPolicy policy) {
     return policy == ClipboardSelectionReadPolicy::shortcut ? 2 : 3;
 }
 
-/// Restores the pasteboard when it goes, however the read ends.
-class RestoreOnExit {
+/// Puts the user's clipboard back once: when told to, or when it goes, unless it was released before.
+class ClipboardRestore {
 public:
-    RestoreOnExit(Pasteboard& pasteboard, const PasteboardSnapshot& snapshot)
+    ClipboardRestore(Pasteboard& pasteboard, const PasteboardSnapshot& snapshot)
         : pasteboard_(pasteboard), snapshot_(snapshot) {}
-    RestoreOnExit(const RestoreOnExit&) = delete;
-    RestoreOnExit& operator=(const RestoreOnExit&) = delete;
-    ~RestoreOnExit() { snapshot_.restore(pasteboard_); }
+    ClipboardRestore(const ClipboardRestore&) = delete;
+    ClipboardRestore& operator=(const ClipboardRestore&) = delete;
+    ~ClipboardRestore() { restoreNow(); }
+
+    void restoreNow() {
+        if (!std::exchange(done_, true)) {
+            snapshot_.restore(pasteboard_);
+        }
+    }
+    void release() { done_ = true; }
 
 private:
     Pasteboard& pasteboard_;
     const PasteboardSnapshot& snapshot_;
+    bool done_ = false;
 };
 
 enum class CopyMethod : std::uint8_t { menu, key };
@@ -95,8 +104,8 @@ Text KeyboardClipboardFallback::readSelectedText(std::optional<ProcessIdentifier
                                                  const std::function<void()>& copyCommand) {
     Pasteboard& pasteboard = platform_.pasteboard();
     const PasteboardSnapshot snapshot = PasteboardSnapshot::capture(pasteboard);
-    const RestoreOnExit restore(pasteboard, snapshot);
-    const auto termination = platform_.scheduling().onTermination([&] { snapshot.restore(pasteboard); });
+    ClipboardRestore restore(pasteboard, snapshot);
+    const auto termination = platform_.scheduling().onTermination([&restore] { restore.restoreNow(); });
     const bool beforeReplacement = policy == ClipboardSelectionReadPolicy::guardedReplacement;
     const int attempts = attemptCount(policy);
     bool changedWithoutText = false;
@@ -130,29 +139,21 @@ void KeyboardClipboardFallback::replaceSelectedText(TextView text,
     Pasteboard& pasteboard = platform_.pasteboard();
     // Shared, as the blocks that carry it to the restore are copied on their way.
     const auto snapshot = std::make_shared<const PasteboardSnapshot>(PasteboardSnapshot::capture(pasteboard));
-    bool pastePosted = false;
-    auto termination = platform_.scheduling().onTermination([&] {
-        // Once the target has been told to paste, it must find the text, however late it comes for it.
-        if (!pastePosted) {
-            snapshot->restore(pasteboard);
-        }
-    });
+    ClipboardRestore restore(pasteboard, *snapshot);
+    auto termination = platform_.scheduling().onTermination([&restore] { restore.restoreNow(); });
     const auto tracker = stagePrivately(pasteboard, platform_.scheduling(), text);
     if (!tracker) {
-        snapshot->restore(pasteboard);
         throw BridgeError::clipboardFallbackFailed(u"could not stage replacement text");
     }
-    try {
-        if (requiresSelectionCollapse(text)) {
-            postKey(platform_, key_stroke::collapseSelection, targetProcessIdentifier);
-            platform_.scheduling().sleep(pauseAfterCollapse);
-        }
-        postKey(platform_, key_stroke::paste, targetProcessIdentifier);
-        pastePosted = true;
-    } catch (const BridgeError&) {
-        snapshot->restore(pasteboard);
-        throw;
+    if (requiresSelectionCollapse(text)) {
+        postKey(platform_, key_stroke::collapseSelection, targetProcessIdentifier);
+        platform_.scheduling().sleep(pauseAfterCollapse);
     }
+    // The last moment at which being told to end brings the clipboard back.
+    platform_.scheduling().sleep(Duration::zero());
+    postKey(platform_, key_stroke::paste, targetProcessIdentifier);
+    // From here on the target must find the text, however late it comes for it.
+    restore.release();
     termination.reset();
     const std::int64_t count = pasteboard.changeCount();
     tracker->whenReleasable(minimumWaitAfterPaste, graceWaitAfterPaste, [&pasteboard, count, snapshot] {

@@ -13,7 +13,9 @@ namespace lomaris {
 /// front. Each call looks at the front application afresh. Used from one thread at a time, the main thread.
 class LomarisAccessibilityService {
 public:
-    /// On the platform that this build runs on.
+    /// On the platform that this build runs on, which the service keeps to itself: nobody turns its run loop after a
+    /// call. A host that replaces selections brings its own platform and turns it for 2.5 s after a replacement, so
+    /// that a paste is served and the user's clipboard restored.
     LomarisAccessibilityService();
     /// On a platform of the caller's, which must outlive the service; for hosts that share one, and for tests.
     explicit LomarisAccessibilityService(Platform& platform);

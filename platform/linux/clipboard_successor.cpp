@@ -55,8 +55,12 @@ void resetSignals() {
 
 /// Ends a process without running anything that belongs to the one it was copied from.
 [[noreturn]] void runSuccessor(int descriptor, const std::function<void()>& serve) {
-    resetSignals();
+    // What is sent to the process group meanwhile is meant for the process that ends.
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        static_cast<void>(std::signal(signal, SIG_IGN));
+    }
     setsid();
+    resetSignals();
     // A second copy, as the first one is a child whose end this process would have to wait for.
     if (fork() != 0) {
         _exit(0);

@@ -60,10 +60,7 @@ LinuxScheduling::LinuxScheduling(std::function<void()> endServices) : terminatio
 LinuxScheduling::~LinuxScheduling() = default;
 
 void LinuxScheduling::sleep(Duration duration) {
-    if (duration <= Duration::zero()) {
-        return;
-    }
-    const Moment deadline = later(now(), duration);
+    const Moment deadline = later(now(), std::max(duration, Duration::zero()));
     if (std::this_thread::get_id() == mainThread_) {
         sleepOnMainThread(deadline);
     } else {

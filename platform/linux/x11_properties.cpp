@@ -51,7 +51,7 @@ std::string receiveBytes(X11Connection& connection, PropertyRequest request) {
         return {};
     }
     const auto bytes = itemsOf<char>(connection, *reply);
-    return std::string(bytes.begin(), bytes.end());
+    return {bytes.begin(), bytes.end()};
 }
 
 bool receivePresence(X11Connection& connection, PropertyRequest request) {

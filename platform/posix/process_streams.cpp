@@ -1,5 +1,7 @@
 #include "platform/posix/process_streams.h"
 
+#include "platform/posix/termination_signals.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/types.h>
@@ -38,7 +40,7 @@ bool writeAll(int descriptor, std::string_view bytes) {
         const ssize_t written = write(descriptor, bytes.data(), bytes.size());
         if (written >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(written));
-        } else if (isTransient(errno)) {
+        } else if (isTransient(errno) && !isTerminationPending()) {
             waitUntilReady(descriptor, POLLOUT);
         } else {
             return false;

@@ -29,4 +29,7 @@ public:
     [[noreturn]] void endProcess();
 };
 
+/// Whether a signal that asks the process to end was caught and waits to be heeded. Any thread.
+[[nodiscard]] bool isTerminationPending();
+
 }  // namespace lomaris

@@ -73,9 +73,11 @@ AXError ElementState::set(std::string_view attribute, const AttributeValue& valu
     if (found != nullptr && found->set) {
         return *found->set;
     }
-    if (const SettableAnswer settable = isSettable(attribute); settable.error != AXError::success) {
+    const SettableAnswer settable = isSettable(attribute);
+    if (settable.error != AXError::success) {
         return settable.error;
-    } else if (!settable.settable) {
+    }
+    if (!settable.settable) {
         return AXError::attributeUnsupported;
     }
     if (text && isTextSettable(attribute)) {

@@ -36,6 +36,7 @@ SimulatedElement addItem(const SimulatedApplication& application, const MenuItem
 
 std::vector<Element> elementsOf(const std::vector<SimulatedElement>& handles) {
     std::vector<Element> elements;
+    elements.reserve(handles.size());
     for (const SimulatedElement& handle : handles) {
         elements.push_back(handle.element());
     }

@@ -34,15 +34,15 @@ public:
     /// From now on, each read of the attribute answers this.
     SimulatedElement& answers(std::string_view attribute, AttributeValue value);
     SimulatedElement& answers(std::string_view attribute, AXError error);
-    SimulatedElement& answers(std::string_view attribute, AttributeAnswer answer);
+    SimulatedElement& answers(std::string_view attribute, AttributeAnswer scripted);
 
     /// The first read from now on answers the first of these, the second read the second, ...; the last one stays. Each
     /// read counts, whether single or in a batch. None at all is as if the attribute were never scripted.
-    SimulatedElement& answersInTurn(std::string_view attribute, std::vector<AttributeAnswer> answers);
+    SimulatedElement& answersInTurn(std::string_view attribute, std::vector<AttributeAnswer> scripted);
 
     /// What the settable question answers. Where it answers yes and no answer to a set is scripted, a set succeeds and
     /// what was set is read from then on.
-    SimulatedElement& answersSettable(std::string_view attribute, SettableAnswer answer);
+    SimulatedElement& answersSettable(std::string_view attribute, SettableAnswer scripted);
 
     /// Each set of the attribute answers this code and changes nothing, success included.
     SimulatedElement& answersSet(std::string_view attribute, AXError error);

@@ -111,7 +111,7 @@ std::optional<Text> SimulatedPasteboard::string() {
         return std::nullopt;
     }
     const std::size_t call = journal_.begin("string()");
-    const std::optional<Text> answer = composeString();
+    std::optional<Text> answer = composeString();
     std::string& line = journal_.line(call);
     line += " -> ";
     if (answer) {

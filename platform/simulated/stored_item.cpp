@@ -36,7 +36,7 @@ std::shared_ptr<StoredItem> storedItemOf(NewPasteboardItem item) {
     return stored;
 }
 
-std::shared_ptr<StoredItem> storedItemOf(CopiedItem item) {
+std::shared_ptr<StoredItem> storedItemOf(const CopiedItem& item) {
     auto stored = std::make_shared<StoredItem>();
     for (const auto& [type, bytes] : item.data) {
         stored->store(type, bytes);

@@ -33,7 +33,7 @@ struct StoredItem {
 };
 
 [[nodiscard]] std::shared_ptr<StoredItem> storedItemOf(NewPasteboardItem item);
-[[nodiscard]] std::shared_ptr<StoredItem> storedItemOf(CopiedItem item);
+[[nodiscard]] std::shared_ptr<StoredItem> storedItemOf(const CopiedItem& item);
 [[nodiscard]] StandingItem standingItemOf(const StoredItem& item);
 
 }  // namespace lomaris::simulated
