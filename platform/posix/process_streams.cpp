@@ -7,7 +7,9 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstddef>
 
@@ -35,12 +37,30 @@ void waitUntilReady(int descriptor, short events) {
 
 bool isTransient(int error) { return error == EINTR || error == EAGAIN || error == EWOULDBLOCK; }
 
+/// Waits until the descriptor takes bytes, or until the process is asked to end; answers whether it takes them. A
+/// signal that comes just before a write would not interrupt it, so the wait looks for both.
+bool waitUntilItTakesBytes(int descriptor, int terminationDescriptor) {
+    std::array<pollfd, 2> requests{{{.fd = descriptor, .events = POLLOUT, .revents = 0},
+                                    {.fd = terminationDescriptor, .events = POLLIN, .revents = 0}}};
+    while (poll(requests.data(), requests.size(), -1) < 0 && errno == EINTR) {
+    }
+    return requests[1].revents == 0;
+}
+
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        std::string_view piece = bytes;
+        if (const int termination = terminationDescriptor(); termination >= 0) {
+            if (!waitUntilItTakesBytes(descriptor, termination)) {
+                return false;
+            }
+            // A pipe that takes bytes takes this many without blocking.
+            piece = piece.substr(0, PIPE_BUF);
+        }
+        const ssize_t written = write(descriptor, piece.data(), piece.size());
         if (written >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(written));
-        } else if (isTransient(errno) && !isTerminationPending()) {
+        } else if (isTransient(errno)) {
             waitUntilReady(descriptor, POLLOUT);
         } else {
             return false;

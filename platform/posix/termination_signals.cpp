@@ -104,6 +104,6 @@ void TerminationSignals::endProcess() {
     std::_Exit(endedBySignal + signal);
 }
 
-bool isTerminationPending() { return firstSignal.load() != 0; }
+int terminationDescriptor() { return readEnd; }
 
 }  // namespace lomaris

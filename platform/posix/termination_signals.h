@@ -29,7 +29,8 @@ public:
     [[noreturn]] void endProcess();
 };
 
-/// Whether a signal that asks the process to end was caught and waits to be heeded. Any thread.
-[[nodiscard]] bool isTerminationPending();
+/// A file that has something to read once a signal that asks the process to end was caught, as long as signals are
+/// caught; negative where they are not. For waits that do not know who catches them. Any thread.
+[[nodiscard]] int terminationDescriptor();
 
 }  // namespace lomaris
