@@ -1,0 +1,92 @@
+#include "tests/real/browser.h"
+
+#include "platform/attributes.h"
+#include "platform/native_platform.h"
+#include "tests/real/desktop.h"
+#include "tests/real/waiting.h"
+#include "text/utf8.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+#include <vector>
+
+namespace lomaris::test {
+
+namespace {
+
+// The counter tells a page that was loaded again from the one before.
+constexpr const char* page = R"(<!doctype html><meta charset=utf-8><title>Opening</title>
+<textarea id=t rows=4 cols=60 autocomplete=off></textarea>
+<script>
+const show = () => { document.title = `page ${count}: "${t.value}" ${t.selectionStart}-${t.selectionEnd} end`; };
+const count = Number(sessionStorage.count || 0) + 1;
+sessionStorage.count = count;
+onload = () => { t.value = 'The quick brown fox jumps'; t.focus(); t.setSelectionRange(10, 19); show(); };
+t.oninput = show;
+</script>)";
+
+std::filesystem::path makeDirectory() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "lomaris-browser.XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) {
+        throw std::runtime_error("no temporary directory");
+    }
+    return pattern;
+}
+
+/// The number of the page that is shown; empty where none is.
+std::string pageInFront() {
+    const std::string title = titleInFront();
+    return title.starts_with("page ") ? title.substr(0, title.find(':')) : "";
+}
+
+}  // namespace
+
+Browser::Browser() : directory_(makeDirectory()), platform_(nativePlatform()) {
+    std::filesystem::create_directory(directory_ / "profile");
+    std::ofstream(directory_ / "page.html", std::ios::binary) << page;
+    program_ = std::make_unique<RunningProgram>(
+        std::vector<std::string>{"firefox-esr", "--new-instance", "--profile", (directory_ / "profile").string(),
+                                 "file://" + (directory_ / "page.html").string()});
+    if (!waitFor([this] { return processInFront() == processIdentifier() && comesToShow(document, "10-19"); })) {
+        throw std::runtime_error("the browser did not show its page");
+    }
+}
+
+Browser::~Browser() {
+    program_.reset();
+    std::error_code ignored;
+    std::filesystem::remove_all(directory_, ignored);
+}
+
+void Browser::reset() {
+    const std::string before = pageInFront();
+    pressKeys({"F5"});
+    const bool isReset = waitFor([&before] { return !pageInFront().empty() && pageInFront() != before; });
+    if (!isReset || !comesToShow(document, "10-19")) {
+        throw std::runtime_error("the page did not load again");
+    }
+    // The browser tells the accessibility bus about a page some time after it shows it.
+    if (!waitFor([this] { return exposesTheSelection(); })) {
+        throw std::runtime_error("the browser does not expose its selection");
+    }
+}
+
+bool Browser::comesToShow(const std::string& text, const std::string& range) {
+    const std::string shown = "\"" + text + "\" " + range + " end";
+    return waitFor([&shown] { return titleInFront().find(shown) != std::string::npos; });
+}
+
+bool Browser::exposesTheSelection() {
+    Accessibility& accessibility = platform_->accessibility();
+    const Element application = accessibility.applicationElement(processIdentifier());
+    const ElementAnswer focused = accessibility.copyElementAttribute(application, attribute::focusedUIElement);
+    if (!focused.element) {
+        return false;
+    }
+    const AttributeAnswer selected = accessibility.copyAttribute(*focused.element, attribute::selectedText);
+    const Text* const text = std::get_if<Text>(&selected.value);
+    return text != nullptr && utf8FromText(*text) == selection;
+}
+
+}  // namespace lomaris::test

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/platform.h"
+#include "tests/real/running_program.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace lomaris::test {
+
+/// A browser in front that shows one editable text with some of it selected. Killed with this object.
+///
+/// The page says in its title what stands in the text and which part of it is selected, so that what the browser has
+/// done shows without the interfaces under test.
+class Browser {
+public:
+    /// The text, and the part of it that is selected, whenever the page has been reset.
+    static constexpr const char* document = "The quick brown fox jumps";
+    static constexpr const char* selection = "brown fox";
+
+    /// Starts it with a profile of its own. Throws where its page does not come to the front.
+    Browser();
+    Browser(const Browser&) = delete;
+    Browser& operator=(const Browser&) = delete;
+    ~Browser();
+
+    [[nodiscard]] pid_t processIdentifier() const { return program_->processIdentifier(); }
+
+    /// Loads the page anew. Throws where the selection does not come to show to programs that assist the user.
+    void reset();
+
+    /// Whether the text and its selection ("10-19") come to be these.
+    [[nodiscard]] static bool comesToShow(const std::string& text, const std::string& range);
+
+private:
+    [[nodiscard]] bool exposesTheSelection();
+
+    std::filesystem::path directory_;
+    std::unique_ptr<Platform> platform_;
+    std::unique_ptr<RunningProgram> program_;
+};
+
+}  // namespace lomaris::test

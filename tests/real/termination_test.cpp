@@ -1,0 +1,175 @@
+#include "tests/real/key_window.h"
+#include "tests/real/user_clipboard.h"
+#include "tests/real/waiting.h"
+#include "tests/support/process.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <future>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+extern char** environ;
+
+namespace lomaris::test {
+namespace {
+
+enum class OutputPipe { empty, full };
+
+/// The tool while it runs, with a pipe that nobody reads as its standard output.
+class RunningTool {
+public:
+    explicit RunningTool(std::vector<std::string> arguments, OutputPipe output = OutputPipe::empty) {
+        if (pipe2(ends_.data(), O_CLOEXEC) != 0) {
+            throw std::runtime_error("no pipe");
+        }
+        if (output == OutputPipe::full) {
+            fill();
+        }
+        arguments.insert(arguments.begin(), LOMARIS_TOOL);
+        std::vector<char*> pointers;
+        for (std::string& argument : arguments) {
+            pointers.push_back(argument.data());
+        }
+        pointers.push_back(nullptr);
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions, ends_[1], STDOUT_FILENO);
+        const int error = posix_spawn(&process_, LOMARIS_TOOL, &actions, nullptr, pointers.data(), environ);
+        posix_spawn_file_actions_destroy(&actions);
+        if (error != 0) {
+            throw std::runtime_error("the tool could not be started");
+        }
+    }
+    RunningTool(const RunningTool&) = delete;
+    RunningTool& operator=(const RunningTool&) = delete;
+    ~RunningTool() {
+        if (process_ > 0) {
+            kill(process_, SIGKILL);
+            waitpid(process_, nullptr, 0);
+        }
+        close(ends_[0]);
+        close(ends_[1]);
+    }
+
+    void signal(int number) const { kill(process_, number); }
+
+    /// Exit status, or the negated number of the signal that ended it; nothing where it does not end.
+    [[nodiscard]] std::optional<int> end() {
+        int status = 0;
+        if (!waitFor([this, &status] { return waitpid(process_, &status, WNOHANG) == process_; })) {
+            return std::nullopt;
+        }
+        process_ = -1;
+        return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+    }
+
+private:
+    void fill() const {
+        const std::array<char, 4096> bytes{};
+        fcntl(ends_[1], F_SETFL, O_NONBLOCK);
+        while (write(ends_[1], bytes.data(), bytes.size()) > 0) {
+        }
+        fcntl(ends_[1], F_SETFL, 0);
+    }
+
+    std::array<int, 2> ends_{-1, -1};
+    pid_t process_ = -1;
+};
+
+/// A target in front which copies and pastes when the test has it do so, and the user's clipboard.
+class Termination : public testing::Test {
+protected:
+    /// Copies words whenever it is asked, until it is to paste or `isOver`; whether it was to paste.
+    [[nodiscard]] bool copiesUntilItIsToPaste(const std::function<bool()>& isOver) {
+        bool isToPaste = false;
+        const bool isReached = waitFor([&] {
+            const std::vector<std::string> keys = window_.takeKeys();
+            if (std::find(keys.begin(), keys.end(), "+c control") != keys.end()) {
+                copied_ = std::make_unique<OtherOwner>(std::vector<OfferedTarget>{{"UTF8_STRING", {"", 8, "words"}}});
+            }
+            isToPaste = std::find(keys.begin(), keys.end(), "+v control") != keys.end();
+            return isToPaste || isOver();
+        });
+        return isReached && isToPaste;
+    }
+
+    /// Whether the target comes to be asked for a copy, which it does not make.
+    [[nodiscard]] bool isAskedToCopy() {
+        return waitFor([this] {
+            const std::vector<std::string> keys = window_.takeKeys();
+            return std::find(keys.begin(), keys.end(), "+c control") != keys.end();
+        });
+    }
+
+private:
+    KeyWindow window_;
+    UserClipboard clipboard_;
+    std::unique_ptr<OtherOwner> copied_;
+};
+
+constexpr std::array<int, 3> endingSignals{SIGTERM, SIGINT, SIGHUP};
+
+TEST_F(Termination, DuringAReadPutsTheClipboardBack) {
+    for (const int signal : endingSignals) {
+        RunningTool tool({"read-selection"});
+        ASSERT_TRUE(isAskedToCopy());
+        EXPECT_FALSE(UserClipboard::isIntact()) << "the tool waits for the copy";
+        tool.signal(signal);
+        EXPECT_EQ(tool.end(), -signal);
+        EXPECT_TRUE(UserClipboard::isIntact()) << signal;
+    }
+}
+
+TEST_F(Termination, BeforeAReplacementPutsTheClipboardBack) {
+    for (const int signal : endingSignals) {
+        RunningTool tool({"replace-selection", "--replacement", "others"});
+        ASSERT_TRUE(isAskedToCopy());
+        tool.signal(signal);
+        EXPECT_EQ(tool.end(), -signal);
+        EXPECT_TRUE(UserClipboard::isIntact()) << signal;
+    }
+}
+
+TEST_F(Termination, AfterAPasteKeepsTheTextThatTheTargetIsToFind) {
+    for (const int signal : endingSignals) {
+        // It cannot end by itself, as nobody takes its output.
+        RunningTool tool({"replace-selection", "--replacement", "others"}, OutputPipe::full);
+        ASSERT_TRUE(copiesUntilItIsToPaste([] { return false; }));
+        tool.signal(signal);
+        ASSERT_EQ(tool.end(), -signal);
+        EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "others"})) << signal;
+    }
+}
+
+TEST_F(Termination, EndsTheOutputsThoughTheTextIsStillServed) {
+    // Returns once both outputs have ended.
+    auto result = std::async(std::launch::async, [] {
+        return runTool({"replace-selection", "--replacement", "others"});
+    });
+    const auto isOver = [&result] { return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready; };
+    EXPECT_TRUE(copiesUntilItIsToPaste(isOver));
+    const bool hasEnded = waitFor(isOver);
+    EXPECT_TRUE(hasEnded);
+    EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "others"}));
+    // Whoever serves the clipboard ends with this, so that the outputs do as well.
+    const OtherOwner next({});
+    EXPECT_EQ(result.get(), (ProcessResult{0, "replaced\n", ""}));
+}
+
+}  // namespace
+}  // namespace lomaris::test

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "tests/real/clipboard_other_owner.h"
+#include "tests/real/clipboard_other_reader.h"
+#include "tests/real/clipboard_world.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lomaris::test {
+
+/// All that a program which pastes can get from the clipboard, by target. Without the targets that are about the
+/// clipboard itself.
+using ClipboardContents = std::map<std::string, std::optional<PropertyValue>>;
+
+[[nodiscard]] inline ClipboardContents clipboardContents() {
+    OtherReader reader;
+    ClipboardContents contents;
+    for (const std::string& target : reader.targets()) {
+        if (target != "TARGETS" && target != "MULTIPLE" && target != "TIMESTAMP") {
+            contents[target] = reader.read(target);
+        }
+    }
+    return contents;
+}
+
+/// What the user copied before the tool runs: words with their formatting, and a picture.
+class UserClipboard {
+public:
+    /// Whether all of it, and nothing else, is there to be pasted.
+    [[nodiscard]] static bool isIntact() {
+        return clipboardContents() == ClipboardContents{{"UTF8_STRING", PropertyValue{"UTF8_STRING", 8, words()}},
+                                                        {"image/png", PropertyValue{"image/png", 8, longBytes(50000)}},
+                                                        {"text/html", PropertyValue{"text/html", 8, markup()}}};
+    }
+
+private:
+    static std::string words() { return "the user's \xf0\x9f\x91\x8b words"; }
+    static std::string markup() { return "<b>the user's</b> words"; }
+
+    OtherOwner owner_{{{"UTF8_STRING", {"", 8, words()}},
+                       {"text/html", {"", 8, markup()}},
+                       {"image/png", {"", 8, longBytes(50000)}}}};
+};
+
+}  // namespace lomaris::test
