@@ -160,6 +160,7 @@ void queueChildren(BusConnection& bus, const ObjectReference& object, AttributeA
 void queueBarItems(BusConnection& bus, const ObjectReference& bar, AttributeAnswer& answer) {
     queueChildren(bus, bar, answer, [&answer](std::vector<ObjectReference> children) {
         std::vector<Element> items;
+        items.reserve(children.size());
         for (ObjectReference& child : children) {
             items.push_back(makeElement(MenuPart{MenuLevel::barItem, std::move(child)}));
         }

@@ -47,9 +47,7 @@ void SimulatedDesktop::userCopies(TextView text) {
     userCopiesItems({std::move(item)});
 }
 
-void SimulatedDesktop::userCopiesItems(std::vector<CopiedItem> items) {
-    world_->pasteboard.copyAsOther(std::move(items));
-}
+void SimulatedDesktop::userCopiesItems(const std::vector<CopiedItem>& items) { world_->pasteboard.copyAsOther(items); }
 
 void SimulatedDesktop::readPasteboardAsAnotherProgram(const PasteboardType& type,
                                                       std::function<void(std::optional<Bytes>)> whenRead) {

@@ -107,7 +107,7 @@ public:
     /// Another program clears the pasteboard and writes one item with this plain text.
     void userCopies(TextView text);
     /// Another program clears the pasteboard and writes these items.
-    void userCopiesItems(std::vector<CopiedItem> items);
+    void userCopiesItems(const std::vector<CopiedItem>& items);
     /// Another program asks for the bytes of the first item that has `type`. `whenRead` gets them: at once where they
     /// are there, nobody has them or another program promised them; when this process has kept its promise, which it
     /// does in a run-loop slice or at the end of the desktop; with nothing when the contents go away before that. What

@@ -210,11 +210,11 @@ std::optional<Bytes> SimulatedPasteboard::fetch(const std::shared_ptr<StoredItem
     return entry->bytes;
 }
 
-void SimulatedPasteboard::copyAsOther(std::vector<CopiedItem> items) {
+void SimulatedPasteboard::copyAsOther(const std::vector<CopiedItem>& items) {
     isOwnedHere_ = false;
     clear();
-    for (CopiedItem& item : items) {
-        append(storedItemOf(std::move(item)));
+    for (const CopiedItem& item : items) {
+        append(storedItemOf(item));
     }
 }
 

@@ -32,7 +32,7 @@ public:
     /// The bytes of one type of an item, asked from whoever promised them.
     [[nodiscard]] std::optional<Bytes> fetch(const std::shared_ptr<StoredItem>& item, const PasteboardType& type);
 
-    void copyAsOther(std::vector<CopiedItem> items);
+    void copyAsOther(const std::vector<CopiedItem>& items);
     /// The plain text of all items, as another program finds it now.
     [[nodiscard]] std::optional<Text> stringForOthers();
     void readAsOther(const PasteboardType& type, WhenRead whenRead);

@@ -41,9 +41,9 @@ std::shared_ptr<StoredItem> storedItemOf(const CopiedItem& item) {
     for (const auto& [type, bytes] : item.data) {
         stored->store(type, bytes);
     }
-    for (auto& [type, promise] : item.promises) {
+    for (const auto& [type, promise] : item.promises) {
         if (stored->find(type) == nullptr) {
-            stored->entries.push_back({std::move(type), std::nullopt, std::move(promise), false});
+            stored->entries.push_back({type, std::nullopt, promise, false});
         }
     }
     return stored;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,6 +31,11 @@ struct ProcessResult {
 
     friend bool operator==(const ProcessResult&, const ProcessResult&) = default;
 };
+
+/// How a failing assertion shows it.
+inline void PrintTo(const ProcessResult& result, std::ostream* stream) {
+    *stream << "status " << result.status << ", output \"" << result.output << "\", error \"" << result.error << '"';
+}
 
 /// Runs a program to its end. Throws where it cannot be started.
 [[nodiscard]] ProcessResult runProcess(const std::vector<std::string>& commandLine, const ProcessOptions& options = {});
