@@ -2,6 +2,7 @@
 #include "tests/real/desktop.h"
 #include "tests/real/key_hand.h"
 #include "tests/real/running_program.h"
+#include "tests/real/second_server.h"
 #include "tests/real/waiting.h"
 
 #include <gtest/gtest.h>
@@ -21,31 +22,8 @@ namespace {
 constexpr KeyStroke copyKey{8, commandFlag};
 
 /// Posts to an X server that a test may freeze or kill, as the display of this process.
-class KeyServer : public testing::Test {
+class KeyServer : public SecondServer {
 protected:
-    void SetUp() override {
-        if (const std::string missing = missingPrograms({"Xvfb"}); !missing.empty()) {
-            GTEST_SKIP() << missing;
-        }
-        display_ = std::getenv("DISPLAY");
-        authority_ = std::getenv("XAUTHORITY");
-        unsetenv("XAUTHORITY");
-        // Far from the numbers that servers choose for themselves, and this process's own.
-        const std::string number = std::to_string(1000 + getpid() % 50000);
-        server_ = std::make_unique<RunningProgram>(std::vector<std::string>{"Xvfb", ":" + number, "-noreset"});
-        setenv("DISPLAY", (":" + number).c_str(), 1);
-        ASSERT_TRUE(waitFor([] { return nativePlatform()->events().preflightPostEventAccess(); }));
-    }
-
-    void TearDown() override {
-        if (!display_.empty()) {
-            setenv("DISPLAY", display_.c_str(), 1);
-            setenv("XAUTHORITY", authority_.c_str(), 1);
-        }
-    }
-
-    [[nodiscard]] RunningProgram& server() { return *server_; }
-
     [[nodiscard]] static bool isAnyKeyDown() {
         xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
         xcb_query_keymap_reply_t* const reply =
@@ -56,11 +34,6 @@ protected:
         xcb_disconnect(connection);
         return isDown;
     }
-
-private:
-    std::string display_;
-    std::string authority_;
-    std::unique_ptr<RunningProgram> server_;
 };
 
 TEST_F(KeyServer, CreatesNothingOnceItHangs) {

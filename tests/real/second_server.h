@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/native_platform.h"
+#include "tests/real/desktop.h"
+#include "tests/real/running_program.h"
+#include "tests/real/waiting.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace lomaris::test {
+
+/// A second X server, which a test may freeze or kill, as the display of this process.
+class SecondServer : public testing::Test {
+protected:
+    void SetUp() override {
+        if (const std::string missing = missingPrograms({"Xvfb"}); !missing.empty()) {
+            GTEST_SKIP() << missing;
+        }
+        display_ = std::getenv("DISPLAY");
+        authority_ = std::getenv("XAUTHORITY");
+        unsetenv("XAUTHORITY");
+        // Far from the numbers that servers choose for themselves, and this process's own.
+        const std::string number = std::to_string(1000 + getpid() % 50000);
+        server_ = std::make_unique<RunningProgram>(std::vector<std::string>{"Xvfb", ":" + number, "-noreset"});
+        setenv("DISPLAY", (":" + number).c_str(), 1);
+        ASSERT_TRUE(waitFor([] { return nativePlatform()->events().preflightPostEventAccess(); }));
+    }
+
+    void TearDown() override {
+        if (!display_.empty()) {
+            setenv("DISPLAY", display_.c_str(), 1);
+            setenv("XAUTHORITY", authority_.c_str(), 1);
+        }
+    }
+
+    [[nodiscard]] RunningProgram& server() { return *server_; }
+
+private:
+    std::string display_;
+    std::string authority_;
+    std::unique_ptr<RunningProgram> server_;
+};
+
+}  // namespace lomaris::test
