@@ -54,8 +54,11 @@ struct Pipe {
 
 Pipe makePipe() {
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+    if (pipe(ends.data()) != 0) {
         throw std::system_error(errno, std::generic_category(), "pipe");
+    }
+    for (const int end : ends) {
+        fcntl(end, F_SETFD, FD_CLOEXEC);
     }
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
