@@ -1,5 +1,7 @@
 #include "platform/linux/x11_keyboard_requests.h"
 
+#include "platform/linux/x11_keyboard_wire.h"
+
 #include <sys/uio.h>
 
 #include <array>
@@ -16,152 +18,6 @@ namespace {
 xcb_extension_t keyboardExtension{"XKEYBOARD", 0};
 xcb_extension_t devicesExtension{"XInputExtension", 0};
 xcb_extension_t syntheticInputExtension{"XTEST", 0};
-
-/// The numbers of the requests within their extensions.
-namespace operation {
-constexpr std::uint8_t useKeyboard = 0;
-constexpr std::uint8_t getKeyboardState = 4;
-constexpr std::uint8_t changeLocks = 5;
-constexpr std::uint8_t getKeyboardMap = 8;
-constexpr std::uint8_t queryDeviceState = 30;
-constexpr std::uint8_t queryDevicesVersion = 47;
-constexpr std::uint8_t queryDevices = 48;
-constexpr std::uint8_t getSyntheticInputVersion = 0;
-constexpr std::uint8_t fakeInput = 2;
-}  // namespace operation
-
-/// The beginning of every request; the library fills it in.
-struct RequestHead {
-    std::uint8_t extension = 0;
-    std::uint8_t operation = 0;
-    std::uint16_t lengthInWords = 0;
-};
-
-struct UseKeyboardExtension {
-    RequestHead head;
-    std::uint16_t major = 1;
-    std::uint16_t minor = 0;
-};
-
-struct UseKeyboardExtensionReply {
-    std::uint8_t type;
-    std::uint8_t isSupported;
-};
-
-struct QueryDevicesVersion {
-    RequestHead head;
-    std::uint16_t major = 2;
-    std::uint16_t minor = 0;
-};
-
-struct QuerySyntheticInputVersion {
-    RequestHead head;
-    std::uint8_t major = 2;
-    std::uint8_t unused = 0;
-    std::uint16_t minor = 2;
-};
-
-struct GetKeyboardState {
-    RequestHead head;
-    std::uint16_t device = sessionKeyboard;
-    std::uint16_t unused = 0;
-};
-
-struct KeyboardStateReply {
-    std::array<std::uint8_t, 8> head;
-    std::uint8_t modifiers;
-    std::uint8_t heldModifiers;
-    std::uint8_t latchedModifiers;
-    std::uint8_t lockedModifiers;
-    std::uint8_t group;
-    std::uint8_t lockedGroup;
-    std::int16_t heldGroup;
-    std::int16_t latchedGroup;
-};
-
-struct GetKeyboardMap {
-    RequestHead head;
-    std::uint16_t device = 0;
-    /// Keysyms and the modifier map, of every key.
-    std::uint16_t completeParts = (1U << 1U) | (1U << 2U);
-    std::array<std::uint8_t, 20> partialParts{};
-};
-
-struct ChangeLocks {
-    RequestHead head;
-    std::uint16_t device = sessionKeyboard;
-    std::uint8_t affectedLocks = 0;
-    std::uint8_t locks = 0;
-    std::uint8_t locksGroup = 0;
-    std::uint8_t lockedGroup = 0;
-    std::uint8_t affectedLatches = 0;
-    std::uint8_t latches = 0;
-    std::uint8_t unused = 0;
-    std::uint8_t latchesGroup = 0;
-    std::int16_t latchedGroup = 0;
-};
-
-struct QueryDevices {
-    RequestHead head;
-    /// 0 stands for all of them.
-    std::uint16_t device = 0;
-    std::uint16_t unused = 0;
-};
-
-struct DevicesReply {
-    std::array<std::uint8_t, 8> head;
-    std::uint16_t count;
-    std::array<std::uint8_t, 22> unused;
-};
-
-struct DeviceEntry {
-    std::uint16_t identifier;
-    std::uint16_t use;
-    std::uint16_t attachment;
-    std::uint16_t classCount;
-    std::uint16_t nameLength;
-    std::uint16_t isEnabled;
-};
-
-/// What follows the name: its length comes in words, this head included.
-struct DeviceClassHead {
-    std::uint16_t type;
-    std::uint16_t lengthInWords;
-};
-
-struct QueryDeviceState {
-    RequestHead head;
-    std::uint8_t device = 0;
-    std::array<std::uint8_t, 3> unused{};
-};
-
-struct DeviceStateReply {
-    std::array<std::uint8_t, 8> head;
-    std::uint8_t classCount;
-    std::array<std::uint8_t, 23> unused;
-};
-
-struct KeyClassState {
-    std::uint8_t type;
-    std::uint8_t length;
-    std::uint8_t keyCount;
-    std::uint8_t unused;
-    std::array<std::uint8_t, 32> keys;
-};
-
-struct FakeInput {
-    RequestHead head;
-    std::uint8_t event = 0;
-    std::uint8_t keycode = 0;
-    std::uint16_t unused1 = 0;
-    std::uint32_t delay = 0;
-    std::uint32_t root = 0;
-    std::array<std::uint8_t, 19> unused2{};
-    std::uint8_t device = 0;
-};
-
-// The sizes that the protocol gives them.
-static_assert(sizeof(ChangeLocks) == 16 && sizeof(GetKeyboardMap) == 28 && sizeof(FakeInput) == 36);
 
 enum class Answer : bool { none, expected };
 
@@ -205,21 +61,21 @@ std::optional<Item> receive(X11Connection& connection, KeyboardRequest request) 
 }
 
 bool prepareKeyboard(X11Connection& connection) {
-    const auto version = receive<UseKeyboardExtensionReply>(
-        connection,
-        send(connection, keyboardExtension, operation::useKeyboard, Answer::expected, UseKeyboardExtension{}));
+    const auto version = receive<wire::UseKeyboardExtensionReply>(
+        connection, send(connection, keyboardExtension, wire::operation::useKeyboard, Answer::expected,
+                         wire::UseKeyboardExtension{}));
     return version && version->isSupported != 0;
 }
 
 bool prepareDevices(X11Connection& connection) {
-    return connection.wait<xcb_generic_reply_t>(send(connection, devicesExtension, operation::queryDevicesVersion,
-                                                     Answer::expected, QueryDevicesVersion{})) != nullptr;
+    return connection.wait<xcb_generic_reply_t>(send(connection, devicesExtension, wire::operation::queryDevicesVersion,
+                                                     Answer::expected, wire::QueryDevicesVersion{})) != nullptr;
 }
 
 bool prepareSyntheticInput(X11Connection& connection) {
     return connection.wait<xcb_generic_reply_t>(send(connection, syntheticInputExtension,
-                                                     operation::getSyntheticInputVersion, Answer::expected,
-                                                     QuerySyntheticInputVersion{})) != nullptr;
+                                                     wire::operation::getSyntheticInputVersion, Answer::expected,
+                                                     wire::QuerySyntheticInputVersion{})) != nullptr;
 }
 
 xcb_extension_t& extensionOf(InputExtension extension) {
@@ -235,17 +91,17 @@ xcb_extension_t& extensionOf(InputExtension extension) {
 }
 
 struct NamedDevice {
-    DeviceEntry entry;
+    wire::DeviceEntry entry;
     std::string_view name;
 };
 
 /// The devices of a reply, up to the first that does not fit.
 std::vector<NamedDevice> namedDevicesOf(std::span<const std::byte> bytes) {
     std::vector<NamedDevice> devices;
-    const auto head = itemAt<DevicesReply>(bytes, 0);
-    std::size_t place = sizeof(DevicesReply);
+    const auto head = itemAt<wire::DevicesReply>(bytes, 0);
+    std::size_t place = sizeof(wire::DevicesReply);
     for (unsigned index = 0; head && index < head->count; ++index) {
-        const auto entry = itemAt<DeviceEntry>(bytes, place);
+        const auto entry = itemAt<wire::DeviceEntry>(bytes, place);
         if (!entry || bytes.size() - place - sizeof *entry < entry->nameLength) {
             return devices;
         }
@@ -253,7 +109,7 @@ std::vector<NamedDevice> namedDevicesOf(std::span<const std::byte> bytes) {
         devices.push_back({*entry, {reinterpret_cast<const char*>(bytes.data() + place), entry->nameLength}});
         place += (entry->nameLength + std::size_t{3}) / 4 * 4;
         for (unsigned number = 0; number < entry->classCount; ++number) {
-            const auto classHead = itemAt<DeviceClassHead>(bytes, place);
+            const auto classHead = itemAt<wire::DeviceClassHead>(bytes, place);
             if (!classHead) {
                 return devices;
             }
@@ -265,7 +121,7 @@ std::vector<NamedDevice> namedDevicesOf(std::span<const std::byte> bytes) {
 
 void sendMove(X11Connection& connection, const KeyMove& move) {
     const bool isDown = move.direction == KeyMove::Direction::down;
-    FakeInput input;
+    wire::FakeInput input;
     input.keycode = move.keycode;
     if (move.userKeyboard) {
         const xcb_query_extension_reply_t* const devices =
@@ -278,18 +134,18 @@ void sendMove(X11Connection& connection, const KeyMove& move) {
     } else {
         input.event = isDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
     }
-    send(connection, syntheticInputExtension, operation::fakeInput, Answer::none, input);
+    send(connection, syntheticInputExtension, wire::operation::fakeInput, Answer::none, input);
 }
 
 void sendLocks(X11Connection& connection, const LockChange& change) {
-    ChangeLocks request;
+    wire::ChangeLocks request;
     request.affectedLocks = change.affected;
     request.locks = change.locked;
     request.locksGroup = change.lockedGroup ? 1 : 0;
     request.lockedGroup = change.lockedGroup.value_or(0);
     request.affectedLatches = 0xff;
     request.latchesGroup = 1;
-    send(connection, keyboardExtension, operation::changeLocks, Answer::none, request);
+    send(connection, keyboardExtension, wire::operation::changeLocks, Answer::none, request);
 }
 
 }  // namespace
@@ -311,11 +167,12 @@ bool prepareInputExtension(X11Connection& connection, InputExtension extension) 
 }
 
 KeyboardRequest requestKeyboardState(X11Connection& connection) {
-    return send(connection, keyboardExtension, operation::getKeyboardState, Answer::expected, GetKeyboardState{});
+    return send(connection, keyboardExtension, wire::operation::getKeyboardState, Answer::expected,
+                wire::GetKeyboardState{});
 }
 
 std::optional<KeyboardState> receiveKeyboardState(X11Connection& connection, KeyboardRequest request) {
-    const auto reply = receive<KeyboardStateReply>(connection, request);
+    const auto reply = receive<wire::KeyboardStateReply>(connection, request);
     if (!reply) {
         return std::nullopt;
     }
@@ -331,9 +188,9 @@ std::optional<KeyboardState> receiveKeyboardState(X11Connection& connection, Key
 }
 
 KeyboardRequest requestKeyboardMap(X11Connection& connection, InputDevice device) {
-    GetKeyboardMap request;
+    wire::GetKeyboardMap request;
     request.device = device;
-    return send(connection, keyboardExtension, operation::getKeyboardMap, Answer::expected, request);
+    return send(connection, keyboardExtension, wire::operation::getKeyboardMap, Answer::expected, request);
 }
 
 std::optional<KeyboardMap> receiveKeyboardMap(X11Connection& connection, KeyboardRequest request) {
@@ -342,7 +199,7 @@ std::optional<KeyboardMap> receiveKeyboardMap(X11Connection& connection, Keyboar
 }
 
 KeyboardRequest requestInputDevices(X11Connection& connection) {
-    return send(connection, devicesExtension, operation::queryDevices, Answer::expected, QueryDevices{});
+    return send(connection, devicesExtension, wire::operation::queryDevices, Answer::expected, wire::QueryDevices{});
 }
 
 std::optional<InputDevices> receiveInputDevices(X11Connection& connection, KeyboardRequest request) {
@@ -375,9 +232,9 @@ std::optional<InputDevices> receiveInputDevices(X11Connection& connection, Keybo
 }
 
 KeyboardRequest requestPressedKeys(X11Connection& connection, InputDevice device) {
-    QueryDeviceState request;
+    wire::QueryDeviceState request;
     request.device = static_cast<std::uint8_t>(device);
-    return send(connection, devicesExtension, operation::queryDeviceState, Answer::expected, request);
+    return send(connection, devicesExtension, wire::operation::queryDeviceState, Answer::expected, request);
 }
 
 PressedKeys receivePressedKeys(X11Connection& connection, KeyboardRequest request) {
@@ -387,11 +244,11 @@ PressedKeys receivePressedKeys(X11Connection& connection, KeyboardRequest reques
         return {};
     }
     const std::span<const std::byte> bytes = bytesOf(reply);
-    const auto head = itemAt<DeviceStateReply>(bytes, 0);
-    std::size_t place = sizeof(DeviceStateReply);
+    const auto head = itemAt<wire::DeviceStateReply>(bytes, 0);
+    std::size_t place = sizeof(wire::DeviceStateReply);
     for (unsigned index = 0; head && index < head->classCount && place + 1 < bytes.size(); ++index) {
         if (std::to_integer<std::uint8_t>(bytes[place]) == keyClass) {
-            const auto keys = itemAt<KeyClassState>(bytes, place);
+            const auto keys = itemAt<wire::KeyClassState>(bytes, place);
             return keys ? pressedKeysFrom(keys->keys) : PressedKeys();
         }
         place += std::to_integer<std::uint8_t>(bytes[place + 1]);
