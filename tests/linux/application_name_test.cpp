@@ -1,12 +1,12 @@
 #include "platform/linux/application_name.h"
 
+#include "tests/support/temporary_directory.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,27 +17,18 @@ namespace {
 /// Two data directories, removed at the end.
 class ApplicationName : public testing::Test {
 protected:
-    ApplicationName() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "lomaris-entries.XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("no temporary directory");
-        }
-        root_ = pattern;
-    }
-    ~ApplicationName() override { std::filesystem::remove_all(root_); }
-
     void write(const std::string& directory, const std::string& file, std::string_view contents) {
-        std::filesystem::create_directories(root_ / directory / "applications");
-        std::ofstream(root_ / directory / "applications" / file) << contents;
+        std::filesystem::create_directories(root_.path() / directory / "applications");
+        std::ofstream(root_.path() / directory / "applications" / file) << contents;
     }
 
     [[nodiscard]] std::optional<std::string> nameOf(std::string_view entry) const {
-        const std::vector<std::string> directories{(root_ / "own").string(), (root_ / "system").string()};
+        const std::vector<std::string> directories{(root_.path() / "own").string(), (root_.path() / "system").string()};
         return desktopEntryName(entry, directories, std::vector<std::string>{});
     }
 
 private:
-    std::filesystem::path root_;
+    TemporaryDirectory root_;
 };
 
 TEST_F(ApplicationName, ComesFromTheFirstDirectoryThatHasTheEntry) {

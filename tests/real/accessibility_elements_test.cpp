@@ -7,6 +7,7 @@
 #include "tests/real/editor.h"
 #include "tests/real/running_program.h"
 #include "tests/real/waiting.h"
+#include "tests/support/temporary_directory.h"
 #include "text/utf8.h"
 
 #include <gtest/gtest.h>
@@ -113,24 +114,15 @@ protected:
         if (const std::string missing = missingPrograms({"firefox-esr", "xdotool"}); !missing.empty()) {
             GTEST_SKIP() << missing;
         }
-        std::string pattern = (std::filesystem::temp_directory_path() / "lomaris-browser.XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        directory_ = pattern;
-    }
-
-    void TearDown() override {
-        browser_.reset();
-        std::error_code ignored;
-        std::filesystem::remove_all(directory_, ignored);
     }
 
     /// Opens the page; whether its title came to the front.
     bool show(const std::string& page) {
-        std::filesystem::create_directory(directory_ / "profile");
-        std::ofstream(directory_ / "page.html", std::ios::binary) << page;
-        browser_ = std::make_unique<RunningProgram>(
-            std::vector<std::string>{"firefox-esr", "--new-instance", "--profile", (directory_ / "profile").string(),
-                                     "file://" + (directory_ / "page.html").string()});
+        std::filesystem::create_directory(directory_.path() / "profile");
+        std::ofstream(directory_.path() / "page.html", std::ios::binary) << page;
+        browser_ = std::make_unique<RunningProgram>(std::vector<std::string>{
+            "firefox-esr", "--new-instance", "--profile", (directory_.path() / "profile").string(),
+            "file://" + (directory_.path() / "page.html").string()});
         return waitFor([this] { return processInFront() == browser_->processIdentifier() && isShown(); });
     }
 
@@ -151,7 +143,8 @@ protected:
 private:
     static bool isShown() { return titleInFront().find("Padded") != std::string::npos; }
 
-    std::filesystem::path directory_;
+    /// First, so that it goes when the browser has ended.
+    TemporaryDirectory directory_;
     std::unique_ptr<RunningProgram> browser_;
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };

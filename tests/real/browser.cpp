@@ -7,6 +7,7 @@
 #include "text/utf8.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <vector>
@@ -26,14 +27,6 @@ onload = () => { t.value = 'The quick brown fox jumps'; t.focus(); t.setSelectio
 t.oninput = show;
 </script>)";
 
-std::filesystem::path makeDirectory() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "lomaris-browser.XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) {
-        throw std::runtime_error("no temporary directory");
-    }
-    return pattern;
-}
-
 /// The number of the page that is shown; empty where none is.
 std::string pageInFront() {
     const std::string title = titleInFront();
@@ -42,21 +35,15 @@ std::string pageInFront() {
 
 }  // namespace
 
-Browser::Browser() : directory_(makeDirectory()), platform_(nativePlatform()) {
-    std::filesystem::create_directory(directory_ / "profile");
-    std::ofstream(directory_ / "page.html", std::ios::binary) << page;
+Browser::Browser() : platform_(nativePlatform()) {
+    std::filesystem::create_directory(directory_.path() / "profile");
+    std::ofstream(directory_.path() / "page.html", std::ios::binary) << page;
     program_ = std::make_unique<RunningProgram>(
-        std::vector<std::string>{"firefox-esr", "--new-instance", "--profile", (directory_ / "profile").string(),
-                                 "file://" + (directory_ / "page.html").string()});
+        std::vector<std::string>{"firefox-esr", "--new-instance", "--profile", (directory_.path() / "profile").string(),
+                                 "file://" + (directory_.path() / "page.html").string()});
     if (!waitFor([this] { return processInFront() == processIdentifier() && comesToShow(document, "10-19"); })) {
         throw std::runtime_error("the browser did not show its page");
     }
-}
-
-Browser::~Browser() {
-    program_.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(directory_, ignored);
 }
 
 void Browser::reset() {

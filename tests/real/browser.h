@@ -2,8 +2,8 @@
 
 #include "platform/platform.h"
 #include "tests/real/running_program.h"
+#include "tests/support/temporary_directory.h"
 
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -23,7 +23,7 @@ public:
     Browser();
     Browser(const Browser&) = delete;
     Browser& operator=(const Browser&) = delete;
-    ~Browser();
+    ~Browser() = default;
 
     [[nodiscard]] pid_t processIdentifier() const { return program_->processIdentifier(); }
 
@@ -36,7 +36,8 @@ public:
 private:
     [[nodiscard]] bool exposesTheSelection();
 
-    std::filesystem::path directory_;
+    /// First, so that it goes when the browser has ended.
+    TemporaryDirectory directory_;
     std::unique_ptr<Platform> platform_;
     std::unique_ptr<RunningProgram> program_;
 };

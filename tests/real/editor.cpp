@@ -4,6 +4,7 @@
 #include "tests/real/waiting.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -12,14 +13,6 @@ namespace lomaris::test {
 namespace {
 
 constexpr const char* documentName = "document.txt";
-
-std::filesystem::path makeDirectory() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "lomaris-editor.XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) {
-        throw std::runtime_error("no temporary directory");
-    }
-    return pattern;
-}
 
 }  // namespace
 
@@ -31,8 +24,8 @@ std::string missingFor(const EditorProgram& program) {
     return missingPrograms({program.commandLine.front(), "xdotool", "xclip"});
 }
 
-Editor::Editor(const EditorProgram& program, const std::string& text) : directory_(makeDirectory()) {
-    const std::filesystem::path document = directory_ / documentName;
+Editor::Editor(const EditorProgram& program, const std::string& text) {
+    const std::filesystem::path document = directory_.path() / documentName;
     std::ofstream(document, std::ios::binary) << text;
     std::vector<std::string> commandLine = program.commandLine;
     commandLine.push_back(document.string());
@@ -43,12 +36,6 @@ Editor::Editor(const EditorProgram& program, const std::string& text) : director
     if (!isReady) {
         throw std::runtime_error(program.name + " did not show its document");
     }
-}
-
-Editor::~Editor() {
-    process_.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(directory_, ignored);
 }
 
 void Editor::mark(int start, int marked, const std::string& expected) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "tests/real/running_program.h"
+#include "tests/support/temporary_directory.h"
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -30,7 +30,7 @@ public:
     Editor(const EditorProgram& program, const std::string& text);
     Editor(const Editor&) = delete;
     Editor& operator=(const Editor&) = delete;
-    ~Editor();
+    ~Editor() = default;
 
     [[nodiscard]] RunningProgram& process() { return *process_; }
     [[nodiscard]] pid_t processIdentifier() const { return process_->processIdentifier(); }
@@ -40,7 +40,8 @@ public:
     void mark(int start, int marked, const std::string& expected);
 
 private:
-    std::filesystem::path directory_;
+    /// First, so that it goes when the editor has ended.
+    TemporaryDirectory directory_;
     std::unique_ptr<RunningProgram> process_;
 };
 
