@@ -65,19 +65,19 @@ bool isWritable(Accessibility& accessibility, const Element& element) {
 /// Reads web content, of which accessibility only told that something is selected.
 SelectionSnapshot readWebContent(Platform& platform, KeyboardClipboardFallback& fallback,
                                  const std::optional<RunningApplication>& application,
-                                 const SelectionReadOptions& options) {
+                                 const SelectionReadOptions& options, SelectionPurpose purpose) {
     SelectionCaptureTrace& trace = SelectionCaptureTrace::shared();
     trace.record(SelectionCaptureTrace::Key::route, 2);
     trace.record(SelectionCaptureTrace::Key::web, 1);
     const auto copyCommand = findCopyCommandWithRetry(platform, application);
     return readSelectionWithKeyboardClipboardFallback(platform, fallback, application, options.allowClipboardFallback,
-                                                      readPolicyFor(options.purpose), copyCommand);
+                                                      readPolicyFor(purpose), copyCommand);
 }
 
 }  // namespace
 
 SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallback& fallback,
-                                      const SelectionReadOptions& options) {
+                                      const SelectionReadOptions& options, SelectionPurpose purpose) {
     Accessibility& accessibility = platform.accessibility();
     if (!accessibility.isProcessTrusted(TrustPrompt::none)) {
         throw BridgeError::accessibilityPermissionRequired();
@@ -89,12 +89,12 @@ SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallb
     }
     std::optional<RunningApplication> application = std::move(focused.application);
     const auto bundleIdentifier = application ? application->bundleIdentifier : std::nullopt;
-    if (options.purpose == SelectionPurpose::shortcut &&
+    if (purpose == SelectionPurpose::shortcut &&
         !ShortcutSelectionPolicy::isGenuineTextSelection(bundleIdentifier, selection.data.text, selection.data.range)) {
         throw BridgeError::noTextSelected();
     }
     if (WebContentCompatibility::requiresClipboard(bundleIdentifier)) {
-        return readWebContent(platform, fallback, application, options);
+        return readWebContent(platform, fallback, application, options, purpose);
     }
     SelectionCaptureTrace::shared().record(SelectionCaptureTrace::Key::route, 1);
 

@@ -15,6 +15,6 @@ namespace lomaris {
 /// `noTextSelected` where nothing is selected or the shortcut policy refuses it; `clipboardFallbackDisabled` where the
 /// element cannot be written and the clipboard may not be used; and the errors of the clipboard route.
 [[nodiscard]] SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallback& fallback,
-                                                    const SelectionReadOptions& options);
+                                                    const SelectionReadOptions& options, SelectionPurpose purpose);
 
 }  // namespace lomaris

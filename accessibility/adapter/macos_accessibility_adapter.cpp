@@ -48,24 +48,26 @@ std::int64_t copyItemTraceValue(const std::optional<CopyCommand>& command) {
 
 }  // namespace
 
-SelectionSnapshot MacOSAccessibilityAdapter::readSelection(const SelectionReadOptions& options) {
+SelectionSnapshot MacOSAccessibilityAdapter::readSelection(const SelectionReadOptions& options,
+                                                           SelectionPurpose purpose) {
     const auto application = platform_.workspace().frontmostApplication();
-    if (options.purpose == SelectionPurpose::shortcut && application &&
+    if (purpose == SelectionPurpose::shortcut && application &&
         ShortcutSelectionPolicy::isFileManager(application->bundleIdentifier)) {
         throw BridgeError::noTextSelected();
     }
     try {
-        return readDirectSelection(platform_, keyboardClipboardFallback_, options);
+        return readDirectSelection(platform_, keyboardClipboardFallback_, options, purpose);
     } catch (const BridgeError& error) {
-        return readAfterFailure(error, application, options);
+        return readAfterFailure(error, application, options, purpose);
     }
 }
 
 SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError& error,
                                                               const std::optional<RunningApplication>& application,
-                                                              const SelectionReadOptions& options) {
+                                                              const SelectionReadOptions& options,
+                                                              SelectionPurpose purpose) {
     SelectionCaptureTrace& trace = SelectionCaptureTrace::shared();
-    const bool lookForCopyCommand = options.purpose != SelectionPurpose::standard && maySelectWithoutShowing(error);
+    const bool lookForCopyCommand = purpose != SelectionPurpose::standard && maySelectWithoutShowing(error);
     std::optional<CopyCommand> copyCommand;
     if (lookForCopyCommand) {
         copyCommand = findCopyCommandWithRetry(platform_, application);
@@ -78,7 +80,7 @@ SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError&
         throw error;
     }
     const bool nothingToCopy = error.errorCase() == BridgeError::Case::noTextSelected && isDisabled(copyCommand);
-    if (nothingToCopy && options.purpose == SelectionPurpose::shortcut) {
+    if (nothingToCopy && purpose == SelectionPurpose::shortcut) {
         throw error;
     }
     trace.record(SelectionCaptureTrace::Key::route, 3);
@@ -86,7 +88,7 @@ SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError&
         copyCommand.reset();
     }
     return readSelectionWithKeyboardClipboardFallback(platform_, keyboardClipboardFallback_, application,
-                                                      options.allowClipboardFallback, readPolicyFor(options.purpose),
+                                                      options.allowClipboardFallback, readPolicyFor(purpose),
                                                       copyCommand);
 }
 

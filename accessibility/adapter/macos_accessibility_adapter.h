@@ -23,7 +23,7 @@ public:
 
     /// Reads the selection directly, or through keyboard and clipboard where the application does not show it, and
     /// records in the capture trace which route was taken and what went wrong. Throws `BridgeError`.
-    [[nodiscard]] SelectionSnapshot readSelection(const SelectionReadOptions& options);
+    [[nodiscard]] SelectionSnapshot readSelection(const SelectionReadOptions& options, SelectionPurpose purpose);
 
     /// Writes over a selection that was read, if it is still the same; see `lomaris::replaceSelection`.
     void replaceSelection(const SelectionSnapshot& snapshot, TextView replacement, const ReplacementOptions& options);
@@ -35,7 +35,7 @@ private:
     /// front before it.
     [[nodiscard]] SelectionSnapshot readAfterFailure(const BridgeError& error,
                                                      const std::optional<RunningApplication>& application,
-                                                     const SelectionReadOptions& options);
+                                                     const SelectionReadOptions& options, SelectionPurpose purpose);
 
     Platform& platform_;
     KeyboardClipboardFallback keyboardClipboardFallback_;

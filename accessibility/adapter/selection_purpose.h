@@ -14,14 +14,13 @@ enum class SelectionPurpose : std::uint8_t {
     guardedReplacement = 2,
 };
 
-/// What a caller wants to read.
+/// What a caller wants to read, whatever the purpose.
 struct SelectionReadOptions {
     /// UTF-16 units of context wanted before and after the selection. A negative limit means no context at all.
     std::int64_t beforeLimit = 0;
     std::int64_t afterLimit = 0;
     /// Whether the keyboard/clipboard route may be used.
     bool allowClipboardFallback = false;
-    SelectionPurpose purpose = SelectionPurpose::standard;
 };
 
 }  // namespace lomaris

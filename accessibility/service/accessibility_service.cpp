@@ -33,10 +33,9 @@ void LomarisAccessibilityService::replaceCurrentSelection(TextView replacement, 
 }
 
 SelectionSnapshot LomarisAccessibilityService::readSelection(std::int64_t beforeLimit, std::int64_t afterLimit) {
-    return adapter_.readSelection({.beforeLimit = beforeLimit,
-                                   .afterLimit = afterLimit,
-                                   .allowClipboardFallback = true,
-                                   .purpose = SelectionPurpose::standard});
+    return adapter_.readSelection(
+        {.beforeLimit = beforeLimit, .afterLimit = afterLimit, .allowClipboardFallback = true},
+        SelectionPurpose::standard);
 }
 
 }  // namespace lomaris

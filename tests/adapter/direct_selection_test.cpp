@@ -40,7 +40,7 @@ protected:
         notes.element().answers(attribute::focusedWindow, window.element());
     }
 
-    SelectionSnapshot read() { return readDirectSelection(desktop, fallback, options); }
+    SelectionSnapshot read() { return readDirectSelection(desktop, fallback, options, purpose); }
     std::optional<BridgeError> error() {
         return test::thrownBy([this] { return read(); });
     }
@@ -53,8 +53,8 @@ protected:
     KeyboardClipboardFallback fallback{desktop};
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
     SimulatedTextElement field = notes.addTextElement(u"The quick brown fox jumps", TextRange{10, 9});
-    SelectionReadOptions options{
-        .beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true, .purpose = SelectionPurpose::standard};
+    SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
+    SelectionPurpose purpose = SelectionPurpose::standard;
 };
 
 TEST_F(DirectSelection, ReadsTextRangeContextCountersAndApplication) {
@@ -263,10 +263,10 @@ TEST_F(DirectSelection, RefusesATerminalWithoutARangeUnderTheShortcutOnly) {
     desktop.bringToFront(900);
     EXPECT_EQ(read().payload.selectedText, u"ls -l");
 
-    options.purpose = SelectionPurpose::guardedReplacement;
+    purpose = SelectionPurpose::guardedReplacement;
     EXPECT_EQ(read().payload.selectedText, u"ls -l");
 
-    options.purpose = SelectionPurpose::shortcut;
+    purpose = SelectionPurpose::shortcut;
     EXPECT_EQ(error(), BridgeError::noTextSelected());
     screen.answers(attribute::selectedTextRange, TextRange{5, 0});
     EXPECT_EQ(error(), BridgeError::noTextSelected());
@@ -315,7 +315,8 @@ TEST_F(DirectSelection, FailsWithTheErrorOfTheMomentWhenTheApplicationQuits) {
                                       application.addTextElement(u"brown", TextRange{0, 5}).element());
         fresh.bringToFront(812);
         fresh.beforeCall(example.call, [&fresh] { fresh.quit(812); });
-        EXPECT_EQ(test::thrownBy([&] { return readDirectSelection(fresh, freshFallback, options); }), example.error)
+        EXPECT_EQ(test::thrownBy([&] { return readDirectSelection(fresh, freshFallback, options, purpose); }),
+                  example.error)
             << example.call;
     }
 }

@@ -26,7 +26,8 @@ protected:
     }
 
     SelectionSnapshot captureDirectly() {
-        return adapter.readSelection({.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true});
+        return adapter.readSelection({.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true},
+                                     SelectionPurpose::standard);
     }
     SelectionSnapshot captureByKeyboard() {
         auto snapshot = captureDirectly();

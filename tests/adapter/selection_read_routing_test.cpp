@@ -29,7 +29,7 @@ protected:
     }
     ~SelectionReadRouting() override { EXPECT_EQ(desktop.pasteboardContents(), before); }
 
-    SelectionSnapshot read() { return adapter.readSelection(options); }
+    SelectionSnapshot read() { return adapter.readSelection(options, purpose); }
     std::optional<BridgeError> error() {
         return test::thrownBy([this] { return read(); });
     }
@@ -69,8 +69,8 @@ protected:
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
     SimulatedTextElement field = notes.addTextElement(u"The quick brown fox", TextRange{10, 9});
     std::vector<StandingItem> before;
-    SelectionReadOptions options{
-        .beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true, .purpose = SelectionPurpose::standard};
+    SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
+    SelectionPurpose purpose = SelectionPurpose::standard;
 };
 
 TEST_F(SelectionReadRouting, RecordsRouteOneAndNoErrorForADirectRead) {
@@ -155,9 +155,9 @@ TEST_F(SelectionReadRouting, PressesTheCopyCommandUnderTheShortcutAndBeforeARepl
     hideSelection();
     for (const std::optional<bool> enabled : {std::optional<bool>(true), std::optional<bool>()}) {
         addCopyMenu(enabled);
-        for (const auto purpose : {SelectionPurpose::shortcut, SelectionPurpose::guardedReplacement}) {
+        for (const auto tried : {SelectionPurpose::shortcut, SelectionPurpose::guardedReplacement}) {
             SelectionCaptureTrace::shared().reset();
-            options.purpose = purpose;
+            purpose = tried;
             EXPECT_EQ(read().payload.selectedText, u"by menu");
             expectTrace({.route = 3, .error = 2, .copyItem = 2, .menuPresses = 1});
         }
@@ -166,7 +166,7 @@ TEST_F(SelectionReadRouting, PressesTheCopyCommandUnderTheShortcutAndBeforeARepl
 
 TEST_F(SelectionReadRouting, LooksForTheCopyCommandTwice50MillisecondsApart) {
     hideSelection();
-    options.purpose = SelectionPurpose::shortcut;
+    purpose = SelectionPurpose::shortcut;
     EXPECT_EQ(read().payload.selectedText, u"brown fox");
     expectTrace({.route = 3, .error = 2, .copyItem = 1, .keyPresses = 1});
     EXPECT_EQ(desktop.now(), 50ms);
@@ -174,7 +174,7 @@ TEST_F(SelectionReadRouting, LooksForTheCopyCommandTwice50MillisecondsApart) {
 
 TEST_F(SelectionReadRouting, FindsACopyCommandThatIsThereAtTheSecondLook) {
     hideSelection();
-    options.purpose = SelectionPurpose::guardedReplacement;
+    purpose = SelectionPurpose::guardedReplacement;
     desktop.at(20ms, [this] { addCopyMenu(true); });
     EXPECT_EQ(read().payload.selectedText, u"by menu");
     expectTrace({.route = 3, .error = 2, .copyItem = 2, .menuPresses = 1});
@@ -184,7 +184,7 @@ TEST_F(SelectionReadRouting, FindsACopyCommandThatIsThereAtTheSecondLook) {
 TEST_F(SelectionReadRouting, SelectsNothingUnderTheShortcutWhereTheCopyCommandIsDisabled) {
     field.select({3, 0});
     addCopyMenu(false);
-    options.purpose = SelectionPurpose::shortcut;
+    purpose = SelectionPurpose::shortcut;
     EXPECT_EQ(error(), BridgeError::noTextSelected());
     expectTrace({.error = 1, .copyItem = 3});
     EXPECT_EQ(desktop.now(), 0ms);
@@ -194,7 +194,7 @@ TEST_F(SelectionReadRouting, CopiesByKeyBeforeAReplacementWhereTheCopyCommandIsD
     field.select({3, 0});
     addCopyMenu(false);
     notes.onCopy(copies(u"a line"));
-    options.purpose = SelectionPurpose::guardedReplacement;
+    purpose = SelectionPurpose::guardedReplacement;
     EXPECT_EQ(read().payload.selectedText, u"a line");
     expectTrace({.route = 3, .error = 1, .copyItem = 3, .keyPresses = 1});
 }
@@ -202,7 +202,7 @@ TEST_F(SelectionReadRouting, CopiesByKeyBeforeAReplacementWhereTheCopyCommandIsD
 TEST_F(SelectionReadRouting, CopiesByKeyUnderTheShortcutWhereTheSelectionIsHiddenAndTheCopyCommandDisabled) {
     hideSelection();
     addCopyMenu(false);
-    options.purpose = SelectionPurpose::shortcut;
+    purpose = SelectionPurpose::shortcut;
     EXPECT_EQ(read().payload.selectedText, u"brown fox");
     expectTrace({.route = 3, .error = 2, .copyItem = 3, .keyPresses = 1});
 }
@@ -221,19 +221,19 @@ TEST_F(SelectionReadRouting, RefusesAFileManagerUnderTheShortcutWithoutReadingAn
                              finder.addTextElement(u"a file name", TextRange{0, 11}).element());
     desktop.bringToFront(1);
     EXPECT_EQ(read().payload.selectedText, u"a file name");
-    options.purpose = SelectionPurpose::guardedReplacement;
+    purpose = SelectionPurpose::guardedReplacement;
     EXPECT_EQ(read().payload.selectedText, u"a file name");
 
     SelectionCaptureTrace::shared().reset();
     const auto callsBefore = desktop.journal().size();
-    options.purpose = SelectionPurpose::shortcut;
+    purpose = SelectionPurpose::shortcut;
     EXPECT_EQ(error(), BridgeError::noTextSelected());
     EXPECT_EQ(desktop.journal().size(), callsBefore + 1);
     expectTrace({});
 }
 
 TEST_F(SelectionReadRouting, ReadsUnderTheShortcutWhereTheApplicationHasNoIdentifierOrNoneIsInFront) {
-    options.purpose = SelectionPurpose::shortcut;
+    purpose = SelectionPurpose::shortcut;
     const auto nameless = desktop.addApplication(2, std::nullopt, std::nullopt);
     nameless.element().answers(attribute::focusedUIElement, field.element());
     desktop.bringToFront(2);
