@@ -3,15 +3,9 @@
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 
-# Unicode tables: normalisation and grapheme breaks. Linked statically where the archive is there, so that the tool
-# starts without looking for it.
-pkg_check_modules(UTF8PROC REQUIRED libutf8proc)
-find_library(LOMARIS_UTF8PROC_LIBRARY NAMES libutf8proc.a utf8proc
-             HINTS ${UTF8PROC_LIBRARY_DIRS} ${UTF8PROC_LIBDIR} REQUIRED)
-add_library(lomaris_utf8proc INTERFACE)
-target_include_directories(lomaris_utf8proc SYSTEM INTERFACE ${UTF8PROC_INCLUDE_DIRS})
-target_compile_definitions(lomaris_utf8proc INTERFACE UTF8PROC_STATIC)
-target_link_libraries(lomaris_utf8proc INTERFACE ${LOMARIS_UTF8PROC_LIBRARY})
+# Unicode tables: normalisation and grapheme breaks.
+list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR})
+find_package(Utf8proc REQUIRED)
 
 # JSON parsing (header only).
 find_path(LOMARIS_RAPIDJSON_INCLUDE_DIR rapidjson/reader.h REQUIRED)
