@@ -7,11 +7,6 @@ find_package(PkgConfig REQUIRED)
 list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR})
 find_package(Utf8proc REQUIRED)
 
-# JSON parsing (header only).
-find_path(LOMARIS_RAPIDJSON_INCLUDE_DIR rapidjson/reader.h REQUIRED)
-add_library(lomaris_rapidjson INTERFACE)
-target_include_directories(lomaris_rapidjson SYSTEM INTERFACE ${LOMARIS_RAPIDJSON_INCLUDE_DIR})
-
 if(LOMARIS_BUILD_TESTS)
   find_package(GTest REQUIRED)
   find_package(nlohmann_json REQUIRED)

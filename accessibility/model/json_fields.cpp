@@ -1,7 +1,10 @@
 #include "accessibility/model/json_fields.h"
 
+#include "accessibility/model/json_integer.h"
+#include "accessibility/model/json_string.h"
+
 #include <algorithm>
-#include <variant>
+#include <utility>
 
 namespace lomaris {
 
@@ -15,8 +18,21 @@ bool isKey(TextView text, std::string_view key) {
 
 }  // namespace
 
-JsonFields::JsonFields(const JsonValue& value)
-    : object_(std::get_if<JsonObject>(&value.value)), complete_(object_ != nullptr) {}
+JsonFields::JsonFields(const JsonValue& value) {
+    const auto members = membersOf(value);
+    complete_ = members.has_value();
+    if (!members) {
+        return;
+    }
+    for (const JsonMember& member : *members) {
+        auto key = decodeJsonString(member.key);
+        if (!key) {
+            complete_ = false;
+            return;
+        }
+        members_.push_back({std::move(*key), member.value});
+    }
+}
 
 const JsonValue* JsonFields::required(std::string_view key) {
     const JsonValue* const value = optional(key);
@@ -27,12 +43,9 @@ const JsonValue* JsonFields::required(std::string_view key) {
 }
 
 const JsonValue* JsonFields::optional(std::string_view key) const {
-    if (object_ == nullptr) {
-        return nullptr;
-    }
     const auto member =
-        std::find_if(object_->begin(), object_->end(), [key](const auto& entry) { return isKey(entry.key, key); });
-    if (member == object_->end() || std::holds_alternative<JsonNull>(member->value.value)) {
+        std::find_if(members_.begin(), members_.end(), [key](const Member& entry) { return isKey(entry.key, key); });
+    if (member == members_.end() || member->value.kind == JsonKind::null) {
         return nullptr;
     }
     return &member->value;
@@ -52,28 +65,26 @@ std::optional<Text> JsonFields::optionalText(std::string_view key) {
     if (value == nullptr) {
         return std::nullopt;
     }
-    const auto* const text = std::get_if<Text>(&value->value);
-    if (text == nullptr) {
+    auto text = value->kind == JsonKind::string ? decodeJsonString(value->written) : std::nullopt;
+    if (!text) {
         complete_ = false;
-        return std::nullopt;
     }
-    return *text;
+    return text;
 }
 
 bool JsonFields::boolean(std::string_view key) {
     const JsonValue* const value = required(key);
-    const auto* const boolean = value == nullptr ? nullptr : std::get_if<bool>(&value->value);
-    if (boolean == nullptr) {
+    if (value == nullptr || value->kind != JsonKind::boolean) {
         complete_ = false;
         return false;
     }
-    return *boolean;
+    return value->written == "true";
 }
 
 std::int64_t JsonFields::wideInteger(std::string_view key) {
     const JsonValue* const value = required(key);
-    const auto* const number = value == nullptr ? nullptr : std::get_if<JsonNumber>(&value->value);
-    const auto integer = number == nullptr ? std::nullopt : integerValue(*number);
+    const bool isNumber = value != nullptr && value->kind == JsonKind::number;
+    const auto integer = isNumber ? decodeJsonInteger(value->written) : std::nullopt;
     if (!integer) {
         complete_ = false;
         return 0;

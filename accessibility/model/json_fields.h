@@ -1,20 +1,24 @@
 #pragma once
 
 #include "accessibility/model/json_value.h"
+#include "text/text.h"
 
 #include <cstdint>
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace lomaris {
 
 /// Reads the fields of one record out of a JSON object. What does not fit is remembered: a reader asks for all fields
-/// and then once whether the record `isComplete`. Of equal keys the first counts; unknown keys are ignored.
+/// and then once whether the record `isComplete`. Of equal keys the first counts; unknown keys are ignored, but must be
+/// well-formed strings as well. The values of unknown keys are not decoded.
 class JsonFields {
 public:
-    /// `value` must outlive the reader. A value that is no object is a record that cannot be complete.
+    /// The document of `value` must outlive the reader. A value that is no object is a record that cannot be complete.
     explicit JsonFields(const JsonValue& value);
+    explicit JsonFields(const JsonDocument& document) : JsonFields(document.root()) {}
 
     [[nodiscard]] bool isComplete() const { return complete_; }
 
@@ -43,10 +47,15 @@ public:
     void fail() { complete_ = false; }
 
 private:
+    struct Member {
+        Text key;
+        JsonValue value;
+    };
+
     [[nodiscard]] std::int64_t wideInteger(std::string_view key);
 
-    const JsonObject* object_;
-    bool complete_;
+    std::vector<Member> members_;
+    bool complete_ = false;
 };
 
 }  // namespace lomaris

@@ -1,49 +1,61 @@
 #pragma once
 
-#include "text/text.h"
-
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace lomaris {
 
-struct JsonNull {};
+/// What a JSON value is, told by how it begins.
+enum class JsonKind : std::uint8_t { null, boolean, number, string, array, object };
 
-/// A number as it was written; what it means depends on the type that is asked for.
-struct JsonNumber {
-    std::string digits;
-};
-
-struct JsonValue;
-
-struct JsonMember;
-
-using JsonArray = std::vector<JsonValue>;
-
-/// The members in the order of the document, equal keys included.
-using JsonObject = std::vector<JsonMember>;
-
-/// A parsed JSON document.
+/// A value of a parsed document, not decoded yet: where it stands. Whether a string or a number is well-formed shows
+/// only when it is decoded (`decodeJsonString`, `decodeJsonInteger`), as with the platform's own decoder, which looks
+/// into nothing that no record asks for. Valid as long as the document.
 struct JsonValue {
-    std::variant<JsonNull, bool, JsonNumber, Text, JsonArray, JsonObject> value;
+    JsonKind kind = JsonKind::null;
+    /// The bytes of the value as they are written, of a string without the quotation marks.
+    std::string_view written;
+
+    friend bool operator==(const JsonValue&, const JsonValue&) = default;
 };
 
 struct JsonMember {
-    Text key;
+    /// A string between its quotation marks, not decoded.
+    std::string_view key;
     JsonValue value;
+
+    friend bool operator==(const JsonMember&, const JsonMember&) = default;
 };
 
-/// Parses one JSON document from UTF-8. Nothing where the bytes are not exactly one well-formed document: ill-formed
-/// UTF-8, a lone surrogate escape, a raw control character in a string, a comment, a trailing comma, a number
-/// beyond the range of a double, anything after the document, or containers nested deeper than 512 levels.
-[[nodiscard]] std::optional<JsonValue> parseJson(std::string_view bytes);
+/// A document whose structure is known to be well-formed.
+class JsonDocument {
+public:
+    [[nodiscard]] const JsonValue& root() const { return root_; }
 
-/// The number as a signed 64-bit integer, where its value is one: 812, 812.0 and 8.12e2 are. Nothing where it has a
-/// fraction or lies outside of the range.
-[[nodiscard]] std::optional<std::int64_t> integerValue(const JsonNumber& number);
+private:
+    friend std::optional<JsonDocument> parseJson(std::string_view bytes);
+
+    /// What the values stand in where the document came in another encoding.
+    std::unique_ptr<const std::string> converted_;
+    JsonValue root_;
+};
+
+/// Finds the structure of one JSON document in UTF-8, or in UTF-16 or UTF-32 that begins with a byte-order mark or is
+/// told by its zero bytes. UTF-8 is not copied: `bytes` must outlive the document.
+///
+/// Nothing where the bytes are not exactly one document: unbalanced brackets, a missing or trailing comma, a comment,
+/// a key that is no string, a word that means nothing, anything after the document, containers nested deeper than 512
+/// levels. Takes time in proportion to what was read until then and no memory.
+[[nodiscard]] std::optional<JsonDocument> parseJson(std::string_view bytes);
+
+/// The members of an object in the order of the document, equal keys included. Nothing where `value` is no object.
+[[nodiscard]] std::optional<std::vector<JsonMember>> membersOf(const JsonValue& value);
+
+/// The elements of an array. Nothing where `value` is no array.
+[[nodiscard]] std::optional<std::vector<JsonValue>> elementsOf(const JsonValue& value);
 
 }  // namespace lomaris

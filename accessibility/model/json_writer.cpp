@@ -1,5 +1,6 @@
 #include "accessibility/model/json_writer.h"
 
+#include "accessibility/model/block_search.h"
 #include "text/utf8.h"
 
 #include <array>
@@ -13,58 +14,39 @@ namespace {
 
 constexpr std::size_t spacesPerLevel = 2;
 
-/// Units looked at together, so that the compiler can do it in one step.
-constexpr std::size_t stride = 16;
+/// Units that are converted to UTF-8 together: enough for the conversion to get going, few enough for the cache.
+constexpr std::size_t batchSize = 4096;
 
 bool needsEscape(char16_t unit, char16_t slash) {
     return unit < 0x20 || unit == u'"' || unit == u'\\' || unit == slash;
 }
 
-/// Index of the first unit at or after `start` that needs an escape, or the length of the text.
-std::size_t findEscape(TextView text, std::size_t start, char16_t slash) {
-    std::size_t index = start;
-    while (index + stride <= text.size()) {
-        unsigned found = 0;
-        for (std::size_t offset = 0; offset < stride; ++offset) {
-            found |= static_cast<unsigned>(needsEscape(text[index + offset], slash));
-        }
-        if (found != 0) {
-            break;
-        }
-        index += stride;
-    }
-    while (index < text.size() && !needsEscape(text[index], slash)) {
-        ++index;
-    }
-    return index;
-}
-
-void appendEscape(std::string& output, char16_t unit) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    output.push_back('\\');
+void appendEscape(Text& output, char16_t unit) {
+    constexpr TextView digits = u"0123456789abcdef";
+    output.push_back(u'\\');
     switch (unit) {
         case u'\b':
-            output.push_back('b');
+            output.push_back(u'b');
             return;
         case u'\f':
-            output.push_back('f');
+            output.push_back(u'f');
             return;
         case u'\n':
-            output.push_back('n');
+            output.push_back(u'n');
             return;
         case u'\r':
-            output.push_back('r');
+            output.push_back(u'r');
             return;
         case u'\t':
-            output.push_back('t');
+            output.push_back(u't');
             return;
         case u'"':
         case u'\\':
         case u'/':
-            output.push_back(static_cast<char>(unit));
+            output.push_back(unit);
             return;
         default:
-            output += "u00";
+            output += u"u00";
             output.push_back(digits[unit >> 4U]);
             output.push_back(digits[unit & 0xFU]);
             return;
@@ -105,18 +87,31 @@ void JsonWriter::key(std::string_view name) {
 void JsonWriter::string(TextView text) {
     // Where "/" stays as it is, the quotation mark, which is escaped anyway, stands in for it.
     const char16_t slash = slashes_ == SlashEscaping::escaped ? u'/' : u'"';
+    const auto isEscaped = [slash](char16_t unit) { return needsEscape(unit, slash); };
     beginValue();
-    output_.reserve(output_.size() + text.size() + 2);
+    output_.reserve(output_.size() + text.size() + text.size() / 8 + 2);
     output_.push_back('"');
+    Text batch;
     std::size_t start = 0;
     while (start < text.size()) {
-        const std::size_t escape = findEscape(text, start, slash);
-        appendUtf8(output_, text.substr(start, escape - start));
+        const std::size_t escape = findFirst(text, start, isEscaped);
+        // Only escapes end a batch: no surrogate pair is torn.
+        if (escape - start < batchSize) {
+            batch.append(text, start, escape - start);
+        } else {
+            appendUtf8(output_, std::exchange(batch, Text()));
+            appendUtf8(output_, text.substr(start, escape - start));
+        }
         if (escape < text.size()) {
-            appendEscape(output_, text[escape]);
+            appendEscape(batch, text[escape]);
+        }
+        if (batch.size() >= batchSize) {
+            appendUtf8(output_, batch);
+            batch.clear();
         }
         start = escape + 1;
     }
+    appendUtf8(output_, batch);
     output_.push_back('"');
 }
 
