@@ -1,20 +1,17 @@
 #include "accessibility/adapter/attribute_access.h"
 #include "accessibility/adapter/focused_element.h"
 #include "accessibility/adapter/scan_roots.h"
+#include "accessibility/adapter/walk_queue.h"
 #include "platform/attributes.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <span>
+#include <string_view>
 #include <vector>
 
 namespace lomaris {
 
 namespace {
-
-constexpr std::size_t maximumExamined = 3000;
-constexpr int deepestExpanded = 29;
 
 /// Elements read ahead in one batch: enough to make the crossings cheap, few enough to waste little when the first of
 /// them ends the walk.
@@ -45,29 +42,6 @@ struct NodeAnswers {
     }
 };
 
-/// Elements that wait to be examined, and their depths. Never longer than what may be examined, however many children
-/// an application claims to have.
-class WalkQueue {
-public:
-    void append(std::span<const Element> elements, int depth) {
-        const std::size_t count = std::min(elements.size(), maximumExamined - elements_.size());
-        elements_.insert(elements_.end(), elements.begin(), elements.begin() + static_cast<std::ptrdiff_t>(count));
-        depths_.resize(elements_.size(), depth);
-    }
-
-    [[nodiscard]] std::size_t size() const { return elements_.size(); }
-    /// A copy, as the queue may grow while the element is looked at.
-    [[nodiscard]] Element element(std::size_t position) const { return elements_[position]; }
-    [[nodiscard]] int depth(std::size_t position) const { return depths_[position]; }
-    [[nodiscard]] std::span<const Element> batchFrom(std::size_t position) const {
-        return std::span(elements_).subspan(position, std::min(batchSize, elements_.size() - position));
-    }
-
-private:
-    std::vector<Element> elements_;
-    std::vector<int> depths_;
-};
-
 /// Whether a text element holds a selection now. The batch only told that it is a text element; what counts is a fresh
 /// look.
 bool hasSelection(Accessibility& accessibility, const Element& element) {
@@ -82,13 +56,12 @@ bool hasSelection(Accessibility& accessibility, const Element& element) {
 }  // namespace
 
 std::optional<Element> findFocusedTextDescendant(Accessibility& accessibility, const Element& application) {
-    WalkQueue queue;
-    queue.append(scanRoots(accessibility, application), 0);
+    WalkQueue queue(scanRoots(accessibility, application));
     std::optional<Element> firstFocused;
     std::optional<Element> first;
 
     for (std::size_t batchStart = 0; batchStart < queue.size();) {
-        const auto answers = accessibility.copyAttributes(queue.batchFrom(batchStart), batchedAttributes);
+        const auto answers = accessibility.copyAttributes(queue.batchFrom(batchStart, batchSize), batchedAttributes);
         for (std::size_t index = 0; index < answers.size(); ++index) {
             const std::size_t position = batchStart + index;
             const NodeAnswers node(answers[index]);
@@ -106,8 +79,8 @@ std::optional<Element> findFocusedTextDescendant(Accessibility& accessibility, c
                 }
             }
             const auto* const children = valueIn<std::vector<Element>>(node.children);
-            if (children != nullptr && queue.depth(position) <= deepestExpanded) {
-                queue.append(*children, queue.depth(position) + 1);
+            if (children != nullptr) {
+                queue.appendChildren(position, *children);
             }
         }
         batchStart += answers.size();

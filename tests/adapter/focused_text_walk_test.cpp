@@ -1,6 +1,7 @@
 #include "accessibility/adapter/focused_element.h"
 #include "platform/attributes.h"
 #include "platform/simulated/simulated_desktop.h"
+#include "tests/support/element_tree.h"
 #include "tests/support/journal.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,8 @@
 
 namespace lomaris {
 namespace {
+
+using test::setChildren;
 
 class FocusedTextWalk : public testing::Test {
 protected:
@@ -25,24 +28,8 @@ protected:
         return element;
     }
 
-    static void setChildren(SimulatedElement parent, const std::vector<SimulatedElement>& children) {
-        std::vector<Element> elements;
-        for (const auto& child : children) {
-            elements.push_back(child.element());
-        }
-        parent.answers(attribute::children, elements);
-    }
-
     /// Hangs `leaf` below the window so that it stands at this depth, the window being at depth 0.
-    void hangAtDepth(const SimulatedElement& leaf, int depth) {
-        auto parent = window;
-        for (int level = 1; level < depth; ++level) {
-            const auto group = notes.addElement();
-            setChildren(parent, {group});
-            parent = group;
-        }
-        setChildren(parent, {leaf});
-    }
+    void hangAtDepth(const SimulatedElement& leaf, int depth) { test::hangAtDepth(notes, window, leaf, depth); }
 
     SimulatedDesktop desktop;
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
