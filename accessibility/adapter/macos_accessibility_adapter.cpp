@@ -2,40 +2,17 @@
 
 #include "accessibility/adapter/clipboard_selection.h"
 #include "accessibility/adapter/direct_selection.h"
+#include "accessibility/adapter/read_failure.h"
+#include "accessibility/adapter/selection_diagnostics.h"
 #include "accessibility/adapter/selection_policies.h"
 #include "accessibility/model/capture_trace.h"
 
 #include <cstdint>
+#include <utility>
 
 namespace lomaris {
 
 namespace {
-
-/// What the capture trace says of a failed read.
-std::int64_t errorTraceValue(const BridgeError& error) {
-    switch (error.errorCase()) {
-        case BridgeError::Case::noTextSelected:
-            return 1;
-        case BridgeError::Case::selectedTextUnavailable:
-            return 2;
-        case BridgeError::Case::focusedElementUnavailable:
-            return 3;
-        default:
-            return 4;
-    }
-}
-
-/// Whether an application that failed this way may simply not show its selection.
-bool maySelectWithoutShowing(const BridgeError& error) {
-    switch (error.errorCase()) {
-        case BridgeError::Case::noTextSelected:
-        case BridgeError::Case::selectedTextUnavailable:
-        case BridgeError::Case::focusedElementUnavailable:
-            return true;
-        default:
-            return false;
-    }
-}
 
 bool isDisabled(const std::optional<CopyCommand>& command) { return command && command->isEnabled == false; }
 
@@ -48,15 +25,21 @@ std::int64_t copyItemTraceValue(const std::optional<CopyCommand>& command) {
 
 }  // namespace
 
+MacOSAccessibilityAdapter::MacOSAccessibilityAdapter(Platform& platform)
+    : MacOSAccessibilityAdapter(std::shared_ptr<Platform>(std::shared_ptr<void>(), &platform)) {}
+
+MacOSAccessibilityAdapter::MacOSAccessibilityAdapter(std::shared_ptr<Platform> platform)
+    : platform_(std::move(platform)), keyboardClipboardFallback_(*platform_) {}
+
 SelectionSnapshot MacOSAccessibilityAdapter::readSelection(const SelectionReadOptions& options,
                                                            SelectionPurpose purpose) {
-    const auto application = platform_.workspace().frontmostApplication();
+    const auto application = platform_->workspace().frontmostApplication();
     if (purpose == SelectionPurpose::shortcut && application &&
         ShortcutSelectionPolicy::isFileManager(application->bundleIdentifier)) {
         throw BridgeError::noTextSelected();
     }
     try {
-        return readDirectSelection(platform_, keyboardClipboardFallback_, options, purpose);
+        return readDirectSelection(*platform_, keyboardClipboardFallback_, options, purpose);
     } catch (const BridgeError& error) {
         return readAfterFailure(error, application, options, purpose);
     }
@@ -70,9 +53,9 @@ SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError&
     const bool lookForCopyCommand = purpose != SelectionPurpose::standard && maySelectWithoutShowing(error);
     std::optional<CopyCommand> copyCommand;
     if (lookForCopyCommand) {
-        copyCommand = findCopyCommandWithRetry(platform_, application);
+        copyCommand = findCopyCommandWithRetry(*platform_, application);
     }
-    trace.record(SelectionCaptureTrace::Key::error, errorTraceValue(error));
+    trace.record(SelectionCaptureTrace::Key::error, readFailureTraceValue(error));
     if (lookForCopyCommand) {
         trace.record(SelectionCaptureTrace::Key::copyItem, copyItemTraceValue(copyCommand));
     }
@@ -87,14 +70,18 @@ SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError&
     if (isDisabled(copyCommand)) {
         copyCommand.reset();
     }
-    return readSelectionWithKeyboardClipboardFallback(platform_, keyboardClipboardFallback_, application,
+    return readSelectionWithKeyboardClipboardFallback(*platform_, keyboardClipboardFallback_, application,
                                                       options.allowClipboardFallback, readPolicyFor(purpose),
                                                       copyCommand);
 }
 
 void MacOSAccessibilityAdapter::replaceSelection(const SelectionSnapshot& snapshot, TextView replacement,
                                                  const ReplacementOptions& options) {
-    lomaris::replaceSelection(platform_, keyboardClipboardFallback_, snapshot, replacement, options);
+    lomaris::replaceSelection(*platform_, keyboardClipboardFallback_, snapshot, replacement, options);
+}
+
+AccessibilityDiagnosticPayload MacOSAccessibilityAdapter::diagnoseSelection() {
+    return lomaris::diagnoseSelection(*platform_);
 }
 
 }  // namespace lomaris

@@ -1,0 +1,95 @@
+#include "accessibility/adapter/attribute_access.h"
+#include "accessibility/adapter/macos_accessibility_adapter.h"
+#include "accessibility/adapter/read_failure.h"
+#include "accessibility/model/guard_trace.h"
+#include "text/characters.h"
+#include "text/equality.h"
+
+#include <exception>
+
+namespace lomaris {
+
+namespace {
+
+using Reason = ReplacementGuardTrace::Reason;
+
+[[noreturn]] void refuse(const ReplacementGuardTrace::Refusal& refusal) {
+    ReplacementGuardTrace::shared().record(refusal);
+    throw BridgeError::selectionChanged();
+}
+
+/// Both absent, or both present and the same text.
+bool sameIdentifier(const std::optional<Text>& one, const std::optional<Text>& other) {
+    if (!one || !other) {
+        return one.has_value() == other.has_value();
+    }
+    return canonicallyEqual(*one, *other);
+}
+
+bool isExpectedInFront(const RunningApplication& application, const GuardedReplacementRequest& request) {
+    if (application.processIdentifier != request.expectedProcessIdentifier) {
+        return false;
+    }
+    return !request.expectedBundleIdentifier ||
+           sameIdentifier(application.bundleIdentifier, request.expectedBundleIdentifier);
+}
+
+/// Whether the selection stands where it was expected, as far as that can be told: by its range, or else by the user
+/// not having touched anything.
+bool standsAsExpected(const SelectionSnapshot& current, const GuardedReplacementRequest& request,
+                      bool activityIsUnchanged) {
+    const auto& range = current.payload.selectedRange;
+    if (request.expectedSelectedRange && range) {
+        return *range == *request.expectedSelectedRange;
+    }
+    if (!request.expectedSelectedRange && current.replacementStrategy == ReplacementStrategy::keyboardClipboard &&
+        !range) {
+        return true;
+    }
+    return activityIsUnchanged;
+}
+
+}  // namespace
+
+void MacOSAccessibilityAdapter::replaceSelectionIfCurrent(const GuardedReplacementRequest& request,
+                                                          const SelectionReadOptions& options) {
+    // First of all, as what follows posts keys that count as well.
+    const bool activityIsUnchanged = sampleInputActivity(platform_->events()) == request.expectedInputActivity;
+    ReplacementGuardTrace::shared().reset();
+
+    const auto application = platform_->workspace().frontmostApplication();
+    if (!application || !isExpectedInFront(*application, request)) {
+        refuse({.reason = Reason::notFrontmost});
+    }
+    raiseFocusedWindow(*platform_, application->processIdentifier);
+
+    const SelectionSnapshot current = readAgain(options);
+    if (current.payload.processIdentifier != application->processIdentifier ||
+        !sameIdentifier(current.payload.bundleIdentifier, request.expectedBundleIdentifier)) {
+        refuse({.reason = Reason::applicationChanged});
+    }
+    if (!canonicallyEqual(current.payload.selectedText, request.expectedText)) {
+        refuse({.reason = Reason::textChanged,
+                .expectedCharacters = characterCount(request.expectedText),
+                .currentCharacters = characterCount(current.payload.selectedText)});
+    }
+    if (!standsAsExpected(current, request, activityIsUnchanged)) {
+        refuse({.reason = Reason::activityOrRange});
+    }
+
+    const bool wasJustCopied = current.replacementStrategy == ReplacementStrategy::keyboardClipboard;
+    replaceSelection(current, request.replacementText,
+                     {.allowClipboardFallback = options.allowClipboardFallback, .justVerified = wasJustCopied});
+}
+
+SelectionSnapshot MacOSAccessibilityAdapter::readAgain(const SelectionReadOptions& options) {
+    try {
+        return readSelection(options, SelectionPurpose::guardedReplacement);
+    } catch (const BridgeError& error) {
+        refuse({.reason = Reason::rereadFailed, .error = readFailureTraceValue(error)});
+    } catch (const std::exception&) {
+        refuse({.reason = Reason::rereadFailed, .error = otherReadFailure});
+    }
+}
+
+}  // namespace lomaris

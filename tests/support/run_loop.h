@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/simulated/simulated_desktop.h"
+
+#include <chrono>
+
+namespace lomaris::test {
+
+/// Lets the run loop of the main thread turn for a time, as a host does.
+inline void turnFor(SimulatedDesktop& desktop, Duration duration) {
+    const Moment end = desktop.now() + duration;
+    while (desktop.now() < end) {
+        desktop.scheduling().runLoopSlice(std::chrono::milliseconds(10));
+    }
+}
+
+}  // namespace lomaris::test
