@@ -37,8 +37,7 @@ public:
     int operator()(const command::ReadSelection& command) {
         wait(command.delay);
         if (command.json) {
-            write(service_.readSelectionJSON(command.beforeLimit, command.afterLimit));
-            write("\n");
+            writeJson(service_.readSelectionJSON(command.beforeLimit, command.afterLimit));
         } else {
             writeLine(utf8FromText(service_.readSelectionText(command.beforeLimit, command.afterLimit)));
         }
@@ -53,9 +52,28 @@ public:
         return exit_status::success;
     }
 
-    int operator()(const command::ReplaceSelectionRequest& /*command*/) { notBuilt(u"replace-selection-request"); }
-    int operator()(const command::DiagnoseSelection& /*command*/) { notBuilt(u"diagnose-selection"); }
-    int operator()(const command::CompatibilityCheck& /*command*/) { notBuilt(u"compatibility-check"); }
+    int operator()(const command::ReplaceSelectionRequest& command) {
+        const std::string request = readStandardInput();
+        if (request.empty()) {
+            throw BridgeInputError::missingGuardedReplacementRequest();
+        }
+        wait(command.delay);
+        service_.replaceSelectionIfCurrent(request, command.beforeLimit, command.afterLimit);
+        writeLine("replaced");
+        return exit_status::success;
+    }
+
+    int operator()(const command::DiagnoseSelection& command) {
+        wait(command.delay);
+        writeJson(service_.selectionDiagnosticJSON());
+        return exit_status::success;
+    }
+
+    int operator()(const command::CompatibilityCheck& command) {
+        wait(command.delay);
+        writeJson(service_.compatibilityDiagnosticJSON());
+        return exit_status::success;
+    }
 
     int operator()(const command::Help& /*command*/) {
         writeLine(utf8FromText(CommandLineOptions::usage()));
@@ -70,13 +88,18 @@ private:
         }
     }
 
-    /// All of standard input as it stands, a line feed at its end included.
-    Text readReplacementFromStandardInput() {
-        const auto bytes = streams_.readInput();
+    /// All bytes up to the end, which may be none.
+    std::string readStandardInput() {
+        auto bytes = streams_.readInput();
         if (!bytes) {
             throw StandardStreamError::inputFailed();
         }
-        auto text = textFromValidUtf8(*bytes);
+        return std::move(*bytes);
+    }
+
+    /// All of standard input as it stands, a line feed at its end included.
+    Text readReplacementFromStandardInput() {
+        auto text = textFromValidUtf8(readStandardInput());
         if (!text) {
             throw BridgeError::invalidInput(u"Replacement input must be valid UTF-8.");
         }
@@ -93,15 +116,15 @@ private:
         }
     }
 
+    /// In two writes, as the JSON may be long.
+    void writeJson(std::string_view json) {
+        write(json);
+        write("\n");
+    }
+
     void writeLine(std::string line) {
         line.push_back('\n');
         write(line);
-    }
-
-    [[noreturn]] static void notBuilt(TextView word) {
-        throw BridgeError::invalidArguments(Text(word) +
-                                            u" is not part of this version yet. Use replace-selection or "
-                                            u"read-selection.");
     }
 
     Platform& platform_;

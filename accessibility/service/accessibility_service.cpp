@@ -1,18 +1,36 @@
 #include "accessibility/service/accessibility_service.h"
 
 #include "accessibility/model/bridge_error.h"
+#include "accessibility/model/diagnostics_json.h"
+#include "accessibility/model/guarded_replacement_request_json.h"
 #include "accessibility/model/selection_json.h"
 
 #include <utility>
 
 namespace lomaris {
 
-LomarisAccessibilityService::LomarisAccessibilityService(Platform& platform) : adapter_(platform) {}
+namespace {
 
-LomarisAccessibilityService::~LomarisAccessibilityService() = default;
+/// UTF-16 units of context that the compatibility check reads on either side.
+constexpr std::int64_t compatibilityContextLimit = 500;
+
+}  // namespace
+
+LomarisAccessibilityService::LomarisAccessibilityService(Platform& platform)
+    : adapter_(std::make_shared<MacOSAccessibilityAdapter>(platform)) {}
 
 bool LomarisAccessibilityService::hasPermission(TrustPrompt prompt) {
-    return adapter_.platform().accessibility().isProcessTrusted(prompt);
+    return adapter_->platform().accessibility().isProcessTrusted(prompt);
+}
+
+std::unique_ptr<AppSelectionSession> LomarisAccessibilityService::captureSelection(
+    const SelectionReadOptions& options) {
+    return capture(options, SelectionPurpose::standard);
+}
+
+std::unique_ptr<AppSelectionSession> LomarisAccessibilityService::captureSelectionOrChat(
+    const SelectionReadOptions& options) {
+    return capture(options, SelectionPurpose::shortcut);
 }
 
 Text LomarisAccessibilityService::readSelectionText(std::int64_t beforeLimit, std::int64_t afterLimit) {
@@ -29,13 +47,42 @@ void LomarisAccessibilityService::replaceCurrentSelection(TextView replacement, 
         throw BridgeError::invalidInput(u"Replacement text must not be empty.");
     }
     const SelectionSnapshot snapshot = readSelection(beforeLimit, afterLimit);
-    adapter_.replaceSelection(snapshot, replacement, {.allowClipboardFallback = true, .justVerified = false});
+    adapter_->replaceSelection(snapshot, replacement, {.allowClipboardFallback = true, .justVerified = false});
+}
+
+void LomarisAccessibilityService::replaceSelectionIfCurrent(std::string_view requestData, std::int64_t beforeLimit,
+                                                            std::int64_t afterLimit) {
+    const auto request = decodeGuardedReplacementRequest(requestData);
+    if (!request) {
+        throw BridgeError::invalidInput(u"Guarded replacement request is invalid JSON.");
+    }
+    if (request->expectedText.empty() || request->replacementText.empty()) {
+        throw BridgeError::invalidInput(u"Expected and replacement text must not be empty.");
+    }
+    adapter_->replaceSelectionIfCurrent(
+        *request, {.beforeLimit = beforeLimit, .afterLimit = afterLimit, .allowClipboardFallback = true});
+}
+
+std::string LomarisAccessibilityService::selectionDiagnosticJSON() {
+    return encodeJson(adapter_->diagnoseSelection(), SlashEscaping::escaped);
+}
+
+std::string LomarisAccessibilityService::compatibilityDiagnosticJSON() {
+    const SelectionSnapshot snapshot = readSelection(compatibilityContextLimit, compatibilityContextLimit);
+    return encodeJson(CompatibilityDiagnosticPayload(snapshot.payload), SlashEscaping::escaped);
 }
 
 SelectionSnapshot LomarisAccessibilityService::readSelection(std::int64_t beforeLimit, std::int64_t afterLimit) {
-    return adapter_.readSelection(
+    return adapter_->readSelection(
         {.beforeLimit = beforeLimit, .afterLimit = afterLimit, .allowClipboardFallback = true},
         SelectionPurpose::standard);
+}
+
+std::unique_ptr<AppSelectionSession> LomarisAccessibilityService::capture(const SelectionReadOptions& options,
+                                                                          SelectionPurpose purpose) {
+    // The constructor is the service's alone, so make_unique cannot call it.
+    return std::unique_ptr<AppSelectionSession>(
+        new AppSelectionSession(adapter_, adapter_->readSelection(options, purpose), options.allowClipboardFallback));
 }
 
 }  // namespace lomaris

@@ -1,49 +1,79 @@
 #pragma once
 
 #include "accessibility/adapter/macos_accessibility_adapter.h"
+#include "accessibility/service/app_selection_session.h"
 #include "platform/platform.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace lomaris {
 
-/// The entry points of the library: the permission check, and reading and replacing the selection of the application in
-/// front. Each call looks at the front application afresh. Used from one thread at a time, the main thread.
+/// The entry points of the library: the permission check, and capturing, reading, replacing and diagnosing the
+/// selection of the application in front. Each call looks at the front application afresh. Used from one thread at a
+/// time, the main thread.
+///
+/// Limits are the UTF-16 units of context wanted before and after the selection; a negative limit means none. JSON is
+/// pretty-printed with sorted keys, UTF-8, without a line feed at the end.
+///
+/// After a paste the main queue restores the user's clipboard, 2.5 s later at most; the call returns before. A host
+/// whose main run loop turns anyway need do nothing where the platform's main queue is that of the process (macOS);
+/// elsewhere it brings a platform of its own and turns it (`Scheduling::runLoopSlice`) for so long.
 class LomarisAccessibilityService {
 public:
-    /// On the platform that this build runs on, which the service keeps to itself: nobody turns its run loop after a
-    /// call. A host that replaces selections brings its own platform and turns it for 2.5 s after a replacement, so
-    /// that a paste is served and the user's clipboard restored.
+    /// On the platform that this build runs on.
     LomarisAccessibilityService();
-    /// On a platform of the caller's, which must outlive the service; for hosts that share one, and for tests.
+    /// On a platform of the caller's, which must outlive the service and every session that it captured; for hosts that
+    /// turn the run loop themselves, and for tests.
     explicit LomarisAccessibilityService(Platform& platform);
     LomarisAccessibilityService(const LomarisAccessibilityService&) = delete;
     LomarisAccessibilityService& operator=(const LomarisAccessibilityService&) = delete;
-    ~LomarisAccessibilityService();
+    ~LomarisAccessibilityService() = default;
 
     /// Whether this process may use accessibility; with `TrustPrompt::ask` the system asks the user where it may not.
     [[nodiscard]] bool hasPermission(TrustPrompt prompt);
 
-    /// The selected text. Limits in UTF-16 units, as for the JSON; throws `BridgeError`.
+    /// Captures the selection for a later replacement. The session remembers whether the clipboard may be used. Throws
+    /// `BridgeError`; `clipboardFallbackDisabled` where the application needs the clipboard and it may not be used.
+    [[nodiscard]] std::unique_ptr<AppSelectionSession> captureSelection(const SelectionReadOptions& options);
+
+    /// The same for a user who invoked the assistant by its shortcut, and who gets a chat where nothing is selected:
+    /// a file manager's selection is `noTextSelected`; a terminal's must have a range, or be copied.
+    [[nodiscard]] std::unique_ptr<AppSelectionSession> captureSelectionOrChat(const SelectionReadOptions& options);
+
+    /// The selected text. Throws `BridgeError`.
     [[nodiscard]] Text readSelectionText(std::int64_t beforeLimit, std::int64_t afterLimit);
 
-    /// The selection with its context as pretty-printed JSON with sorted keys, "/" as it is, without a line feed at the
-    /// end. Limits are the UTF-16 units of context wanted on each side. Throws `BridgeError`.
+    /// The selection with its context as JSON, "/" as it is. Throws `BridgeError`.
     [[nodiscard]] std::string readSelectionJSON(std::int64_t beforeLimit, std::int64_t afterLimit);
 
-    /// Reads the selection and writes `replacement` over it, if it is still the same a moment later. After a paste the
-    /// user's clipboard is restored by the main queue; this returns before. Limits as above. Throws `BridgeError`;
-    /// `invalidInput`, before anything is touched, where the replacement is empty.
+    /// Reads the selection and writes `replacement` over it, if it is still the same a moment later. Throws
+    /// `BridgeError`; `invalidInput`, before anything is touched, where the replacement is empty.
     void replaceCurrentSelection(TextView replacement, std::int64_t beforeLimit, std::int64_t afterLimit);
+
+    /// Replaces the selection only if it is the one that the request expects, the JSON bytes of a
+    /// `GuardedReplacementRequest`. Throws `BridgeError`: `invalidInput`, before anything is touched, where the bytes
+    /// are no request or one of its texts is empty; `selectionChanged` where anything is not as expected.
+    void replaceSelectionIfCurrent(std::string_view requestData, std::int64_t beforeLimit, std::int64_t afterLimit);
+
+    /// What the elements of the front application's window say of their selections, as the JSON of an
+    /// `AccessibilityDiagnosticPayload`, "/" escaped. Reads no text out of the process and writes nothing. Throws
+    /// `BridgeError`.
+    [[nodiscard]] std::string selectionDiagnosticJSON();
+
+    /// Which route works for the front application, told by an ordinary read, as the JSON of a
+    /// `CompatibilityDiagnosticPayload`, "/" escaped. Throws the `BridgeError` of the read.
+    [[nodiscard]] std::string compatibilityDiagnosticJSON();
 
 private:
     [[nodiscard]] SelectionSnapshot readSelection(std::int64_t beforeLimit, std::int64_t afterLimit);
+    [[nodiscard]] std::unique_ptr<AppSelectionSession> capture(const SelectionReadOptions& options,
+                                                               SelectionPurpose purpose);
 
-    /// Set where the service made the platform itself; declared first, so that it outlives the adapter.
-    std::unique_ptr<Platform> ownedPlatform_;
-    MacOSAccessibilityAdapter adapter_;
+    /// Shared with the sessions.
+    std::shared_ptr<MacOSAccessibilityAdapter> adapter_;
 };
 
 }  // namespace lomaris

@@ -5,6 +5,6 @@ namespace lomaris {
 
 // In a file of its own, so that a program that brings its platform links no native one.
 LomarisAccessibilityService::LomarisAccessibilityService()
-    : ownedPlatform_(nativePlatform()), adapter_(*ownedPlatform_) {}
+    : adapter_(std::make_shared<MacOSAccessibilityAdapter>(std::shared_ptr<Platform>(nativePlatform()))) {}
 
 }  // namespace lomaris

@@ -1,11 +1,5 @@
-#include "bridge/execute.h"
-
 #include "bridge/command_line_options.h"
-#include "platform/attributes.h"
-#include "platform/simulated/simulated_desktop.h"
-#include "text/utf8.h"
-
-#include <gtest/gtest.h>
+#include "tests/bridge/execute_world.h"
 
 #include <chrono>
 #include <optional>
@@ -15,60 +9,26 @@
 namespace lomaris {
 namespace {
 
-/// Streams in memory. Every write is kept on its own.
-class RecordedStreams final : public StandardStreams {
-public:
-    std::optional<std::string> readInput() override {
-        ++inputReads;
-        return input;
-    }
+using test::Lines;
 
-    bool writeOutput(std::string_view bytes) override {
-        if (refuseOutput) {
-            return false;
-        }
-        output.emplace_back(bytes);
-        return true;
-    }
-
-    void writeError(std::string_view bytes) override { error.emplace_back(bytes); }
-
-    /// Nothing where it cannot be read.
-    std::optional<std::string> input = std::string();
-    int inputReads = 0;
-    bool refuseOutput = false;
-    std::vector<std::string> output;
-    std::vector<std::string> error;
-};
-
-using Lines = std::vector<std::string>;
-
-class Execute : public testing::Test {
-protected:
-    Execute() {
-        notes.element().answers(attribute::focusedUIElement, text.element());
-        desktop.bringToFront(812);
-        desktop.setInputCounters({1, 2, 3, 4});
-    }
-
-    int run(const std::vector<std::string>& arguments) {
-        std::vector<Text> texts;
-        for (const auto& argument : arguments) {
-            texts.push_back(textFromUtf8(argument));
-        }
-        return runCommandLine(texts, desktop, streams);
-    }
-
-    SimulatedDesktop desktop;
-    SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
-    SimulatedTextElement text = notes.addTextElement(u"The quick brown fox", TextRange{10, 9});
-    RecordedStreams streams;
-};
+class Execute : public test::ExecuteWorld {};
 
 TEST_F(Execute, PrintsTheUsageTextWithoutArgumentsAndTouchesNothing) {
     EXPECT_EQ(run({}), 0);
     EXPECT_EQ(streams.output, Lines{utf8FromText(CommandLineOptions::usage()) + "\n"});
     EXPECT_EQ(streams.error, Lines());
+    EXPECT_EQ(desktop.journal(), Lines());
+}
+
+TEST_F(Execute, PrintsTheUsageTextForHelpWhateverFollows) {
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"-h"}, {"--help"}, {"--help", "read-selection"}, {"-h", "--delay", "99"}}) {
+        streams.output.clear();
+        EXPECT_EQ(run(arguments), 0);
+        EXPECT_EQ(streams.output, Lines{utf8FromText(CommandLineOptions::usage()) + "\n"});
+    }
+    EXPECT_EQ(streams.error, Lines());
+    EXPECT_EQ(streams.inputReads, 0);
     EXPECT_EQ(desktop.journal(), Lines());
 }
 
@@ -131,6 +91,13 @@ TEST_F(Execute, WritesJsonAndThenOneLineFeed) {
     EXPECT_EQ(streams.output, (Lines{json, "\n"}));
 }
 
+TEST_F(Execute, ReportsALineFeedThatCannotBeWrittenAfterTheJson) {
+    streams.acceptedWrites = 1;
+    EXPECT_EQ(run({"read-selection", "--json"}), 1);
+    EXPECT_EQ(streams.output.size(), 1U);
+    EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not write to standard output.\n"});
+}
+
 TEST_F(Execute, LeavesSlashesInTheSelectionAsTheyAre) {
     text.setText(u"a/b", TextRange{0, 3});
     EXPECT_EQ(run({"read-selection", "--json"}), 0);
@@ -165,6 +132,11 @@ TEST_F(Execute, WaitsForTheDelayBeforeAnythingElse) {
     EXPECT_EQ(desktop.journal().at(1).substr(0, 11), "1.250000001");
 }
 
+TEST_F(Execute, SleepsForTheLongestDelay) {
+    EXPECT_EQ(run({"read-selection", "--delay", "60"}), 0);
+    EXPECT_EQ(desktop.now(), std::chrono::minutes(1));
+}
+
 TEST_F(Execute, DoesNotSleepForADelayOfZeroOrMinusZero) {
     for (const auto* delay : {"0", "-0"}) {
         EXPECT_EQ(run({"read-selection", "--delay", delay}), 0);
@@ -195,7 +167,7 @@ TEST_F(Execute, WritesOneLineToStandardErrorWhenTheArgumentsAreRefused) {
 }
 
 TEST_F(Execute, ReportsAnOutputThatCannotBeWritten) {
-    streams.refuseOutput = true;
+    streams.acceptedWrites = 0;
     for (const auto& arguments : std::vector<std::vector<std::string>>{
              {}, {"permission-status"}, {"read-selection"}, {"read-selection", "--json"}}) {
         streams.error.clear();
@@ -206,7 +178,7 @@ TEST_F(Execute, ReportsAnOutputThatCannotBeWritten) {
 
 TEST_F(Execute, ReportsAnOutputThatCannotBeWrittenEvenWhenNotGranted) {
     desktop.setTrusted(false);
-    streams.refuseOutput = true;
+    streams.acceptedWrites = 0;
     EXPECT_EQ(run({"permission-status"}), 1);
     EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not write to standard output.\n"});
 }
@@ -279,7 +251,7 @@ TEST_F(Execute, ReadsStandardInputBeforeItWaits) {
 }
 
 TEST_F(Execute, DoesNotUndoAReplacementWhoseOutputCannotBeWritten) {
-    streams.refuseOutput = true;
+    streams.acceptedWrites = 0;
     EXPECT_EQ(run({"replace-selection", "--replacement", "x"}), 1);
     EXPECT_EQ(text.text(), u"The quick x");
     EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not write to standard output.\n"});

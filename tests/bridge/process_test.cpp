@@ -1,4 +1,4 @@
-#include "tests/support/process.h"
+#include "tests/bridge/process_world.h"
 
 #include <gtest/gtest.h>
 
@@ -10,21 +10,13 @@
 namespace lomaris {
 namespace {
 
+using test::failure;
 using test::ProcessOptions;
 using test::ProcessResult;
 using test::runTool;
+using test::withoutDesktop;
 
-/// A machine without a desktop, so that what is asked for is always answered the same.
-ProcessOptions withoutDesktop() {
-    ProcessOptions options;
-    options.environment = {{"DISPLAY", std::nullopt},
-                           {"WAYLAND_DISPLAY", std::nullopt},
-                           {"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"},
-                           {"XDG_RUNTIME_DIR", std::nullopt}};
-    return options;
-}
-
-const std::string outputFailure = "Lomaris macOS bridge: Could not write to standard output.\n";
+const ProcessResult outputFailure = failure("Could not write to standard output.");
 
 TEST(Process, PrintsTheUsageTextForHelpAndForNothing) {
     const ProcessResult help = runTool({"--help"});
@@ -37,10 +29,8 @@ TEST(Process, PrintsTheUsageTextForHelpAndForNothing) {
 }
 
 TEST(Process, EndsWithOneLineAndStatusOneForBadArguments) {
-    EXPECT_EQ(runTool({"read-selection", "--delay", "61"}),
-              (ProcessResult{1, "", "Lomaris macOS bridge: --delay must be between 0 and 60 seconds.\n"}));
-    EXPECT_EQ(runTool({"bo\xffgus"}),
-              (ProcessResult{1, "", "Lomaris macOS bridge: Unknown command \"bo\ufffdgus\".\n"}));
+    EXPECT_EQ(runTool({"read-selection", "--delay", "61"}), failure("--delay must be between 0 and 60 seconds."));
+    EXPECT_EQ(runTool({"bo\xffgus"}), failure("Unknown command \"bo\ufffdgus\"."));
 }
 
 TEST(Process, SaysNotGrantedWithStatusTwoWithoutADesktop) {
@@ -49,10 +39,12 @@ TEST(Process, SaysNotGrantedWithStatusTwoWithoutADesktop) {
 }
 
 TEST(Process, AsksForPermissionWithoutADesktop) {
-    EXPECT_EQ(runTool({"read-selection", "--json"}, withoutDesktop()),
-              (ProcessResult{1, "",
-                             "Lomaris macOS bridge: Accessibility permission is required. Open System Settings > "
-                             "Privacy & Security > Accessibility and enable Lomaris (or the terminal running it).\n"}));
+    for (const auto& arguments : std::vector<std::vector<std::string>>{{"read-selection", "--json"},
+                                                                       {"replace-selection", "--replacement", "x"},
+                                                                       {"diagnose-selection"},
+                                                                       {"compatibility-check"}}) {
+        EXPECT_EQ(runTool(arguments, withoutDesktop()), test::permissionRequired()) << arguments.at(0);
+    }
 }
 
 TEST(Process, ReportsAnOutputThatIsFull) {
@@ -61,24 +53,24 @@ TEST(Process, ReportsAnOutputThatIsFull) {
     }
     ProcessOptions options = withoutDesktop();
     options.outputFile = "/dev/full";
-    EXPECT_EQ(runTool({"--help"}, options), (ProcessResult{1, "", outputFailure}));
-    EXPECT_EQ(runTool({"permission-status"}, options), (ProcessResult{1, "", outputFailure}));
+    EXPECT_EQ(runTool({"--help"}, options), outputFailure);
+    EXPECT_EQ(runTool({"permission-status"}, options), outputFailure);
 }
 
 TEST(Process, ReportsAnOutputThatIsClosed) {
     ProcessOptions options = withoutDesktop();
     options.closedDescriptors = {1};
-    EXPECT_EQ(runTool({"--help"}, options), (ProcessResult{1, "", outputFailure}));
-    EXPECT_EQ(runTool({"permission-status"}, options), (ProcessResult{1, "", outputFailure}));
+    EXPECT_EQ(runTool({"--help"}, options), outputFailure);
+    EXPECT_EQ(runTool({"permission-status"}, options), outputFailure);
     options.closedDescriptors = {0, 1};
-    EXPECT_EQ(runTool({"--help"}, options), (ProcessResult{1, "", outputFailure}));
+    EXPECT_EQ(runTool({"--help"}, options), outputFailure);
 }
 
 TEST(Process, ReportsAReaderThatWentAway) {
     ProcessOptions options = withoutDesktop();
     options.readerGoesAway = true;
-    EXPECT_EQ(runTool({"--help"}, options), (ProcessResult{1, "", outputFailure}));
-    EXPECT_EQ(runTool({"permission-status"}, options), (ProcessResult{1, "", outputFailure}));
+    EXPECT_EQ(runTool({"--help"}, options), outputFailure);
+    EXPECT_EQ(runTool({"permission-status"}, options), outputFailure);
 }
 
 TEST(Process, StillEndsWithItsStatusWhereStandardErrorIsClosed) {
