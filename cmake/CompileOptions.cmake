@@ -13,8 +13,9 @@ if(LOMARIS_SANITIZE)
   target_link_options(lomaris_options INTERFACE -fsanitize=${LOMARIS_SANITIZE})
 endif()
 
-# lomaris_add_library(name source...): a static library of this project.
+# lomaris_add_library(name source...): a static library of this project. Its options are not those of programs that link
+# an installed copy.
 function(lomaris_add_library name)
   add_library(${name} STATIC ${ARGN})
-  target_link_libraries(${name} PUBLIC lomaris_options)
+  target_link_libraries(${name} PUBLIC $<BUILD_INTERFACE:lomaris_options>)
 endfunction()
