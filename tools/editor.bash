@@ -49,12 +49,16 @@ END
     waitFor windowHasSize 760x210
 }
 
-# selectWords: "brown fox", letter by letter as a person would: to the start, 10 steps right, 9 more with Shift held.
-selectWords() {
+# selectCharacters START COUNT TEXT: letter by letter as a person would: to the start, START steps right, COUNT more with
+# Shift held; returns once TEXT is marked.
+selectCharacters() {
     local keys=(ctrl+Home) step
-    for ((step = 0; step < 10; step++)); do keys+=(Right); done
-    for ((step = 0; step < 9; step++)); do keys+=(shift+Right); done
+    for ((step = 0; step < $1; step++)); do keys+=(Right); done
+    for ((step = 0; step < $2; step++)); do keys+=(shift+Right); done
     xdotool key --delay 5 "${keys[@]}"
-    waitFor wordsAreMarked
+    waitFor textIsMarked "$3"
 }
-wordsAreMarked() { [ "$(xclip -selection primary -out 2>/dev/null)" = 'brown fox' ]; }
+textIsMarked() { [ "$(xclip -selection primary -out -target UTF8_STRING 2>/dev/null)" = "$1" ]; }
+
+# selectWords: "brown fox", the words of the editor's document.
+selectWords() { selectCharacters 10 9 'brown fox'; }

@@ -20,17 +20,29 @@ namespace {
 constexpr const char* page = R"(<!doctype html><meta charset=utf-8><title>Opening</title>
 <textarea id=t rows=4 cols=60 autocomplete=off></textarea>
 <script>
-const show = () => { document.title = `page ${count}: "${t.value}" ${t.selectionStart}-${t.selectionEnd} end`; };
+let shifts = 0;
+const show = () => {
+  document.title = `page ${count}: "${t.value}" ${t.selectionStart}-${t.selectionEnd} end after ${shifts} shifts`;
+};
 const count = Number(sessionStorage.count || 0) + 1;
 sessionStorage.count = count;
 onload = () => { t.value = 'The quick brown fox jumps'; t.focus(); t.setSelectionRange(10, 19); show(); };
 t.oninput = show;
+t.onselectionchange = show;
+onkeyup = event => { if (event.key === 'Shift') { ++shifts; show(); } };
 </script>)";
 
 /// The number of the page that is shown; empty where none is.
 std::string pageInFront() {
     const std::string title = titleInFront();
     return title.starts_with("page ") ? title.substr(0, title.find(':')) : "";
+}
+
+/// How often Shift was pressed on that page, in the words of its title.
+std::string shiftsInFront() {
+    const std::string title = titleInFront();
+    const std::size_t start = title.find(" end after ");
+    return start != std::string::npos ? title.substr(start, title.find(" shifts") - start) : "";
 }
 
 }  // namespace
@@ -56,6 +68,14 @@ void Browser::reset() {
     // The browser tells the accessibility bus about a page some time after it shows it.
     if (!waitFor([this] { return exposesTheSelection(); })) {
         throw std::runtime_error("the browser does not expose its selection");
+    }
+}
+
+void Browser::handleAllKeys() {
+    const std::string before = shiftsInFront();
+    pressKeys({"shift"});
+    if (!waitFor([&before] { return !shiftsInFront().empty() && shiftsInFront() != before; })) {
+        throw std::runtime_error("the page does not handle its keys");
     }
 }
 

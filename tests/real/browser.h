@@ -30,6 +30,10 @@ public:
     /// Loads the page anew. Throws where the selection does not come to show to programs that assist the user.
     void reset();
 
+    /// Presses Shift; returns once the page, in front, has handled it, and so each key before. Throws where it never
+    /// does.
+    static void handleAllKeys();
+
     /// Whether the text and its selection ("10-19") come to be these.
     [[nodiscard]] static bool comesToShow(const std::string& text, const std::string& range);
 

@@ -33,6 +33,13 @@ std::optional<pid_t> processOf(const std::string& line) {
     return number > 0 ? std::optional(static_cast<pid_t>(number)) : std::nullopt;
 }
 
+/// Moves the hands of the person at the desktop.
+void handle(const std::vector<std::string>& commandLine) {
+    if (const ProcessResult result = runProcess(commandLine); result.status != 0) {
+        throw std::runtime_error("could not use keyboard and pointer: " + result.error);
+    }
+}
+
 }  // namespace
 
 std::string missingPrograms(const std::vector<std::string>& programs) {
@@ -70,17 +77,43 @@ void bringToFront(pid_t processIdentifier) {
     }
 }
 
+void bringToFront(const std::string& title) {
+    const bool isInFront = waitFor([&title] {
+        if (titleInFront().find(title) != std::string::npos) {
+            return true;
+        }
+        const ProcessResult windows = runProcess({"xdotool", "search", "--onlyvisible", "--name", title});
+        const ProcessResult ignored = runProcess({"xdotool", "windowactivate", firstLineOf(windows.output)});
+        return false;
+    });
+    if (!isInFront) {
+        throw std::runtime_error("no window with the title \"" + title + "\" came to the front");
+    }
+}
+
 void pressKeys(const std::vector<std::string>& keys) {
     std::vector<std::string> commandLine{"xdotool", "key", "--delay", "2"};
     commandLine.insert(commandLine.end(), keys.begin(), keys.end());
-    if (const ProcessResult result = runProcess(commandLine); result.status != 0) {
-        throw std::runtime_error("could not press keys: " + result.error);
-    }
+    handle(commandLine);
+}
+
+void movePointerAside() { handle({"xdotool", "mousemove", "10000", "10000"}); }
+
+void clickAside() {
+    movePointerAside();
+    handle({"xdotool", "click", "2"});
 }
 
 std::optional<std::string> markedText() {
     const ProcessResult result = runProcess({"xclip", "-out", "-selection", "primary", "-target", "UTF8_STRING"});
     return result.status == 0 ? std::optional(result.output) : std::nullopt;
+}
+
+bool documentBecomes(const std::string& text) {
+    return waitFor([&text] {
+        pressKeys({"ctrl+Home", "ctrl+shift+End"});
+        return markedText() == text;
+    });
 }
 
 }  // namespace lomaris::test

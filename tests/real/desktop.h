@@ -24,10 +24,20 @@ namespace lomaris::test {
 /// Brings a window of a process to the front; returns once it is there, and throws where it never is.
 void bringToFront(pid_t processIdentifier);
 
+/// The same for the window whose title has these words in it.
+void bringToFront(const std::string& title);
+
 /// Presses and releases keys, one after the other ("ctrl+Home", "shift+Right").
 void pressKeys(const std::vector<std::string>& keys);
 
+/// Moves the pointer to where no window is, and presses its middle button there.
+void movePointerAside();
+void clickAside();
+
 /// The text that was marked last, in whatever application, or nothing where none is.
 [[nodiscard]] std::optional<std::string> markedText();
+
+/// Whether the document in front comes to be this text. Marks all of it.
+[[nodiscard]] bool documentBecomes(const std::string& text);
 
 }  // namespace lomaris::test

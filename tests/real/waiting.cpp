@@ -6,7 +6,7 @@
 namespace lomaris::test {
 
 bool waitFor(const std::function<bool()>& isReached) {
-    constexpr auto patience = std::chrono::seconds(30);
+    constexpr auto patience = std::chrono::seconds(60);
     const auto end = std::chrono::steady_clock::now() + patience;
     while (!isReached()) {
         if (std::chrono::steady_clock::now() >= end) {
