@@ -2,6 +2,7 @@
 
 #include "text/code_points.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -160,13 +161,28 @@ bool decode(std::string_view bytes, Text& text, IllFormed illFormed) {
     return true;
 }
 
-/// No less than the bytes that `text` takes in UTF-8. A surrogate pair counts as two halves: six bytes for four.
-std::size_t utf8SizeBound(TextView text) {
-    std::size_t size = 0;
-    for (const char16_t unit : text) {
-        size += 1U + (unit >= 0x80 ? 1U : 0U) + (unit >= 0x800 ? 1U : 0U);
+/// Units that are converted at a time: few enough that their bytes stay in the fastest cache until they are copied on.
+constexpr std::size_t stretch = 4096;
+
+/// Room for a stretch: three bytes a unit at most, and one more where a surrogate pair reaches beyond its end.
+using StretchBytes = std::array<char, 3 * stretch + 1>;
+
+/// Writes the UTF-8 of the code points that begin in the stretch at `position`, which moves behind them. Answers where
+/// the bytes end.
+char* encodeStretch(TextView text, std::size_t& position, char* output) {
+    const std::size_t stretchEnd = std::min(position + stretch, text.size());
+    while (position < stretchEnd) {
+        if (text[position] < 0x80) {
+            const std::size_t copied = copyAscii(text.data() + position, text.data() + stretchEnd, output);
+            position += copied;
+            output += copied;
+            continue;
+        }
+        const CodePoint codePoint = codePointAt(text, position);
+        output = writeUtf8(output, codePoint.value);
+        position += codePoint.units;
     }
-    return size;
+    return output;
 }
 
 }  // namespace
@@ -207,28 +223,18 @@ std::optional<Text> textFromValidUtf8(std::string_view bytes) {
 
 std::string utf8FromText(TextView text) {
     std::string bytes;
+    bytes.reserve(text.size());
     appendUtf8(bytes, text);
     return bytes;
 }
 
 void appendUtf8(std::string& output, TextView text) {
-    const std::size_t oldSize = output.size();
-    output.resize(oldSize + utf8SizeBound(text));
-    const char16_t* const end = text.data() + text.size();
-    char* out = output.data() + oldSize;
+    StretchBytes bytes;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled as far as it is read.
     std::size_t position = 0;
     while (position < text.size()) {
-        if (text[position] < 0x80) {
-            const std::size_t copied = copyAscii(text.data() + position, end, out);
-            position += copied;
-            out += copied;
-            continue;
-        }
-        const CodePoint codePoint = codePointAt(text, position);
-        out = writeUtf8(out, codePoint.value);
-        position += codePoint.units;
+        const char* const end = encodeStretch(text, position, bytes.data());
+        output.append(bytes.data(), static_cast<std::size_t>(end - bytes.data()));
     }
-    output.resize(static_cast<std::size_t>(out - output.data()));
 }
 
 }  // namespace lomaris
