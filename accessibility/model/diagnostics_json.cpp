@@ -56,7 +56,9 @@ std::optional<std::int64_t> optionalInteger(JsonFields& fields, std::string_view
 }
 
 std::optional<AccessibilityNodeDiagnostic> decodeNode(const JsonValue& value) {
-    JsonFields fields(value);
+    JsonFields fields(
+        value, {"path", "depth", "role", "subrole", "identifier", "focused", "selectedTextStatus", "selectedTextLength",
+                "selectedRange", "valueLength", "selectedTextSettable", "childCount"});
     AccessibilityNodeDiagnostic node;
     node.path = fields.text("path");
     node.depth = fields.integer<std::int64_t>("depth");
@@ -148,7 +150,8 @@ std::optional<AccessibilityDiagnosticPayload> decodeAccessibilityDiagnostic(std:
     if (!document) {
         return std::nullopt;
     }
-    JsonFields fields(*document);
+    JsonFields fields(*document, {"applicationName", "bundleIdentifier", "processIdentifier", "scannedNodeCount",
+                                  "truncated", "relevantNodes"});
     AccessibilityDiagnosticPayload payload;
     payload.applicationName = fields.optionalText("applicationName");
     payload.bundleIdentifier = fields.optionalText("bundleIdentifier");
@@ -170,7 +173,9 @@ std::optional<CompatibilityDiagnosticPayload> decodeCompatibilityDiagnostic(std:
     if (!document) {
         return std::nullopt;
     }
-    JsonFields fields(*document);
+    JsonFields fields(*document, {"schemaVersion", "applicationName", "bundleIdentifier", "selectionReadable",
+                                  "selectionLength", "selectionMethod", "usesClipboardFallback",
+                                  "supportsDirectReplacement", "contextBeforeLength", "contextAfterLength"});
     CompatibilityDiagnosticPayload payload;
     payload.schemaVersion = fields.integer<std::int64_t>("schemaVersion");
     payload.applicationName = fields.optionalText("applicationName");

@@ -35,7 +35,8 @@ std::optional<GuardedReplacementRequest> decodeGuardedReplacementRequest(std::st
     if (!document) {
         return std::nullopt;
     }
-    JsonFields fields(*document);
+    JsonFields fields(*document, {"expectedText", "expectedProcessIdentifier", "expectedBundleIdentifier",
+                                  "expectedSelectedRange", "expectedInputActivity", "replacementText"});
     GuardedReplacementRequest request;
     request.expectedText = fields.text("expectedText");
     request.expectedProcessIdentifier = fields.integer<ProcessIdentifier>("expectedProcessIdentifier");

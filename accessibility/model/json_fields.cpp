@@ -18,19 +18,26 @@ bool isKey(TextView text, std::string_view key) {
 
 }  // namespace
 
-JsonFields::JsonFields(const JsonValue& value) {
-    const auto members = membersOf(value);
-    complete_ = members.has_value();
-    if (!members) {
+JsonFields::JsonFields(const JsonValue& value, std::initializer_list<std::string_view> keys) : complete_(true) {
+    fields_.reserve(keys.size());
+    for (const std::string_view key : keys) {
+        fields_.push_back({key, std::nullopt});
+    }
+    if (!visitMembers(value, [this](const JsonMember& member) { take(member); })) {
+        complete_ = false;
+    }
+}
+
+void JsonFields::take(const JsonMember& member) {
+    const auto key = decodeJsonString(member.key);
+    if (!key) {
+        complete_ = false;
         return;
     }
-    for (const JsonMember& member : *members) {
-        auto key = decodeJsonString(member.key);
-        if (!key) {
-            complete_ = false;
-            return;
-        }
-        members_.push_back({std::move(*key), member.value});
+    const auto field = std::find_if(fields_.begin(), fields_.end(),
+                                    [&key](const Field& candidate) { return isKey(*key, candidate.key); });
+    if (field != fields_.end() && !field->value) {
+        field->value = member.value;
     }
 }
 
@@ -43,12 +50,12 @@ const JsonValue* JsonFields::required(std::string_view key) {
 }
 
 const JsonValue* JsonFields::optional(std::string_view key) const {
-    const auto member =
-        std::find_if(members_.begin(), members_.end(), [key](const Member& entry) { return isKey(entry.key, key); });
-    if (member == members_.end() || member->value.kind == JsonKind::null) {
+    const auto field =
+        std::find_if(fields_.begin(), fields_.end(), [key](const Field& candidate) { return candidate.key == key; });
+    if (field == fields_.end() || !field->value || field->value->kind == JsonKind::null) {
         return nullptr;
     }
-    return &member->value;
+    return &*field->value;
 }
 
 Text JsonFields::text(std::string_view key) {

@@ -4,6 +4,7 @@
 #include "text/text.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -16,9 +17,11 @@ namespace lomaris {
 /// well-formed strings as well. The values of unknown keys are not decoded.
 class JsonFields {
 public:
-    /// The document of `value` must outlive the reader. A value that is no object is a record that cannot be complete.
-    explicit JsonFields(const JsonValue& value);
-    explicit JsonFields(const JsonDocument& document) : JsonFields(document.root()) {}
+    /// `keys` are those of the record, literals; no other can be asked for. The document of `value` must outlive the
+    /// reader. A value that is no object is a record that cannot be complete.
+    JsonFields(const JsonValue& value, std::initializer_list<std::string_view> keys);
+    JsonFields(const JsonDocument& document, std::initializer_list<std::string_view> keys)
+        : JsonFields(document.root(), keys) {}
 
     [[nodiscard]] bool isComplete() const { return complete_; }
 
@@ -47,14 +50,15 @@ public:
     void fail() { complete_ = false; }
 
 private:
-    struct Member {
-        Text key;
-        JsonValue value;
+    struct Field {
+        std::string_view key;
+        std::optional<JsonValue> value;
     };
 
+    void take(const JsonMember& member);
     [[nodiscard]] std::int64_t wideInteger(std::string_view key);
 
-    std::vector<Member> members_;
+    std::vector<Field> fields_;
     bool complete_ = false;
 };
 

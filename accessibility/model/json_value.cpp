@@ -33,21 +33,20 @@ std::optional<JsonDocument> parseJson(std::string_view bytes) {
 // The structure was looked through when the document was parsed. What is not there here is the first value of a
 // container that has none.
 
-std::optional<std::vector<JsonMember>> membersOf(const JsonValue& value) {
+bool visitMembers(const JsonValue& value, const std::function<void(const JsonMember&)>& take) {
     if (value.kind != JsonKind::object) {
-        return std::nullopt;
+        return false;
     }
-    std::vector<JsonMember> members;
     JsonScanner scanner(value.written);
     for (char before = '{'; scanner.take(before); before = ',') {
         const auto key = scanner.key();
         const auto member = key ? scanner.value() : std::nullopt;
         if (member) {
-            members.push_back({*key, *member});
+            take({*key, *member});
         }
         scanner.skipWhitespace();
     }
-    return members;
+    return true;
 }
 
 std::optional<std::vector<JsonValue>> elementsOf(const JsonValue& value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -52,8 +53,9 @@ private:
 /// levels. Takes time in proportion to what was read until then and no memory.
 [[nodiscard]] std::optional<JsonDocument> parseJson(std::string_view bytes);
 
-/// The members of an object in the order of the document, equal keys included. Nothing where `value` is no object.
-[[nodiscard]] std::optional<std::vector<JsonMember>> membersOf(const JsonValue& value);
+/// Calls `take` with each member of an object in the order of the document, equal keys included. Answers whether
+/// `value` is an object.
+[[nodiscard]] bool visitMembers(const JsonValue& value, const std::function<void(const JsonMember&)>& take);
 
 /// The elements of an array. Nothing where `value` is no array.
 [[nodiscard]] std::optional<std::vector<JsonValue>> elementsOf(const JsonValue& value);

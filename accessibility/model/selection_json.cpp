@@ -62,7 +62,7 @@ std::string encodeJson(const SelectionPayload& payload, SlashEscaping slashes) {
 }
 
 std::optional<SelectionRangePayload> decodeSelectionRange(const JsonValue& value) {
-    JsonFields fields(value);
+    JsonFields fields(value, {"location", "length"});
     SelectionRangePayload range;
     range.location = fields.integer<std::int64_t>("location");
     range.length = fields.integer<std::int64_t>("length");
@@ -70,7 +70,7 @@ std::optional<SelectionRangePayload> decodeSelectionRange(const JsonValue& value
 }
 
 std::optional<InputActivitySnapshot> decodeInputActivity(const JsonValue& value) {
-    JsonFields fields(value);
+    JsonFields fields(value, {"keyDownCount", "leftMouseDownCount", "rightMouseDownCount", "otherMouseDownCount"});
     InputActivitySnapshot activity;
     activity.keyDownCount = fields.integer<std::uint32_t>("keyDownCount");
     activity.leftMouseDownCount = fields.integer<std::uint32_t>("leftMouseDownCount");
@@ -84,7 +84,9 @@ std::optional<SelectionPayload> decodeSelectionPayload(std::string_view bytes) {
     if (!document) {
         return std::nullopt;
     }
-    JsonFields fields(*document);
+    JsonFields fields(
+        *document, {"applicationName", "bundleIdentifier", "processIdentifier", "selectedText", "contextBefore",
+                    "contextAfter", "selectedRange", "inputActivity", "supportsDirectReplacement", "selectionMethod"});
     SelectionPayload payload;
     payload.applicationName = fields.optionalText("applicationName");
     payload.bundleIdentifier = fields.optionalText("bundleIdentifier");

@@ -177,6 +177,13 @@ TEST(JsonParser, ConvertsADocumentInAnotherEncoding) {
     EXPECT_FALSE(parseJson("[\0]\0\0"sv)) << "half a unit";
 }
 
+/// The members of an object, or nothing where it is none.
+std::optional<std::vector<JsonMember>> membersOf(const JsonValue& value) {
+    std::vector<JsonMember> members;
+    const bool isObject = visitMembers(value, [&members](const JsonMember& member) { members.push_back(member); });
+    return isObject ? std::optional(members) : std::nullopt;
+}
+
 TEST(JsonMembers, KeepTheirOrderAndEqualKeys) {
     const auto document = parseJson(R"( { "a" :true, "\u0061":"x","a":[1, 2] ,"b":{} } )");
     ASSERT_TRUE(document);
