@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -59,10 +60,20 @@ void forEachCharacter(TextView text, Take take) {
     }
 }
 
-FoldedText foldedText(TextView text) {
+std::size_t codePointCount(const std::string& utf8) {
+    return static_cast<std::size_t>(std::count_if(
+        utf8.begin(), utf8.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+}
+
+/// Stands for a character that is not worth folding.
+constexpr utf8proc_int32_t unequalToAll = -1;
+
+/// `text` folded; of characters with more code points than `longest` it only tells that they are there. Ordering the
+/// marks of a character takes time that grows with the square of their number.
+FoldedText foldedText(TextView text, std::size_t longest) {
     FoldedText result;
-    forEachCharacter(text, [&result](const std::string& character) {
-        const CodePoints part = folded(character);
+    forEachCharacter(text, [&result, longest](const std::string& character) {
+        const CodePoints part = codePointCount(character) > longest ? CodePoints{unequalToAll} : folded(character);
         result.codePoints.insert(result.codePoints.end(), part.begin(), part.end());
         result.boundaries.push_back(result.codePoints.size());
     });
@@ -72,8 +83,9 @@ FoldedText foldedText(TextView text) {
 }  // namespace
 
 bool containsIgnoringCase(TextView text, TextView word) {
-    const FoldedText haystack = foldedText(text);
-    const CodePoints needle = foldedText(word).codePoints;
+    const CodePoints needle = foldedText(word, std::numeric_limits<std::size_t>::max()).codePoints;
+    // A part that is equal to the word consists of whole characters, none of them longer than the word.
+    const FoldedText haystack = foldedText(text, needle.size());
     if (haystack.codePoints.empty()) {
         return false;
     }

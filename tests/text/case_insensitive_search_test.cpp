@@ -32,6 +32,8 @@ TEST(ContainsIgnoringCase, ComparesWholeCharacters) {
         {u"\U0001F468\u200D\U0001F469", u"\U0001F468", false},
         {u"a\xD83D", u"A", true},
         {u"aaab", u"aab", true},
+        {u"e" + Text(20000, u'\u0301') + u"Editor", u"editor", true},
+        {u"e" + Text(20000, u'\u0301') + u"dit", u"edit", false},
         {u"abc", u"abcd", false},
         {u"abc", u"", true},
         {u"", u"", false},
