@@ -17,15 +17,15 @@ PasteboardSnapshot PasteboardSnapshot::capture(Pasteboard& pasteboard) {
 }
 
 void PasteboardSnapshot::restore(Pasteboard& pasteboard) const {
-    pasteboard.clearContents();
-    if (items_.empty()) {
-        return;
-    }
+    // Copied first: where there is no memory for that, the pasteboard stays as it is.
     std::vector<NewPasteboardItem> newItems;
     for (const auto& contents : items_) {
         newItems.push_back({.data = contents, .promisedTypes = {}, .provider = nullptr});
     }
-    static_cast<void>(pasteboard.writeItems(std::move(newItems)));
+    pasteboard.clearContents();
+    if (!newItems.empty()) {
+        static_cast<void>(pasteboard.writeItems(std::move(newItems)));
+    }
 }
 
 }  // namespace lomaris
