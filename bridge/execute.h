@@ -23,7 +23,8 @@ inline constexpr int notGranted = 2;
 [[nodiscard]] int execute(const BridgeCommand& command, Platform& platform, StandardStreams& streams);
 
 /// The whole tool but for the process around it: parses the arguments (without the program name), executes, and turns
-/// an error into its one line on standard error. Answers the exit status; never throws. Main thread.
+/// an error into its one line on standard error. Answers the exit status; throws nothing but what running out of memory
+/// while writing that line throws. Main thread.
 [[nodiscard]] int runCommandLine(std::span<const Text> arguments, Platform& platform, StandardStreams& streams);
 
 }  // namespace lomaris

@@ -35,7 +35,8 @@ bool isExpectedInFront(const RunningApplication& application, const GuardedRepla
 }
 
 /// Whether the selection stands where it was expected, as far as that can be told: by its range, or else by the user
-/// not having touched anything.
+/// not having touched anything. Neither can be told of a selection that was copied without a range to expect: the copy
+/// itself moves the counters.
 bool standsAsExpected(const SelectionSnapshot& current, const GuardedReplacementRequest& request,
                       bool activityIsUnchanged) {
     const auto& range = current.payload.selectedRange;

@@ -33,9 +33,10 @@ public:
     void replaceSelection(const SelectionSnapshot& snapshot, TextView replacement, const ReplacementOptions& options);
 
     /// Replaces the selection of the application in front only if it is the one that `request` expects: same
-    /// application, same text, and the same range or no user input in between. The selection is read again with
-    /// `options` for that. Every refusal is `selectionChanged`, with its reason in the guard trace and nothing written;
-    /// the other errors are those of `replaceSelection`.
+    /// application, same text, and the same range or, where there is none to compare, no user input in between; of a
+    /// selection that has to be copied, without an expected range, the text alone counts. The selection is read again
+    /// with `options` for that. Every refusal is `selectionChanged`, with its reason in the guard trace and nothing
+    /// written; the other errors are those of `replaceSelection`, whose own last look leaves no trace.
     void replaceSelectionIfCurrent(const GuardedReplacementRequest& request, const SelectionReadOptions& options);
 
     /// See `lomaris::diagnoseSelection`.

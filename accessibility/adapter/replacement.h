@@ -19,8 +19,9 @@ struct ReplacementOptions {
 /// synchronous but for the restore of the clipboard after a paste.
 ///
 /// Throws `BridgeError`: `directReplacementUnsupported`, `selectionChanged`, `replacementFailed`,
-/// `clipboardFallbackDisabled`, and those of reading the selection again and of the paste. Except after
-/// `replacementFailed`, where only the target knows, nothing was written.
+/// `clipboardFallbackDisabled`, and those of reading the selection again and of the paste. Nothing was written then,
+/// except after `replacementFailed`, where only the target knows, and where a web address took the place of the
+/// selection by Delete and the paste behind it failed.
 void replaceSelection(Platform& platform, KeyboardClipboardFallback& fallback, const SelectionSnapshot& snapshot,
                       TextView replacement, const ReplacementOptions& options);
 

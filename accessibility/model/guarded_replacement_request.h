@@ -15,7 +15,8 @@ struct GuardedReplacementRequest {
     ProcessIdentifier expectedProcessIdentifier = 0;
     /// The bundle identifier that the selection must still report. Absent means that it must report none.
     std::optional<Text> expectedBundleIdentifier;
-    /// The range that the selection must still have, in UTF-16 units. Where it is absent, the input activity decides.
+    /// The range that the selection must still have, in UTF-16 units. Where it is absent, the input activity decides,
+    /// unless the selection has to be copied: then its text is all that is compared.
     std::optional<SelectionRangePayload> expectedSelectedRange;
     /// The counters at the earlier read, or at the moment from which on no input may have come.
     InputActivitySnapshot expectedInputActivity;

@@ -19,8 +19,9 @@ namespace lomaris {
 /// pretty-printed with sorted keys, UTF-8, without a line feed at the end.
 ///
 /// After a paste the main queue restores the user's clipboard, 2.5 s later at most; the call returns before. A host
-/// whose main run loop turns anyway need do nothing where the platform's main queue is that of the process (macOS);
-/// elsewhere it brings a platform of its own and turns it (`Scheduling::runLoopSlice`) for so long.
+/// keeps the service, a session or its platform for so long. Where the platform's main queue is that of the process
+/// (macOS), a main run loop that turns is all else it takes; elsewhere the host brings a platform of its own and turns
+/// it (`Scheduling::runLoopSlice`). Another capture or replacement meanwhile takes what was pasted for the user's.
 class LomarisAccessibilityService {
 public:
     /// On the platform that this build runs on.
@@ -36,7 +37,7 @@ public:
     [[nodiscard]] bool hasPermission(TrustPrompt prompt);
 
     /// Captures the selection for a later replacement. The session remembers whether the clipboard may be used. Throws
-    /// `BridgeError`; `clipboardFallbackDisabled` where the application needs the clipboard and it may not be used.
+    /// `BridgeError`; `clipboardFallbackDisabled` where the application shows no selection and it may not be used.
     [[nodiscard]] std::unique_ptr<AppSelectionSession> captureSelection(const SelectionReadOptions& options);
 
     /// The same for a user who invoked the assistant by its shortcut, and who gets a chat where nothing is selected:

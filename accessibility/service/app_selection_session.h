@@ -34,13 +34,14 @@ public:
     [[nodiscard]] const AppSelectionDetails& details() const { return details_; }
 
     /// Takes the user's input up to now for expected. To be called when the user submits what will lead to the
-    /// replacement; without it, input since the capture counts. May be called again.
+    /// replacement; without it, input since the capture counts. It matters where an element that can be read does not
+    /// tell its range. May be called again.
     void markSubmitted();
 
     /// Replaces the captured selection with `text`, only if it is still the same; may be tried any number of times.
-    /// After a paste the main queue restores the user's clipboard. Throws `BridgeError`: `selectionChanged` where
-    /// anything is not as it was (`ReplacementGuardTrace` says what), or that of the write. The text is not checked for
-    /// emptiness.
+    /// After a paste the main queue restores the user's clipboard; a further try before that is too early. Throws
+    /// `BridgeError`: `selectionChanged` where anything is not as it was (`ReplacementGuardTrace` says what, unless it
+    /// showed only in the last look before the write), or that of the write. The text is not checked for emptiness.
     void replaceIfCurrent(TextView text);
 
 private:
