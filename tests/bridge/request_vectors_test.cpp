@@ -19,9 +19,9 @@ namespace {
 constexpr std::string_view invalidJson = "Lomaris macOS bridge: Guarded replacement request is invalid JSON.\n";
 constexpr std::string_view emptyText = "Lomaris macOS bridge: Expected and replacement text must not be empty.\n";
 constexpr std::string_view noInput = "Lomaris macOS bridge: Expected a guarded replacement request on stdin.\n";
-constexpr std::string_view notTrusted =
-    "Lomaris macOS bridge: Accessibility permission is required. Open System Settings > Privacy & Security > "
-    "Accessibility and enable Lomaris (or the terminal running it).\n";
+constexpr std::string_view notInFront =
+    "Lomaris macOS bridge: The original selection changed while Lomaris was working, so your document was left "
+    "untouched. Select the text and try again.\n";
 
 /// Gives one input and keeps what is written.
 class RequestStreams final : public StandardStreams {
@@ -55,10 +55,9 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
                   << '"';
 }
 
-/// What the tool does with `request` where it may not read the desktop: whatever is valid ends at the permission.
+/// What the tool does with `request` where no application is in front: whatever is valid ends there.
 Outcome outcomeOf(std::string request) {
     SimulatedDesktop desktop;
-    desktop.setTrusted(false);
     RequestStreams streams(std::move(request));
     const std::vector<Text> arguments = {u"replace-selection-request"};
     const int status = runCommandLine(arguments, desktop, streams);
@@ -74,7 +73,7 @@ std::string_view expectedErrorFor(const std::string& request, const nlohmann::js
     }
     const bool hasEmptyText =
         test::bytesOf(expected.at("expectedText")).empty() || test::bytesOf(expected.at("replacementText")).empty();
-    return hasEmptyText ? emptyText : notTrusted;
+    return hasEmptyText ? emptyText : notInFront;
 }
 
 TEST(ReplaceSelectionRequest, TakesOrRefusesTheInputOfEveryReferenceCase) {
@@ -105,7 +104,7 @@ TEST(ReplaceSelectionRequest, TellsMissingInvalidAndEmptyRequestsApart) {
         {request("", "red fox"), emptyText},
         {request("brown fox", ""), emptyText},
         {request("", ""), emptyText},
-        {request(" ", " "), notTrusted},
+        {request(" ", " "), notInFront},
     };
     for (const auto& [input, error] : examples) {
         EXPECT_EQ(outcomeOf(input), (Outcome{1, "", std::string(error)})) << input.substr(0, 80);
