@@ -44,7 +44,7 @@ AttributeAnswer SimulatedAccessibility::copyAttribute(const Element& element, st
     }
     const std::size_t call = beginWithElement("copyAttribute(", element, attribute);
     journal_.line(call) += ")";
-    passLatency();
+    passLatency("copyAttribute");
     AttributeAnswer answer = read(element, attribute);
     std::string& line = journal_.line(call);
     line += " -> ";
@@ -58,7 +58,7 @@ ElementAnswer SimulatedAccessibility::copyElementAttribute(const Element& elemen
     }
     const std::size_t call = beginWithElement("copyElementAttribute(", element, attribute);
     journal_.line(call) += ")";
-    passLatency();
+    passLatency("copyElementAttribute");
     AttributeAnswer read = this->read(element, attribute);
     ElementAnswer answer{read.error, std::nullopt};
     if (const auto* held = std::get_if<Element>(&read.value)) {
@@ -84,7 +84,7 @@ std::vector<std::vector<AttributeAnswer>> SimulatedAccessibility::copyAttributes
     journal_.line(call) += ", ";
     appendList(journal_.line(call), attributes, appendName);
     journal_.line(call) += ")";
-    passLatency();
+    passLatency("copyAttributes");
 
     std::vector<std::vector<AttributeAnswer>> answers;
     answers.reserve(elements.size());
@@ -112,7 +112,7 @@ AXError SimulatedAccessibility::setAttribute(const Element& element, std::string
     journal_.line(call) += ", ";
     appendValue(journal_.line(call), value);
     journal_.line(call) += ")";
-    passLatency();
+    passLatency("setAttribute");
     const Target target = targetOf(element);
     const AXError answer = target.state == nullptr ? target.error : target.state->set(attribute, value);
     journal_.line(call) += " -> ";
@@ -126,7 +126,7 @@ SettableAnswer SimulatedAccessibility::isAttributeSettable(const Element& elemen
     }
     const std::size_t call = beginWithElement("isAttributeSettable(", element, attribute);
     journal_.line(call) += ")";
-    passLatency();
+    passLatency("isAttributeSettable");
     const SettableAnswer answer = askSettable(element, attribute);
     journal_.line(call) += " -> ";
     appendAnswer(journal_.line(call), answer);
@@ -143,7 +143,7 @@ std::vector<SettableAnswer> SimulatedAccessibility::areAttributesSettable(std::s
     journal_.line(call) += ", ";
     journal_.line(call) += attribute;
     journal_.line(call) += ")";
-    passLatency();
+    passLatency("areAttributesSettable");
     std::vector<SettableAnswer> answers;
     answers.reserve(elements.size());
     for (const Element& element : elements) {
@@ -161,7 +161,7 @@ AXError SimulatedAccessibility::performAction(const Element& element, std::strin
     }
     const std::size_t call = beginWithElement("performAction(", element, action);
     journal_.line(call) += ")";
-    passLatency();
+    passLatency("performAction");
     const Target target = targetOf(element);
     const AXError answer = target.state == nullptr ? target.error : reactor_.perform(*target.state, action);
     journal_.line(call) += " -> ";
@@ -242,11 +242,13 @@ std::size_t SimulatedAccessibility::beginWithElement(std::string_view call, cons
     return number;
 }
 
-void SimulatedAccessibility::passLatency() {
-    if (latency_ <= Duration::zero() || scheduler_.isActing()) {
+void SimulatedAccessibility::passLatency(std::string_view call) {
+    const auto own = latencies_.find(call);
+    const Duration latency = own == latencies_.end() ? latency_ : own->second;
+    if (latency <= Duration::zero() || scheduler_.isActing()) {
         return;
     }
-    const Moment answered = scheduler_.momentAfter(latency_);
+    const Moment answered = scheduler_.momentAfter(latency);
     if (scheduler_.isMainCurrent()) {
         process_.awaitAnswer(answered);
     } else {

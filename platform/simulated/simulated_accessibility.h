@@ -8,7 +8,11 @@
 #include "platform/simulated/this_process.h"
 
 #include <cstddef>
+#include <functional>
+#include <map>
 #include <optional>
+#include <string>
+#include <string_view>
 
 namespace lomaris::simulated {
 
@@ -21,6 +25,7 @@ public:
     void setTrusted(bool trusted) { isTrusted_ = trusted; }
     void setPromptAnswer(bool trusted) { promptAnswer_ = trusted; }
     void setLatency(Duration latency) { latency_ = latency; }
+    void setLatencyOf(std::string_view call, Duration latency) { latencies_[std::string(call)] = latency; }
 
     bool isProcessTrusted(TrustPrompt prompt) override;
     Element applicationElement(ProcessIdentifier processIdentifier) override;
@@ -50,7 +55,7 @@ private:
     [[nodiscard]] AttributeAnswer read(const Element& element, std::string_view attribute);
     [[nodiscard]] SettableAnswer askSettable(const Element& element, std::string_view attribute);
     std::size_t beginWithElement(std::string_view call, const Element& element, std::string_view name);
-    void passLatency();
+    void passLatency(std::string_view call);
 
     Scheduler& scheduler_;
     ThisProcess& process_;
@@ -60,6 +65,7 @@ private:
     bool isTrusted_ = true;
     std::optional<bool> promptAnswer_;
     Duration latency_{0};
+    std::map<std::string, Duration, std::less<>> latencies_;
 };
 
 }  // namespace lomaris::simulated

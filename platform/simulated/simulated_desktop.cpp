@@ -33,6 +33,7 @@ void SimulatedDesktop::bringToFront(ProcessIdentifier processIdentifier) {
 }
 
 void SimulatedDesktop::leaveNothingInFront() { world_->applications.leaveNothingInFront(); }
+std::optional<ProcessIdentifier> SimulatedDesktop::front() const { return world_->applications.front(); }
 void SimulatedDesktop::quit(ProcessIdentifier processIdentifier) { world_->applications.quit(processIdentifier); }
 SimulatedElement SimulatedDesktop::systemWide() { return SimulatedElement(world_->applications.systemWide()); }
 
@@ -55,6 +56,7 @@ void SimulatedDesktop::readPasteboardAsAnotherProgram(const PasteboardType& type
 }
 
 void SimulatedDesktop::refusePasteboardWrites(int count) { world_->pasteboard.refuseWrites(count); }
+void SimulatedDesktop::refusePasteboardWriteNumber(int number) { world_->pasteboard.refuseWriteNumber(number); }
 std::vector<StandingItem> SimulatedDesktop::pasteboardContents() const { return world_->pasteboard.contents(); }
 
 std::optional<Text> SimulatedDesktop::pasteboardStringForOthers() { return world_->pasteboard.stringForOthers(); }
@@ -64,8 +66,21 @@ const std::vector<PostedKeyStroke>& SimulatedDesktop::postedKeyStrokes() const {
 
 void SimulatedDesktop::setLatency(Duration latency) { world_->accessibility.setLatency(latency); }
 
+void SimulatedDesktop::setLatencyOf(std::string_view call, Duration latency) {
+    world_->accessibility.setLatencyOf(call, latency);
+}
+
 void SimulatedDesktop::at(Moment moment, std::function<void()> action) {
     world_->scheduler.at(moment, std::move(action));
+}
+
+void SimulatedDesktop::perform(const Reaction& reaction) {
+    const auto act = [&world = *world_, act = reaction.act()] { act(world); };
+    if (reaction.delay() > Duration::zero()) {
+        at(world_->scheduler.momentAfter(reaction.delay()), act);
+    } else {
+        world_->scheduler.act(act);
+    }
 }
 
 void SimulatedDesktop::beforeCall(std::size_t number, std::function<void()> action) {

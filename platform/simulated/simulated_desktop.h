@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace lomaris {
@@ -89,6 +90,8 @@ public:
                                         std::optional<Text> localizedName);
     void bringToFront(ProcessIdentifier processIdentifier);
     void leaveNothingInFront();
+    /// The application in front, or nothing where none is.
+    [[nodiscard]] std::optional<ProcessIdentifier> front() const;
     /// Ends an application: every operation on its elements answers `invalidUIElement` from now on, and nothing is in
     /// front if it was.
     void quit(ProcessIdentifier processIdentifier);
@@ -115,6 +118,8 @@ public:
     void readPasteboardAsAnotherProgram(const PasteboardType& type, std::function<void(std::optional<Bytes>)> whenRead);
     /// The pasteboard refuses the next `count` writes.
     void refusePasteboardWrites(int count = 1);
+    /// The pasteboard refuses the `number`-th write of this process since the beginning, the first being 1.
+    void refusePasteboardWriteNumber(int number);
     [[nodiscard]] std::vector<StandingItem> pasteboardContents() const;
     /// The plain text that another program finds now, or nothing where there is none. This process keeps its promise
     /// for it on the spot, whether or not its run loop turns, or gives nothing once it has ended. Not for actions.
@@ -132,10 +137,16 @@ public:
     /// Virtual time that every accessibility call takes that crosses into an application (copies, sets, settable
     /// questions, actions; a batch is one call). It passes before the application answers. Zero by default.
     void setLatency(Duration latency);
+    /// The same for one of these calls alone, by its name in the journal ("copyAttribute"); takes the place of the
+    /// other for this call.
+    void setLatencyOf(std::string_view call, Duration latency);
 
     /// `action` runs at `moment`, on any thread of the desktop; where that moment is not ahead, just before the next
     /// boundary call or wait. It must not wait or sleep. What it holds must live until it ran or the desktop ends.
     void at(Moment moment, std::function<void()> action);
+
+    /// The user or another program does now, or later where the reaction has a delay, what an application would do.
+    void perform(const Reaction& reaction);
 
     /// `action` runs just before the `number`-th boundary call since the beginning, the first being 1. It must not wait
     /// or sleep. Calls made by actions count and are journalled as any other, marked as the user's.

@@ -173,7 +173,8 @@ bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     }
     std::string& line = journal_.line(journal_.begin("writeItems("));
     appendList(line, items, appendNewItem);
-    if (refusals_ > 0 || !isOwnedHere_) {
+    ++writeCount_;
+    if (refusals_ > 0 || refusedNumbers_.contains(writeCount_) || !isOwnedHere_) {
         refusals_ = refusals_ > 0 ? refusals_ - 1 : 0;
         line += ") -> false";
         return false;

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace lomaris::simulated {
@@ -37,6 +38,7 @@ public:
     [[nodiscard]] std::optional<Text> stringForOthers();
     void readAsOther(const PasteboardType& type, WhenRead whenRead);
     void refuseWrites(int count) { refusals_ = count; }
+    void refuseWriteNumber(int number) { refusedNumbers_.insert(number); }
     [[nodiscard]] std::vector<StandingItem> contents() const;
 
     /// Asks for everything that this process still promises, and hands it to the programs that wait for it.
@@ -64,6 +66,8 @@ private:
     std::int64_t changeCount_ = 100;
     unsigned itemCount_ = 0;
     int refusals_ = 0;
+    int writeCount_ = 0;
+    std::set<int> refusedNumbers_;
     bool isOwnedHere_ = false;
     /// Whether this process has cleared and nobody has written since.
     bool isJustCleared_ = false;

@@ -289,6 +289,19 @@ TEST(SimulatedLatency, IsPaidOnceForEachCallThatCrosses) {
     EXPECT_EQ(timeOf([&] { return service.applicationElement(812); }), milliseconds(0));
 }
 
+TEST(SimulatedLatency, OfOneCallTakesThePlaceOfTheOther) {
+    OneElement world;
+    world.desktop.setLatency(milliseconds(1));
+    world.desktop.setLatencyOf("performAction", milliseconds(5));
+    world.desktop.setLatencyOf("setAttribute", milliseconds(0));
+    static_cast<void>(world.service.performAction(world.field.element(), action::raise));
+    EXPECT_EQ(world.desktop.now(), milliseconds(5));
+    static_cast<void>(world.service.setAttribute(world.field.element(), attribute::main, true));
+    EXPECT_EQ(world.desktop.now(), milliseconds(5));
+    static_cast<void>(world.read(attribute::role));
+    EXPECT_EQ(world.desktop.now(), milliseconds(6));
+}
+
 TEST(SimulatedJournal, NamesEveryAccessibilityCallItsArgumentsAndItsAnswer) {
     OneElement world;
     Accessibility& service = world.service;

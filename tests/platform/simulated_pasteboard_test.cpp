@@ -99,6 +99,18 @@ TEST(SimulatedPasteboard, RefusesAsManyWritesAsScripted) {
     EXPECT_EQ(desktop.pasteboardContents(), (std::vector<StandingItem>{{{{concealedType, ""}}, {stringType}}}));
 }
 
+TEST(SimulatedPasteboard, RefusesTheWritesWhoseNumbersAreScripted) {
+    SimulatedDesktop desktop;
+    const auto provider = std::make_shared<TextProvider>(desktop);
+    desktop.refusePasteboardWriteNumber(2);
+    desktop.refusePasteboardWriteNumber(4);
+    EXPECT_TRUE(promise(desktop, provider));
+    EXPECT_FALSE(promise(desktop, provider));
+    EXPECT_TRUE(promise(desktop, provider));
+    EXPECT_FALSE(promise(desktop, provider));
+    EXPECT_TRUE(promise(desktop, provider));
+}
+
 TEST(SimulatedPasteboard, RefusesAWriteWhenAnotherProgramTookItOver) {
     SimulatedDesktop desktop;
     desktop.pasteboard().clearContents();

@@ -374,5 +374,25 @@ TEST_F(SimulatedReactions, AreNoCallsAndDoNotReachTheJournal) {
                                  }));
 }
 
+TEST(SimulatedUser, DoesWhatAnApplicationWouldDoAtOnceOrLater) {
+    SimulatedDesktop desktop;
+    desktop.perform(copies(u"now"));
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"now"));
+    desktop.perform(copies(u"later").after(milliseconds(20)));
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"now"));
+    desktop.scheduling().sleep(milliseconds(20));
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"later"));
+}
+
+TEST(SimulatedApplications, AreKnownByWhoIsInFront) {
+    SimulatedDesktop desktop;
+    EXPECT_EQ(desktop.front(), std::nullopt);
+    desktop.addApplication(812, std::nullopt, std::nullopt);
+    desktop.bringToFront(812);
+    EXPECT_EQ(desktop.front(), 812);
+    desktop.quit(812);
+    EXPECT_EQ(desktop.front(), std::nullopt);
+}
+
 }  // namespace
 }  // namespace lomaris::test

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "simulator/json_node.h"
+#include "simulator/stage.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace lomaris::simulator {
+
+/// What an element answers, as a desktop file writes it: the keys `attributes`, `settable`, `set`, `actions` and
+/// `processIdentifierFails`.
+struct ElementScript {
+    struct Action {
+        std::string name;
+        AXError answer = AXError::success;
+        std::vector<Reaction> reactions;
+    };
+
+    std::vector<std::pair<std::string, std::vector<AttributeAnswer>>> answers;
+    std::vector<std::pair<std::string, SettableAnswer>> settable;
+    std::vector<std::pair<std::string, AXError>> sets;
+    std::vector<Action> actions;
+    bool processIdentifierFails = false;
+};
+
+/// The keys of a script, together with the other keys that the object may have.
+[[nodiscard]] std::vector<std::string_view> scriptKeysAnd(std::vector<std::string_view> others);
+
+/// Reads the keys of a script from an object, which may have others as well.
+[[nodiscard]] ElementScript readElementScript(const JsonNode& node, Stage& stage);
+
+/// The element answers so from now on; what the script does not mention stays.
+void apply(const ElementScript& script, SimulatedElement element);
+
+}  // namespace lomaris::simulator

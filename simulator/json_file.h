@@ -1,0 +1,16 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string_view>
+
+namespace lomaris::simulator {
+
+/// JSON whose objects keep the order of the file.
+using Json = nlohmann::ordered_json;
+
+/// The contents of a file as JSON; comments, `//` and `/* */`, are allowed. Throws `FileError` where it is no JSON, or
+/// where a key stands twice in an object.
+[[nodiscard]] Json parseJson(std::string_view contents);
+
+}  // namespace lomaris::simulator

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/accessibility.h"
+#include "platform/simulated/simulated_pasteboard_item.h"
+#include "simulator/json_node.h"
+#include "simulator/stage.h"
+
+#include <vector>
+
+/// Values of attributes, error codes, and items of the pasteboard, as a desktop file writes them.
+namespace lomaris::simulator {
+
+/// The name of a code ("cannotComplete") or its number.
+[[nodiscard]] AXError readErrorCode(const JsonNode& node);
+
+[[nodiscard]] ProcessIdentifier readProcessIdentifier(const JsonNode& node);
+
+/// An element by its name; it must stand on the stage already.
+[[nodiscard]] SimulatedElement readElement(const JsonNode& node, const Stage& stage);
+
+/// The same, and it must be a text area.
+[[nodiscard]] SimulatedTextElement readTextElement(const JsonNode& node, const Stage& stage);
+
+/// Two numbers, position and length.
+[[nodiscard]] TextRange readRange(const JsonNode& node);
+
+[[nodiscard]] AttributeValue readValue(const JsonNode& node, const Stage& stage);
+
+/// One answer, or the list under "inTurn", which is not empty.
+[[nodiscard]] std::vector<AttributeAnswer> readAnswers(const JsonNode& node, const Stage& stage);
+
+[[nodiscard]] Bytes readBytes(const JsonNode& node);
+
+/// Items of another program.
+[[nodiscard]] std::vector<CopiedItem> readPasteboardItems(const JsonNode& node);
+
+}  // namespace lomaris::simulator
