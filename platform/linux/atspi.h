@@ -2,16 +2,19 @@
 
 #include "platform/linux/bus_message.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// Names and numbers of the accessibility protocol of the desktop, as its interface descriptions fix them.
 namespace lomaris::atspi {
 
 inline constexpr const char* accessible = "org.a11y.atspi.Accessible";
 inline constexpr const char* action = "org.a11y.atspi.Action";
+inline constexpr const char* cache = "org.a11y.atspi.Cache";
 inline constexpr const char* application = "org.a11y.atspi.Application";
 inline constexpr const char* component = "org.a11y.atspi.Component";
 inline constexpr const char* collection = "org.a11y.atspi.Collection";
@@ -21,6 +24,8 @@ inline constexpr const char* value = "org.a11y.atspi.Value";
 
 /// The path of the root object of every application, and of the registry whose children are those roots.
 inline constexpr const char* rootPath = "/org/a11y/atspi/accessible/root";
+/// The path of the list that some applications keep of all their objects.
+inline constexpr const char* cachePath = "/org/a11y/atspi/cache";
 /// The path that stands for no object.
 inline constexpr const char* nullPath = "/org/a11y/atspi/null";
 inline constexpr const char* registryName = "org.a11y.atspi.Registry";
@@ -61,6 +66,11 @@ public:
 private:
     std::uint64_t bits_;
 };
+
+/// Whether an object that offers these interfaces offers that one.
+[[nodiscard]] inline bool isAmong(const std::vector<std::string>& interfaces, const char* interface) {
+    return std::find(interfaces.begin(), interfaces.end(), interface) != interfaces.end();
+}
 
 /// The object that a peer referred to, or nothing where the reference stands for none. Some toolkits leave their own
 /// name out.

@@ -14,7 +14,7 @@ void resolveFailure(BusConnection& bus, const ObjectReference& object, const Bus
         take(reply.error());
         return;
     }
-    bus.call(object, atspi::accessible, "GetState", {}, [take](const BusReply& states) {
+    bus.ask(object, atspi::accessible, "GetState", {}, [take](const BusReply& states) {
         const auto bits = states.readBits();
         if (bits && !atspi::States(*bits).has(atspi::State::defunct)) {
             take(AXError::attributeUnsupported);

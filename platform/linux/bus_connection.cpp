@@ -32,6 +32,26 @@ std::vector<std::string> localAddresses(std::string_view addresses) {
     return result;
 }
 
+/// What a question asks, as a key to find it by.
+std::string questionOf(const ObjectReference& object, const char* interface, const char* member,
+                       std::initializer_list<BusArgument> arguments) {
+    constexpr char separator = '\n';
+    std::string question = object.name + separator + object.path + separator + interface + separator + member;
+    for (const BusArgument& argument : arguments) {
+        question += separator;
+        if (const auto* const number = std::get_if<std::int32_t>(&argument)) {
+            question += std::to_string(*number);
+        } else if (const auto* const literal = std::get_if<const char*>(&argument)) {
+            question += *literal;
+        } else if (const auto* const text = std::get_if<std::string>(&argument)) {
+            question += *text;
+        } else {
+            question += std::get<BooleanVariant>(argument).value ? "true" : "false";
+        }
+    }
+    return question;
+}
+
 bool append(sd_bus_message* message, const BusArgument& argument) {
     if (const auto* const number = std::get_if<std::int32_t>(&argument)) {
         return bus().message_append_basic_(message, SD_BUS_TYPE_INT32, number) >= 0;
@@ -54,13 +74,17 @@ bool append(sd_bus_message* message, const BusArgument& argument) {
 struct BusConnection::Call {
     std::string peer;
     BusMessage message;
-    Handler handler;
+    std::vector<Handler> handlers;
+    /// Empty where the call is no question.
+    std::string question;
     sd_bus_slot* slot = nullptr;
     Clock::time_point deadline;
     std::unique_ptr<BusReply> reply;
 
     Call(std::string toPeer, BusMessage toSend, Handler onAnswer)
-        : peer(std::move(toPeer)), message(std::move(toSend)), handler(std::move(onAnswer)) {}
+        : peer(std::move(toPeer)), message(std::move(toSend)) {
+        handlers.push_back(std::move(onAnswer));
+    }
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
     ~Call() { bus().slot_unref_(slot); }
@@ -133,9 +157,21 @@ void BusConnection::call(const ObjectReference& object, const char* interface, c
     call(std::move(message), object.name, std::move(handler));
 }
 
+void BusConnection::ask(const ObjectReference& object, const char* interface, const char* member,
+                        std::initializer_list<BusArgument> arguments, Handler handler) {
+    std::string question = questionOf(object, interface, member, arguments);
+    if (const auto asked = questions_.find(question); asked != questions_.end()) {
+        asked->second->handlers.push_back(std::move(handler));
+        return;
+    }
+    call(object, interface, member, arguments, std::move(handler));
+    waiting_.back()->question = question;
+    questions_.emplace(std::move(question), waiting_.back().get());
+}
+
 void BusConnection::getProperty(const ObjectReference& object, const char* interface, const char* property,
                                 Handler handler) {
-    call(object, "org.freedesktop.DBus.Properties", "Get", {interface, property}, std::move(handler));
+    ask(object, "org.freedesktop.DBus.Properties", "Get", {interface, property}, std::move(handler));
 }
 
 void BusConnection::call(BusMessage message, const std::string& peer, Handler handler) {
@@ -154,6 +190,8 @@ void BusConnection::finish() {
 }
 
 void BusConnection::abandon() {
+    ++abandonments_;
+    questions_.clear();
     waiting_.clear();
     underWay_.clear();
     answered_.clear();
@@ -198,6 +236,7 @@ void BusConnection::sendWaiting() {
 bool BusConnection::deliverAnswered() {
     for (auto& call : underWay_) {
         if (call->reply != nullptr) {
+            questions_.erase(call->question);
             answered_.push_back(std::move(call));
         }
     }
@@ -206,7 +245,14 @@ bool BusConnection::deliverAnswered() {
     while (!answered_.empty()) {
         const std::unique_ptr<Call> call = std::move(answered_.front());
         answered_.pop_front();
-        call->handler(*call->reply);
+        const std::size_t abandonments = abandonments_;
+        for (const Handler& handler : call->handlers) {
+            if (abandonments != abandonments_) {
+                break;
+            }
+            handler(*call->reply);
+            call->reply->rewind();
+        }
     }
     return hasAnswers;
 }

@@ -3,12 +3,14 @@
 #include "platform/linux/bus_message.h"
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <variant>
 #include <vector>
@@ -52,7 +54,12 @@ public:
     void call(const ObjectReference& object, const char* interface, const char* member,
               std::initializer_list<BusArgument> arguments, Handler handler);
 
-    /// Queues the reading of a property.
+    /// Queues a call that changes nothing. A question that waits for its answer already is not sent again: whoever asks
+    /// it too gets the same answer. Nothing that changes what it asks for may be queued in between.
+    void ask(const ObjectReference& object, const char* interface, const char* member,
+             std::initializer_list<BusArgument> arguments, Handler handler);
+
+    /// Queues the reading of a property, a question likewise.
     void getProperty(const ObjectReference& object, const char* interface, const char* property, Handler handler);
 
     /// Queues a call whose message the caller has built with `newCall`. A null message is answered with
@@ -88,7 +95,11 @@ private:
     std::deque<std::unique_ptr<Call>> waiting_;
     std::deque<std::unique_ptr<Call>> underWay_;
     std::deque<std::unique_ptr<Call>> answered_;
+    /// The questions among the calls in `waiting_` and `underWay_`.
+    std::unordered_map<std::string, Call*> questions_;
     std::unordered_set<std::string> hungPeers_;
+    /// How often calls were dropped, so that whoever hands out an answer notices.
+    std::size_t abandonments_ = 0;
 };
 
 }  // namespace lomaris

@@ -42,6 +42,70 @@ std::optional<ObjectReference> readObject(sd_bus_message* message) {
     return ObjectReference{std::move(*name), std::move(*path)};
 }
 
+/// The members of an array of `contents`, each read by `readMember`.
+template <typename Member, typename Reader>
+std::optional<std::vector<Member>> readArray(sd_bus_message* message, const char* contents, Reader readMember) {
+    if (bus().message_enter_container_(message, SD_BUS_TYPE_ARRAY, contents) <= 0) {
+        return std::nullopt;
+    }
+    std::vector<Member> members;
+    int next = 0;
+    while ((next = bus().message_peek_type_(message, nullptr, nullptr)) > 0) {
+        auto member = readMember(message);
+        if (!member || members.size() == maximumListLength) {
+            return std::nullopt;
+        }
+        members.push_back(std::move(*member));
+    }
+    if (next < 0 || bus().message_exit_container_(message) < 0) {
+        return std::nullopt;
+    }
+    return members;
+}
+
+std::optional<std::vector<std::string>> readTexts(sd_bus_message* message) {
+    return readArray<std::string>(message, "s",
+                                  [](sd_bus_message* each) { return readText(each, SD_BUS_TYPE_STRING); });
+}
+
+std::optional<std::uint64_t> readBitSet(sd_bus_message* message) {
+    const void* words = nullptr;
+    std::size_t size = 0;
+    if (bus().message_read_array_(message, SD_BUS_TYPE_UINT32, &words, &size) <= 0 || size < sizeof(uint32_t)) {
+        return std::nullopt;
+    }
+    const auto* const word = static_cast<const std::uint32_t*>(words);
+    const std::uint64_t high = size < 2 * sizeof(std::uint32_t) ? 0 : word[1];
+    return high << 32U | word[0];
+}
+
+constexpr const char* listedObjectMembers = "(so)(so)(so)iiassusau";
+constexpr const char* listedObject = "((so)(so)(so)iiassusau)";
+constexpr const char* listedObjectArray = "a((so)(so)(so)iiassusau)";
+
+/// In the order of the wire; the application, the index, the name and the description are passed over.
+std::optional<ListedObject> readListedObject(sd_bus_message* message) {
+    if (bus().message_enter_container_(message, SD_BUS_TYPE_STRUCT, listedObjectMembers) <= 0) {
+        return std::nullopt;
+    }
+    auto object = readObject(message);
+    const auto application = readObject(message);
+    auto parent = readObject(message);
+    const auto index = readBasic<std::int32_t>(message, SD_BUS_TYPE_INT32);
+    const auto childCount = readBasic<std::int32_t>(message, SD_BUS_TYPE_INT32);
+    auto interfaces = readTexts(message);
+    const auto name = readBasic<const char*>(message, SD_BUS_TYPE_STRING);
+    const auto role = readBasic<std::uint32_t>(message, SD_BUS_TYPE_UINT32);
+    const auto description = readBasic<const char*>(message, SD_BUS_TYPE_STRING);
+    const auto states = readBitSet(message);
+    const bool isWhole =
+        object && application && parent && index && childCount && interfaces && name && role && description && states;
+    if (!isWhole || bus().message_exit_container_(message) < 0) {
+        return std::nullopt;
+    }
+    return ListedObject{std::move(*object), std::move(*parent), *childCount, std::move(*interfaces), *role, *states};
+}
+
 }  // namespace
 
 void BusMessageDeleter::operator()(sd_bus_message* message) const { bus().message_unref_(message); }
@@ -61,6 +125,12 @@ bool BusReply::hasSignature(const char* signature) const {
 
 bool BusReply::enterVariant(const char* contents) const {
     return hasSignature("v") && bus().message_enter_container_(message_.get(), SD_BUS_TYPE_VARIANT, contents) > 0;
+}
+
+void BusReply::rewind() const {
+    if (message_ != nullptr) {
+        bus().message_rewind_(message_.get(), 1);
+    }
 }
 
 std::optional<bool> BusReply::readBoolean() const {
@@ -89,17 +159,7 @@ std::optional<std::string> BusReply::readString() const {
 }
 
 std::optional<std::uint64_t> BusReply::readBits() const {
-    if (!hasSignature("au")) {
-        return std::nullopt;
-    }
-    const void* words = nullptr;
-    std::size_t size = 0;
-    if (bus().message_read_array_(message_.get(), SD_BUS_TYPE_UINT32, &words, &size) <= 0 || size < sizeof(uint32_t)) {
-        return std::nullopt;
-    }
-    const auto* const word = static_cast<const std::uint32_t*>(words);
-    const std::uint64_t high = size < 2 * sizeof(std::uint32_t) ? 0 : word[1];
-    return high << 32U | word[0];
+    return hasSignature("au") ? readBitSet(message_.get()) : std::nullopt;
 }
 
 std::optional<ObjectReference> BusReply::readReference() const {
@@ -107,41 +167,16 @@ std::optional<ObjectReference> BusReply::readReference() const {
 }
 
 std::optional<std::vector<ObjectReference>> BusReply::readReferences() const {
-    if (!hasSignature("a(so)") || bus().message_enter_container_(message_.get(), SD_BUS_TYPE_ARRAY, "(so)") <= 0) {
-        return std::nullopt;
-    }
-    std::vector<ObjectReference> references;
-    int next = 0;
-    while ((next = bus().message_peek_type_(message_.get(), nullptr, nullptr)) > 0) {
-        auto reference = readObject(message_.get());
-        if (!reference || references.size() == maximumListLength) {
-            return std::nullopt;
-        }
-        references.push_back(std::move(*reference));
-    }
-    if (next < 0) {
-        return std::nullopt;
-    }
-    return references;
+    return hasSignature("a(so)") ? readArray<ObjectReference>(message_.get(), "(so)", &readObject) : std::nullopt;
 }
 
 std::optional<std::vector<std::string>> BusReply::readStrings() const {
-    if (!hasSignature("as") || bus().message_enter_container_(message_.get(), SD_BUS_TYPE_ARRAY, "s") <= 0) {
-        return std::nullopt;
-    }
-    std::vector<std::string> strings;
-    int next = 0;
-    while ((next = bus().message_peek_type_(message_.get(), nullptr, nullptr)) > 0) {
-        auto string = readText(message_.get(), SD_BUS_TYPE_STRING);
-        if (!string || strings.size() == maximumListLength) {
-            return std::nullopt;
-        }
-        strings.push_back(std::move(*string));
-    }
-    if (next < 0) {
-        return std::nullopt;
-    }
-    return strings;
+    return hasSignature("as") ? readTexts(message_.get()) : std::nullopt;
+}
+
+std::optional<std::vector<ListedObject>> BusReply::readListedObjects() const {
+    return hasSignature(listedObjectArray) ? readArray<ListedObject>(message_.get(), listedObject, &readListedObject)
+                                           : std::nullopt;
 }
 
 std::optional<bool> BusReply::readBooleanProperty() const {

@@ -29,11 +29,24 @@ struct ObjectReference {
     friend bool operator==(const ObjectReference&, const ObjectReference&) = default;
 };
 
+/// What an object says of itself in the list of all objects of its application.
+struct ListedObject {
+    ObjectReference object;
+    ObjectReference parent;
+    /// Negative where the application does not count them.
+    std::int32_t childCount = 0;
+    std::vector<std::string> interfaces;
+    std::uint32_t role = 0;
+    /// As `BusReply::readBits` reads them.
+    std::uint64_t states = 0;
+};
+
 /// The most members that any list in a reply may have; a longer one is nonsense or nothing that a walk could use.
 inline constexpr std::size_t maximumListLength = 10000;
 
 /// The answer to one call: values, an error of the peer, or no answer at all. Each reader answers nothing unless the
-/// reply consists of exactly the kind of value asked for; only one reader is called per reply, once.
+/// reply consists of exactly the kind of value asked for; only one reader is called per reply, once, unless the reply
+/// is rewound in between.
 class BusReply {
 public:
     /// `message` is a reply of any kind, owned by the result.
@@ -48,6 +61,9 @@ public:
     /// The error that the peer answered, or nothing.
     [[nodiscard]] std::optional<BusFailure> failure() const { return failure_; }
 
+    /// Lets the reply be read once more.
+    void rewind() const;
+
     [[nodiscard]] std::optional<bool> readBoolean() const;
     [[nodiscard]] std::optional<std::int32_t> readInteger() const;
     [[nodiscard]] std::optional<std::pair<std::int32_t, std::int32_t>> readIntegerPair() const;
@@ -60,6 +76,7 @@ public:
     [[nodiscard]] std::optional<ObjectReference> readReference() const;
     [[nodiscard]] std::optional<std::vector<ObjectReference>> readReferences() const;
     [[nodiscard]] std::optional<std::vector<std::string>> readStrings() const;
+    [[nodiscard]] std::optional<std::vector<ListedObject>> readListedObjects() const;
 
     /// The readers of a property: a variant around the value.
     [[nodiscard]] std::optional<bool> readBooleanProperty() const;

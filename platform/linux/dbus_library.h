@@ -23,6 +23,7 @@ namespace lomaris {
     X(message_read_array)         \
     X(message_read_basic)         \
     X(message_ref)                \
+    X(message_rewind)             \
     X(message_set_auto_start)     \
     X(message_unref)              \
     X(new)                        \

@@ -8,10 +8,16 @@
 #include "platform/linux/atspi_element.h"
 #include "platform/linux/menu_attributes.h"
 #include "platform/linux/object_attributes.h"
+#include "platform/linux/object_snapshot.h"
+#include "platform/linux/object_source.h"
+#include "platform/linux/settable_attributes.h"
 #include "platform/linux/text_writing.h"
 #include "text/case_insensitive_search.h"
 #include "text/utf8.h"
 
+#include <algorithm>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace lomaris {
@@ -39,7 +45,7 @@ public:
 
     [[nodiscard]] AttributeAnswer copyAttribute(const Element& element, std::string_view attribute) override {
         AttributeAnswer answer;
-        if (BusConnection* const bus = connection()) {
+        if (BusConnection* const bus = freshConnection()) {
             queueCopy(*bus, element, attribute, answer);
             bus->finish();
             return answer;
@@ -64,7 +70,14 @@ public:
         if (bus == nullptr) {
             return answers;
         }
+        if (std::find(attributes.begin(), attributes.end(), attribute::children) != attributes.end()) {
+            takeSnapshotsFor(elements);
+        }
         for (std::size_t i = 0; i < elements.size(); ++i) {
+            if (const auto* const object = std::get_if<ObjectReference>(&targetOf(elements[i]))) {
+                queueAttributes(sourceOf(*object), *object, attributes, answers[i]);
+                continue;
+            }
             for (std::size_t j = 0; j < attributes.size(); ++j) {
                 queueCopy(*bus, elements[i], attributes[j], answers[i][j]);
             }
@@ -95,7 +108,8 @@ public:
     }
 
     [[nodiscard]] SettableAnswer isAttributeSettable(const Element& element, std::string_view attribute) override {
-        return areAttributesSettable(std::span(&element, 1), attribute).front();
+        return freshConnection() == nullptr ? SettableAnswer{AXError::apiDisabled, false}
+                                            : areAttributesSettable(std::span(&element, 1), attribute).front();
     }
 
     [[nodiscard]] std::vector<SettableAnswer> areAttributesSettable(std::span<const Element> elements,
@@ -108,7 +122,7 @@ public:
         for (std::size_t i = 0; i < elements.size(); ++i) {
             const Target target = objectOf(elements[i]);
             if (target.object) {
-                queueSettable(*bus, *target.object, attribute, answers[i]);
+                queueSettable(sourceOf(*target.object), *target.object, attribute, answers[i]);
             } else {
                 answers[i] = {target.error, false};
             }
@@ -118,7 +132,7 @@ public:
     }
 
     [[nodiscard]] AXError performAction(const Element& element, std::string_view action) override {
-        BusConnection* const bus = connection();
+        BusConnection* const bus = freshConnection();
         if (bus == nullptr) {
             return AXError::apiDisabled;
         }
@@ -164,8 +178,34 @@ private:
         BusConnection* const bus = bus_.connection();
         if (bus != nullptr && !directory_) {
             directory_.emplace(*bus);
+            snapshots_.emplace(*bus);
         }
         return bus;
+    }
+
+    /// The connection for what looks at one element or changes it: what a walk has read before stands no more.
+    BusConnection* freshConnection() {
+        BusConnection* const bus = connection();
+        if (bus != nullptr) {
+            snapshots_->drop();
+        }
+        return bus;
+    }
+
+    /// A batch that asks for children is a step of a walk, which will look at most objects of an application.
+    void takeSnapshotsFor(std::span<const Element> elements) {
+        std::unordered_set<std::string_view> peers;
+        for (const Element& element : elements) {
+            const auto* const object = std::get_if<ObjectReference>(&targetOf(element));
+            if (object != nullptr && peers.insert(object->name).second) {
+                snapshots_->take(object->name);
+            }
+        }
+    }
+
+    /// What knows most about the object without a look at it alone. There must be a connection.
+    [[nodiscard]] ObjectSource sourceOf(const ObjectReference& object) {
+        return ObjectSource(*connection(), snapshots_->current(object.name));
     }
 
     /// Whose root object stands for the application in front, where the element is the system-wide one.
@@ -205,13 +245,13 @@ private:
         } else if (std::holds_alternative<ApplicationOf>(target) && isApplicationAttribute(attribute)) {
             answer = copyApplicationAttribute(bus, *found.object, attribute);
         } else {
-            queueAttribute(bus, *found.object, attribute, answer);
+            queueAttribute(ObjectSource(bus), *found.object, attribute, answer);
         }
     }
 
     /// Focus moves by being given, so only "true" can be set.
     AXError setFocus(const Element& element, std::string_view attribute, const AttributeValue& value) {
-        BusConnection* const bus = connection();
+        BusConnection* const bus = freshConnection();
         if (bus == nullptr) {
             return AXError::apiDisabled;
         }
@@ -259,6 +299,7 @@ private:
     WindowRaiser* raiser_;
     AccessibilityBus bus_;
     std::optional<ApplicationDirectory> directory_;
+    std::optional<ObjectSnapshots> snapshots_;
 };
 
 }  // namespace

@@ -217,7 +217,7 @@ void queueMenuAttribute(BusConnection& bus, const MenuPart& part, std::string_vi
     } else if (attribute == attribute::children && part.level == MenuLevel::barItem) {
         queueMenuOfBarItem(bus, part.object, answer);
     } else {
-        queueAttribute(bus, part.object, attribute, answer);
+        queueAttribute(ObjectSource(bus), part.object, attribute, answer);
     }
 }
 

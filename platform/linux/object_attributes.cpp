@@ -11,7 +11,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,35 +28,34 @@ using atspi::States;
 void answerName(AttributeAnswer& answer, std::string_view name) { answer = {AXError::success, textFromUtf8(name)}; }
 
 /// Asks for the states of the object; `take` gets them, anything else becomes the answer.
-void queueStates(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer,
+void queueStates(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer,
                  std::function<void(States)> take) {
-    bus.call(object, atspi::accessible, "GetState", {},
-             [&bus, object, &answer, take = std::move(take)](const BusReply& reply) {
-                 const auto bits = reply.readBits();
-                 if (!bits) {
-                     answerFailure(bus, object, reply, answer);
-                 } else if (States(*bits).has(State::defunct)) {
-                     answer = {AXError::invalidUIElement, NullValue{}};
-                 } else {
-                     take(States(*bits));
-                 }
-             });
+    source.askStates(object, [&bus = source.bus(), object, &answer, take = std::move(take)](
+                                 const std::optional<States>& states, const BusReply& reply) {
+        if (!states) {
+            answerFailure(bus, object, reply, answer);
+        } else if (states->has(State::defunct)) {
+            answer = {AXError::invalidUIElement, NullValue{}};
+        } else {
+            take(*states);
+        }
+    });
 }
 
-void queueFocused(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer) {
-    queueStates(bus, object, answer, [&answer](States states) {
+void queueFocused(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer) {
+    queueStates(source, object, answer, [&answer](States states) {
         answer = {AXError::success, states.has(State::focused)};
     });
 }
 
-void queueEnabled(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer) {
-    queueStates(bus, object, answer, [&answer](States states) {
+void queueEnabled(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer) {
+    queueStates(source, object, answer, [&answer](States states) {
         answer = {AXError::success, states.has(State::sensitive) || states.has(State::enabled)};
     });
 }
 
-void queueMain(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer) {
-    queueStates(bus, object, answer, [&answer](States states) {
+void queueMain(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer) {
+    queueStates(source, object, answer, [&answer](States states) {
         answer = {AXError::success, states.has(State::active)};
     });
 }
@@ -82,51 +83,53 @@ void queueIdentifier(BusConnection& bus, const ObjectReference& object, Attribut
     });
 }
 
-void queueRoleNumber(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer,
+/// Asks for the role of the object; `take` gets its number, anything else becomes the answer.
+void queueRoleNumber(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer,
                      std::function<void(std::uint32_t)> take) {
-    bus.call(object, atspi::accessible, "GetRole", {},
-             [&bus, object, &answer, take = std::move(take)](const BusReply& reply) {
-                 if (const auto role = reply.readUnsigned()) {
-                     take(*role);
-                 } else {
-                     answerFailure(bus, object, reply, answer);
-                 }
-             });
-}
-
-/// A parent that cannot be asked leaves the plain name of the role.
-void queueRoleBelowParent(BusConnection& bus, const ObjectReference& object, std::uint32_t role,
-                          AttributeAnswer& answer) {
-    answerName(answer, roleName(role));
-    bus.getProperty(object, atspi::accessible, "Parent", [&bus, object, role, &answer](const BusReply& reply) {
-        auto reference = reply.readReferenceProperty();
-        const auto parent = reference ? atspi::resolved(std::move(*reference), object.name) : std::nullopt;
-        if (!parent) {
-            return;
+    source.askRole(object, [&bus = source.bus(), object, &answer, take = std::move(take)](
+                               const std::optional<std::uint32_t>& role, const BusReply& reply) {
+        if (role) {
+            take(*role);
+        } else {
+            answerFailure(bus, object, reply, answer);
         }
-        bus.call(*parent, atspi::accessible, "GetRole", {}, [role, &answer](const BusReply& parentReply) {
-            if (const auto parentRole = parentReply.readUnsigned()) {
-                answerName(answer, roleName(role, *parentRole));
-            }
-        });
     });
 }
 
-void queueRole(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer) {
-    queueRoleNumber(bus, object, answer, [&bus, object, &answer](std::uint32_t role) {
+/// A parent that cannot be asked leaves the plain name of the role.
+void queueRoleBelowParent(const ObjectSource& source, const ObjectReference& object, std::uint32_t role,
+                          AttributeAnswer& answer) {
+    answerName(answer, roleName(role));
+    source.askParent(object, [source, object, role, &answer](const std::optional<ObjectReference>& reference,
+                                                             const BusReply& /*reply*/) {
+        const auto parent = reference ? atspi::resolved(*reference, object.name) : std::nullopt;
+        if (!parent) {
+            return;
+        }
+        source.askRole(*parent,
+                       [role, &answer](const std::optional<std::uint32_t>& parentRole, const BusReply& /*reply*/) {
+                           if (parentRole) {
+                               answerName(answer, roleName(role, *parentRole));
+                           }
+                       });
+    });
+}
+
+void queueRole(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer) {
+    queueRoleNumber(source, object, answer, [source, object, &answer](std::uint32_t role) {
         if (roleDependsOnStates(role)) {
-            queueStates(bus, object, answer,
+            queueStates(source, object, answer,
                         [role, &answer](States states) { answerName(answer, roleName(role, states)); });
         } else if (roleDependsOnParent(role)) {
-            queueRoleBelowParent(bus, object, role, answer);
+            queueRoleBelowParent(source, object, role, answer);
         } else {
             answerName(answer, roleName(role));
         }
     });
 }
 
-void queueSubrole(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer) {
-    queueRoleNumber(bus, object, answer, [&answer](std::uint32_t role) {
+void queueSubrole(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer) {
+    queueRoleNumber(source, object, answer, [&answer](std::uint32_t role) {
         const std::string_view name = subroleName(role);
         if (name.empty()) {
             answer = {AXError::attributeUnsupported, NullValue{}};
@@ -148,9 +151,10 @@ std::vector<Element> elementsOf(std::vector<ObjectReference> references, const s
 }
 
 /// The number of the children is asked for first: a table of millions of cells would be busy for minutes to list them.
-void queueChildren(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer) {
-    bus.getProperty(object, atspi::accessible, "ChildCount", [&bus, object, &answer](const BusReply& countReply) {
-        const auto count = countReply.readIntegerProperty();
+/// The list comes from the object itself, as what a child calls its parent may be another.
+void queueChildren(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer) {
+    source.askChildCount(object, [&bus = source.bus(), object, &answer](const std::optional<std::int32_t>& count,
+                                                                        const BusReply& countReply) {
         if (!count) {
             answerFailure(bus, object, countReply, answer);
             return;
@@ -173,7 +177,13 @@ void queueChildren(BusConnection& bus, const ObjectReference& object, AttributeA
     });
 }
 
-using AttributeReader = void (*)(BusConnection&, const ObjectReference&, AttributeAnswer&);
+using AttributeReader = void (*)(const ObjectSource&, const ObjectReference&, AttributeAnswer&);
+
+/// A reader of something that no list of objects tells.
+template <void (*Reader)(BusConnection&, const ObjectReference&, AttributeAnswer&)>
+void queueLive(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer) {
+    Reader(source.bus(), object, answer);
+}
 
 struct NamedReader {
     std::string_view attribute;
@@ -184,16 +194,16 @@ constexpr std::array<NamedReader, 13> readers{{
     {attribute::children, &queueChildren},
     {attribute::enabled, &queueEnabled},
     {attribute::focused, &queueFocused},
-    {attribute::identifier, &queueIdentifier},
+    {attribute::identifier, &queueLive<&queueIdentifier>},
     {attribute::main, &queueMain},
-    {attribute::menuItemCommandCharacter, &queueMenuItemCharacter},
-    {attribute::menuItemCommandModifiers, &queueMenuItemModifiers},
+    {attribute::menuItemCommandCharacter, &queueLive<&queueMenuItemCharacter>},
+    {attribute::menuItemCommandModifiers, &queueLive<&queueMenuItemModifiers>},
     {attribute::role, &queueRole},
-    {attribute::selectedText, &queueSelectedText},
-    {attribute::selectedTextRange, &queueSelectedTextRange},
+    {attribute::selectedText, &queueLive<&queueSelectedText>},
+    {attribute::selectedTextRange, &queueLive<&queueSelectedTextRange>},
     {attribute::subrole, &queueSubrole},
-    {attribute::title, &queueTitle},
-    {attribute::value, &queueValue},
+    {attribute::title, &queueLive<&queueTitle>},
+    {attribute::value, &queueLive<&queueValue>},
 }};
 
 const NamedReader* readerOf(std::string_view attribute) {
@@ -202,82 +212,55 @@ const NamedReader* readerOf(std::string_view attribute) {
     return found == readers.end() ? nullptr : found;
 }
 
-bool contains(const std::vector<std::string>& names, std::string_view name) {
-    return std::find(names.begin(), names.end(), name) != names.end();
+/// Whether the attribute needs an interface that most objects lack.
+bool isTextual(std::string_view attribute) {
+    return attribute == attribute::selectedText || attribute == attribute::selectedTextRange ||
+           attribute == attribute::value;
 }
 
-/// Its texts offer to be edited, answer that they were, and stay as they are.
-constexpr std::string_view toolkitThatIgnoresWrites = "Gecko";
-
-/// A toolkit that does not give its name is taken for one that writes; a write is read back anyway.
-void queueUnlessToolkitIgnoresWrites(BusConnection& bus, const ObjectReference& object, SettableAnswer& answer) {
-    const ObjectReference root{object.name, atspi::rootPath};
-    bus.getProperty(root, atspi::application, "ToolkitName", [&answer](const BusReply& reply) {
-        answer.settable = reply.readStringProperty() != toolkitThatIgnoresWrites;
-    });
-}
-
-/// Whether the selected text of the object can be written: it offers to be edited, and says that it is editable now.
-void queueSelectedTextSettable(BusConnection& bus, const ObjectReference& object, SettableAnswer& answer) {
-    bus.call(object, atspi::accessible, "GetInterfaces", {}, [&bus, object, &answer](const BusReply& reply) {
-        const auto interfaces = reply.readStrings();
-        if (!interfaces) {
-            resolveFailure(bus, object, reply, [&answer](AXError error) { answer = {error, false}; });
-            return;
-        }
-        if (!contains(*interfaces, atspi::text)) {
-            answer = {AXError::attributeUnsupported, false};
-            return;
-        }
-        if (!contains(*interfaces, atspi::editableText)) {
-            answer = {AXError::success, false};
-            return;
-        }
-        bus.call(object, atspi::accessible, "GetState", {}, [&bus, object, &answer](const BusReply& statesReply) {
-            const auto bits = statesReply.readBits();
-            if (!bits) {
-                resolveFailure(bus, object, statesReply, [&answer](AXError error) { answer = {error, false}; });
-                return;
-            }
-            const States states(*bits);
-            answer = {AXError::success, states.has(State::editable) && !states.has(State::readOnly)};
-            if (answer.settable) {
-                queueUnlessToolkitIgnoresWrites(bus, object, answer);
-            }
-        });
-    });
+bool mayAnswer(const std::vector<std::string>& interfaces, std::string_view attribute) {
+    return atspi::isAmong(interfaces, atspi::text) ||
+           (attribute == attribute::value && atspi::isAmong(interfaces, atspi::value));
 }
 
 }  // namespace
 
-void queueAttribute(BusConnection& bus, const ObjectReference& object, std::string_view attribute,
+bool isObjectAttribute(std::string_view attribute) { return readerOf(attribute) != nullptr; }
+
+void queueAttribute(const ObjectSource& source, const ObjectReference& object, std::string_view attribute,
                     AttributeAnswer& answer) {
     const NamedReader* const reader = readerOf(attribute);
     if (reader == nullptr) {
         answer = {AXError::attributeUnsupported, NullValue{}};
         return;
     }
-    reader->queue(bus, object, answer);
+    reader->queue(source, object, answer);
 }
 
-void queueSettable(BusConnection& bus, const ObjectReference& object, std::string_view attribute,
-                   SettableAnswer& answer) {
-    if (attribute == attribute::selectedText) {
-        queueSelectedTextSettable(bus, object, answer);
-        return;
-    }
-    if (readerOf(attribute) == nullptr) {
-        answer = {AXError::attributeUnsupported, false};
-        return;
-    }
-    // The other attributes are only read.
-    bus.call(object, atspi::accessible, "GetState", {}, [&bus, object, &answer](const BusReply& reply) {
-        if (reply.readBits()) {
-            answer = {AXError::success, false};
-        } else {
-            resolveFailure(bus, object, reply, [&answer](AXError error) { answer = {error, false}; });
+void queueAttributes(const ObjectSource& source, const ObjectReference& object,
+                     std::span<const std::string_view> attributes, std::span<AttributeAnswer> answers) {
+    for (std::size_t index = 0; index < attributes.size(); ++index) {
+        if (!isTextual(attributes[index])) {
+            queueAttribute(source, object, attributes[index], answers[index]);
         }
-    });
+    }
+    if (std::none_of(attributes.begin(), attributes.end(), isTextual)) {
+        return;
+    }
+    source.askInterfaces(
+        object, [source, object, attributes, answers](const std::optional<std::vector<std::string>>& interfaces,
+                                                      const BusReply& /*reply*/) {
+            for (std::size_t index = 0; index < attributes.size(); ++index) {
+                if (!isTextual(attributes[index])) {
+                    continue;
+                }
+                if (interfaces && !mayAnswer(*interfaces, attributes[index])) {
+                    answers[index] = {AXError::attributeUnsupported, NullValue{}};
+                } else {
+                    queueAttribute(source, object, attributes[index], answers[index]);
+                }
+            }
+        });
 }
 
 AXError performObjectAction(BusConnection& bus, const ObjectReference& object, std::string_view action) {

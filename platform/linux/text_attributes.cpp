@@ -111,17 +111,17 @@ void queueTextAndRange(const SharedQuestion& question,
     if (question->selectionCount == 0) {
         bus.getProperty(object, atspi::text, "CaretOffset", takeCaret);
     } else {
-        bus.call(object, atspi::text, "GetSelection", {std::int32_t{0}}, takeSelection);
+        bus.ask(object, atspi::text, "GetSelection", {std::int32_t{0}}, takeSelection);
     }
-    bus.call(object, atspi::text, "GetText", {std::int32_t{0}, std::int32_t{-1}},
-             [question, arrived](const BusReply& reply) {
-                 if (auto bytes = reply.readString()) {
-                     question->bytes = std::move(*bytes);
-                 } else {
-                     question->fail(reply);
-                 }
-                 arrived();
-             });
+    bus.ask(object, atspi::text, "GetText", {std::int32_t{0}, std::int32_t{-1}},
+            [question, arrived](const BusReply& reply) {
+                if (auto bytes = reply.readString()) {
+                    question->bytes = std::move(*bytes);
+                } else {
+                    question->fail(reply);
+                }
+                arrived();
+            });
     bus.getProperty(object, atspi::text, "CharacterCount", [question, arrived](const BusReply& reply) {
         if (const auto count = reply.readIntegerProperty()) {
             question->characterCount = *count;
@@ -134,16 +134,16 @@ void queueTextAndRange(const SharedQuestion& question,
 
 /// Asks how many selections there are, before anything else: without one, some toolkits answer the caret for it.
 void queueSelectionCount(const SharedQuestion& question, std::function<void()> then) {
-    question->bus.call(question->object, atspi::text, "GetNSelections", {},
-                       [question, then = std::move(then)](const BusReply& reply) {
-                           const auto count = reply.readInteger();
-                           if (!count || *count < 0) {
-                               question->fail(reply);
-                               return;
-                           }
-                           question->selectionCount = *count;
-                           then();
-                       });
+    question->bus.ask(question->object, atspi::text, "GetNSelections", {},
+                      [question, then = std::move(then)](const BusReply& reply) {
+                          const auto count = reply.readInteger();
+                          if (!count || *count < 0) {
+                              question->fail(reply);
+                              return;
+                          }
+                          question->selectionCount = *count;
+                          then();
+                      });
 }
 
 AttributeValue numberValue(double number) {
@@ -199,7 +199,7 @@ void queueSelectedTextRange(BusConnection& bus, const ObjectReference& object, A
 
 void queueValue(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer) {
     const auto question = std::make_shared<TextQuestion>(bus, object, answer);
-    bus.call(object, atspi::text, "GetText", {std::int32_t{0}, std::int32_t{-1}}, [question](const BusReply& reply) {
+    bus.ask(object, atspi::text, "GetText", {std::int32_t{0}, std::int32_t{-1}}, [question](const BusReply& reply) {
         auto bytes = reply.readString();
         if (!bytes) {
             queueNumber(question, reply);

@@ -19,7 +19,7 @@ bool isWindow(BusConnection& bus, const ObjectReference& object) {
 AXError raiseWindow(BusConnection& bus, const ObjectReference& window, ProcessIdentifier processIdentifier,
                     WindowRaiser& raiser) {
     AttributeAnswer title;
-    queueAttribute(bus, window, attribute::title, title);
+    queueAttribute(ObjectSource(bus), window, attribute::title, title);
     bus.finish();
     const auto* const text = std::get_if<Text>(&title.value);
     if (text == nullptr) {
@@ -43,7 +43,7 @@ AXError grabFocus(BusConnection& bus, const ObjectReference& object) {
     }
     // What the object claims to have done tells less than its state.
     AttributeAnswer focused;
-    queueAttribute(bus, object, attribute::focused, focused);
+    queueAttribute(ObjectSource(bus), object, attribute::focused, focused);
     bus.finish();
     if (focused.error != AXError::success) {
         return focused.error;

@@ -9,6 +9,28 @@
 
 namespace lomaris::test {
 
+Values listedObjects(std::vector<ListedObject> objects) {
+    return [objects = std::move(objects)](sd_bus_message* reply) {
+        const auto appendReference = [reply](const ObjectReference& object) {
+            sd_bus_message_append(reply, "(so)", object.name.c_str(), object.path.c_str());
+        };
+        std::int32_t index = 0;
+        sd_bus_message_open_container(reply, 'a', "((so)(so)(so)iiassusau)");
+        for (const ListedObject& each : objects) {
+            sd_bus_message_open_container(reply, 'r', "(so)(so)(so)iiassusau");
+            appendReference(each.object);
+            appendReference({each.object.name, atspi::rootPath});
+            appendReference(each.parent);
+            sd_bus_message_append(reply, "ii", index++, each.childCount);
+            strings(each.interfaces)(reply);
+            sd_bus_message_append(reply, "sus", "a name", each.role, "a description");
+            states(each.states)(reply);
+            sd_bus_message_close_container(reply);
+        }
+        sd_bus_message_close_container(reply);
+    };
+}
+
 void FakeDesktop::SetUp() {
     if (!PrivateBus::isAvailable()) {
         GTEST_SKIP() << "dbus-daemon is missing; install the Debian package dbus-daemon";
@@ -52,6 +74,12 @@ void FakeDesktop::addObject(const std::string& path, const std::vector<atspi::St
     peer_->answer(path, "Accessible.GetState", states(bits));
     peer_->answer(path, "Get Accessible.ChildCount", integerProperty(static_cast<std::int32_t>(children.size())));
     peer_->answer(path, "Accessible.GetChildren", references(std::move(childReferences)));
+}
+
+void FakeDesktop::listObjects(std::vector<ListedObject> objects) {
+    peer_->answer(atspi::rootPath, "Get Application.ToolkitName", stringProperty("gtk"));
+    peer_->answer(atspi::rootPath, "Application.GetApplicationBusAddress", string(""));
+    peer_->answer(atspi::cachePath, "Cache.GetItems", listedObjects(std::move(objects)));
 }
 
 void FakeDesktop::addText(const std::string& path, const std::string& bytes, int characterCount,

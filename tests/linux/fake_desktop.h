@@ -14,6 +14,9 @@
 
 namespace lomaris::test {
 
+/// The list of all objects of an application.
+[[nodiscard]] Values listedObjects(std::vector<ListedObject> objects);
+
 /// A workspace whose front application is the one that a test says.
 class FixedWorkspace final : public Workspace {
 public:
@@ -36,6 +39,9 @@ protected:
     /// An object of the application that answers its states and the children that it has.
     void addObject(const std::string& path, const std::vector<atspi::State>& objectStates,
                    const std::vector<std::string>& children = {});
+
+    /// Lets the application list all its objects, as the toolkit does that is asked for that.
+    void listObjects(std::vector<ListedObject> objects);
 
     /// Lets an object hold a text, with its claimed length; `selections` are pairs of positions.
     void addText(const std::string& path, const std::string& bytes, int characterCount,
