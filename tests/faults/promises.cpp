@@ -1,0 +1,317 @@
+#include "tests/faults/promises.h"
+
+#include "accessibility/model/selection_json.h"
+#include "bridge/execute.h"
+#include "tests/faults/expected_documents.h"
+#include "tests/faults/last_look.h"
+#include "text/utf8.h"
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+#include <string_view>
+
+namespace lomaris::test {
+namespace {
+
+using Broken = std::optional<std::string>;
+using std::chrono::milliseconds;
+
+template <typename Predicate>
+std::size_t countOf(const Run& run, const Predicate& predicate) {
+    return static_cast<std::size_t>(std::count_if(run.happenings.begin(), run.happenings.end(), predicate));
+}
+
+std::string joined(const std::vector<std::string>& writes) {
+    std::string text;
+    for (const std::string& write : writes) {
+        text += write;
+    }
+    return text;
+}
+
+Broken speaksOnce(const Scenario& scenario, const Run& run) {
+    if (run.status == exit_status::failure) {
+        const bool isOneLine = run.error.size() == 1 && run.error.front().starts_with("Lomaris macOS bridge: ") &&
+                               run.error.front().find('\n') == run.error.front().size() - 1;
+        if (!isOneLine || !run.output.empty()) {
+            return "a failure is one line on standard error and nothing on standard output";
+        }
+        return std::nullopt;
+    }
+    if (!run.error.empty()) {
+        return "nothing is said on standard error unless the status is 1";
+    }
+    const bool asksForPermission =
+        scenario.command == Command::permissionStatus || scenario.command == Command::permissionPrompt;
+    const std::string output = joined(run.output);
+    if (run.status == exit_status::notGranted) {
+        return asksForPermission && output == "not-granted\n" ? Broken()
+                                                              : "status 2 is that of a missing permission alone";
+    }
+    if (run.status != exit_status::success) {
+        return "no command ends with this status";
+    }
+    if (asksForPermission) {
+        return output == "granted\n" ? Broken() : "status 0 is that of a granted permission";
+    }
+    if (isReplacement(scenario.command)) {
+        return output == "replaced\n" ? Broken() : "a replacement ends with one word";
+    }
+    const bool isRecord = output.starts_with("{\n") && output.ends_with("\n}\n");
+    if (scenario.command != Command::readText && !isRecord) {
+        return "a record is one object";
+    }
+    return output.size() > 1 && output.ends_with('\n') ? Broken() : "a result is not empty and ends with a line feed";
+}
+
+Broken endsInTime(const Scenario& scenario, const Run& run) {
+    return run.elapsed <= longestTime(scenario)
+               ? Broken()
+               : "it took " + std::to_string(std::chrono::duration_cast<milliseconds>(run.elapsed).count()) + " ms";
+}
+
+bool isPaste(const Happening& happening) { return isPost(happening) && happening.about == "paste"; }
+bool isDelete(const Happening& happening) { return isPost(happening) && happening.about == "delete"; }
+
+/// Whether the tool could not save all that the user copied: the pasteboard did not tell it, or had other contents
+/// before all of them were told, or had lost them before because it refused to be written.
+bool wasKeptFromSaving(const Run& run) {
+    bool isSaving = false;
+    for (const Happening& happening : run.happenings) {
+        const bool isPasteboardCall = happening.isCall("items") || happening.isCall("types") ||
+                                      happening.isCall("data") || happening.isCall("writeItems");
+        if (isPasteboardCall && happening.fate == Fate::refused) {
+            return true;
+        }
+        isSaving = (isSaving || happening.isCall("items")) && !happening.isCall("clearContents");
+        if (isSaving && happening.who == Who::user && happening.what == nameOf(UserAct::copies)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The private item of the replacement.
+const std::vector<StandingItem>& stagedText() {
+    static const std::vector<StandingItem> staged = {
+        {.data = {{"org.nspasteboard.ConcealedType", ""}, {"org.nspasteboard.TransientType", ""}},
+         .promised = {"public.utf8-plain-text"}}};
+    return staged;
+}
+
+std::vector<StandingItem> copiedByUser() {
+    return {{.data = {{"public.utf8-plain-text", utf8FromText(world::copiedMeanwhile)}}, .promised = {}}};
+}
+
+/// What must stand on the clipboard when the command has ended. The tool saves the clipboard, empties it, and restores
+/// it in the end by emptying it once more and writing what it saved, so:
+/// - what another program copies between the saving and the restoring is lost, and what it copies later stays;
+/// - after a paste the replacement stays, as the tool ends before the target has read it;
+/// - what the pasteboard does not tell when asked cannot come back, nor anything where it refuses to be written.
+std::vector<StandingItem> expectedClipboard(const Run& run) {
+    std::vector<StandingItem> users = run.clipboardBefore;
+    bool isEmptied = false;
+    bool isRefused = false;
+    for (const Happening& happening : run.happenings) {
+        if (happening.who == Who::user && happening.what == nameOf(UserAct::copies)) {
+            users = copiedByUser();
+            isEmptied = false;
+        } else if (happening.isCall("clearContents")) {
+            isEmptied = true;
+            isRefused = false;
+        } else if (happening.isCall("writeItems")) {
+            isRefused = happening.fate == Fate::refused;
+        }
+    }
+    if (!isEmptied) {
+        return users;
+    }
+    if (countOf(run, isPaste) > 0) {
+        return stagedText();
+    }
+    return isRefused ? std::vector<StandingItem>() : run.told.back();
+}
+
+Broken keepsTheClipboard(const Scenario& /*scenario*/, const Run& run) {
+    if (!wasKeptFromSaving(run)) {
+        for (const ToldItems& told : run.told) {
+            if (told != run.clipboardBefore && told != copiedByUser()) {
+                return "something else is saved than what the user copied";
+            }
+        }
+    }
+    return run.clipboardAfter == expectedClipboard(run) ? Broken() : "the user's clipboard is not what it must be";
+}
+
+Broken releasesEveryKey(const Scenario& /*scenario*/, const Run& run) {
+    // The boundary posts key-down and key-up at once, so a key stays pressed only where a stroke is posted in parts or
+    // by other means: each one that was made is posted, once, before the next one is made.
+    std::optional<std::string> made;
+    for (const Happening& happening : run.happenings) {
+        if (happening.isCall("createKeyStroke") && happening.fate == Fate::answered) {
+            if (made) {
+                return "a key stroke was made and not posted";
+            }
+            made = happening.about;
+        } else if (isPost(happening)) {
+            if (made != happening.about) {
+                return "a key stroke was posted that was not made just before";
+            }
+            made.reset();
+        }
+    }
+    return made ? Broken("a key stroke was made and not posted") : Broken();
+}
+
+Broken writesOnceAndReportsIt(const Scenario& scenario, const Run& run) {
+    const std::size_t attempts = countOf(run, isAttemptToWrite);
+    const std::size_t pastes = countOf(run, isPaste);
+    const std::size_t deletions = countOf(run, isDelete);
+    if (!isReplacement(scenario.command)) {
+        return attempts + pastes + deletions == 0 ? Broken() : "a command that only reads writes nothing";
+    }
+    if (attempts + pastes > 1) {
+        return "a selection is written once, by one way";
+    }
+    const std::size_t done = countOf(run, [](const Happening& happening) {
+        return isAttemptToWrite(happening) && happening.fate == Fate::answered;
+    });
+    if (run.status == exit_status::success) {
+        return done + pastes == 1 ? Broken() : "success was reported and nothing written";
+    }
+    // A write whose answer is lost is a failure for the tool, and cannot be anything else. The target may as well be
+    // gone by then. The deletion before a web address is the only thing that a failure may leave behind.
+    if (pastes > 0 || (done > 0 && !scenario.isDisturbedBy(UserAct::quitsTheTarget))) {
+        return "something was written and a failure reported";
+    }
+    return std::nullopt;
+}
+
+Broken writesOverWhatItSaw(const Scenario& scenario, const Run& run) {
+    const auto write = std::find_if(run.happenings.begin(), run.happenings.end(), [](const Happening& happening) {
+        return isPaste(happening) || isDelete(happening) ||
+               (isAttemptToWrite(happening) && happening.fate != Fate::refused);
+    });
+    if (write == run.happenings.end()) {
+        return std::nullopt;
+    }
+    const auto position = static_cast<std::size_t>(write - run.happenings.begin());
+    const auto last = lastLookBefore(run.happenings, position);
+    const auto deciding = decidingLookBefore(run.happenings, position);
+    if (!last || !deciding) {
+        return "a selection was written that had not been looked at";
+    }
+    if (last->selectedText != deciding->selectedText) {
+        return "another text was selected at the last look";
+    }
+    if (last->method == Look::Method::read && last->range != deciding->range) {
+        return "the selection stood elsewhere at the last look";
+    }
+    if (scenario.command == Command::replaceIfCurrent) {
+        if (last->selectedText != run.targetBefore.selectedText()) {
+            return "another text was selected than the request expected";
+        }
+        const bool isRangeKnown = last->method == Look::Method::read && last->range && scenario.world.expectsRange;
+        if (isRangeKnown && *last->range != run.targetBefore.selection) {
+            return "the selection stood elsewhere than the request expected";
+        }
+    }
+    return std::nullopt;
+}
+
+Broken leavesTheDocumentsAsExpected(const Scenario& scenario, const Run& run) {
+    const Documents expected = expectedDocuments(scenario, run);
+    if (run.targetAfter != expected.target) {
+        return "the document is \"" + utf8FromText(run.targetAfter.text) + "\" and not \"" +
+               utf8FromText(expected.target.text) + "\"";
+    }
+    return run.otherAfter == expected.other ? Broken() : "the other application's document changed";
+}
+
+Broken leavesTheOtherApplicationAlone(const Scenario& scenario, const Run& run) {
+    if (run.otherAfter == run.otherBefore) {
+        return std::nullopt;
+    }
+    // Between the question who is in front and the posting of the key nobody can keep the user from switching.
+    for (std::size_t position = 1; position < run.happenings.size(); ++position) {
+        const Happening& before = run.happenings[position - 1];
+        if (run.happenings[position].isCall("postToSession") && before.who == Who::user &&
+            scenario.isDisturbedBy(UserAct::switchesApplication)) {
+            return std::nullopt;
+        }
+    }
+    return "the other application was written into";
+}
+
+/// The text that a successful read answered, or nothing where the output does not show it.
+std::optional<Text> textRead(const Scenario& scenario, const Run& run) {
+    const std::string output = joined(run.output);
+    if (scenario.command == Command::readText) {
+        return textFromUtf8(std::string_view(output).substr(0, output.size() - 1));
+    }
+    if (scenario.command == Command::readJson) {
+        const auto payload = decodeSelectionPayload(output);
+        return payload ? std::optional(payload->selectedText) : std::nullopt;
+    }
+    return std::nullopt;
+}
+
+Broken readsWhatWasSelected(const Scenario& scenario, const Run& run) {
+    if (run.status != exit_status::success || !isRead(scenario.command)) {
+        return std::nullopt;
+    }
+    const auto text = textRead(scenario, run);
+    if (!text) {
+        return scenario.command == Command::compatibilityCheck ? Broken() : "the selection cannot be decoded";
+    }
+    // What somebody else copies while the tool waits for the target's copy cannot be told from it.
+    if (*text == world::copiedMeanwhile && scenario.isDisturbedBy(UserAct::copies)) {
+        return std::nullopt;
+    }
+    const auto last = lastLookBefore(run.happenings, run.happenings.size());
+    return last && last->selectedText == *text ? Broken() : "what was read is not what was selected at the last look";
+}
+
+}  // namespace
+
+Duration longestTime(const Scenario& scenario) {
+    // Two elements are asked for the focused element, five times 0.1 s apart each.
+    constexpr Duration focus = milliseconds(800);
+    // Three waits of a second for the target's copy, with pauses of 0.08 s between them.
+    constexpr Duration copying = milliseconds(3160);
+    constexpr Duration secondLookForCopyCommand = milliseconds(50);
+    constexpr Duration raisingTheWindow = milliseconds(100);
+    constexpr Duration afterDeleting = milliseconds(80);
+
+    if (!isRead(scenario.command) && !isReplacement(scenario.command)) {
+        return Duration::zero();
+    }
+    Duration longest = focus + copying;
+    if (scenario.world.isBrowser()) {
+        // Copying that finds no text there leads to the copying that follows any failed read.
+        longest += secondLookForCopyCommand + copying;
+    }
+    if (scenario.command == Command::replaceIfCurrent) {
+        longest += raisingTheWindow + secondLookForCopyCommand;
+    }
+    if (scenario.command == Command::replace) {
+        // The copying that makes sure that the selection is still the same.
+        longest += copying;
+    }
+    return isReplacement(scenario.command) ? longest + afterDeleting : longest;
+}
+
+std::vector<std::string> brokenPromises(const Scenario& scenario, const Run& run) {
+    std::vector<std::string> broken;
+    for (const auto promise :
+         {speaksOnce, endsInTime, keepsTheClipboard, releasesEveryKey, writesOnceAndReportsIt, writesOverWhatItSaw,
+          leavesTheDocumentsAsExpected, leavesTheOtherApplicationAlone, readsWhatWasSelected}) {
+        if (auto message = promise(scenario, run)) {
+            broken.push_back(std::move(*message));
+        }
+    }
+    return broken;
+}
+
+}  // namespace lomaris::test

@@ -1,0 +1,161 @@
+#include "tests/faults/promises.h"
+
+#include "tests/bridge/execute_world.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace lomaris::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const WorldPlan& planNamed(std::string_view name) {
+    const auto& plans = worldPlans();
+    return *std::find_if(plans.begin(), plans.end(), [name](const WorldPlan& plan) { return plan.name == name; });
+}
+
+/// A good run with one thing in it made wrong, and the promise that it breaks then.
+struct Breach {
+    std::string what;
+    Command command{};
+    std::string world;
+    std::function<void(Run&)> spoil;
+    std::string message;
+};
+
+Happening& firstCall(Run& run, std::string_view call, std::string_view about = {}) {
+    return *std::find_if(run.happenings.begin(), run.happenings.end(), [&](const Happening& happening) {
+        return happening.isCall(call) && (about.empty() || happening.about == about);
+    });
+}
+
+/// Adds what happened just before the first call of this kind.
+void addBefore(Run& run, std::string_view call, std::string_view about, const Happening& happening) {
+    const auto position = &firstCall(run, call, about) - run.happenings.data();
+    run.happenings.insert(run.happenings.begin() + position, happening);
+}
+
+const std::vector<Breach>& breaches() {
+    static const std::vector<Breach> all = {
+        {"a failure that says two things", Command::replace, "NothingCopies",
+         [](Run& run) { run.error.push_back(run.error.front()); },
+         "a failure is one line on standard error and nothing on standard output"},
+        {"a failure that shows a result", Command::readText, "NothingCopies",
+         [](Run& run) { run.output = {"brown fox\n"}; },
+         "a failure is one line on standard error and nothing on standard output"},
+        {"a success that complains", Command::replace, "Editor",
+         [](Run& run) { run.error = {"Lomaris macOS bridge: no\n"}; },
+         "nothing is said on standard error unless the status is 1"},
+        {"a status of its own", Command::readText, "Editor", [](Run& run) { run.status = 3; },
+         "no command ends with this status"},
+        {"status 2 of a read", Command::readText, "Editor", [](Run& run) { run.status = 2; },
+         "status 2 is that of a missing permission alone"},
+        {"half a record", Command::diagnose, "Editor",
+         [](Run& run) {
+             run.output = {"{", "\n"};
+         },
+         "a record is one object"},
+        {"a moment too long", Command::readText, "KeyOnly",
+         [](Run& run) { run.elapsed = std::chrono::milliseconds(3961); }, "it took 3961 ms"},
+        {"a clipboard without its second item", Command::readText, "KeyOnly",
+         [](Run& run) { run.clipboardAfter.pop_back(); }, "the user's clipboard is not what it must be"},
+        {"private text that is left behind", Command::readText, "KeyOnly",
+         [](Run& run) { run.clipboardAfter = {{.data = {}, .promised = {"public.utf8-plain-text"}}}; },
+         "the user's clipboard is not what it must be"},
+        {"a clipboard that is saved too late", Command::readText, "KeyOnly", [](Run& run) { run.told.back().clear(); },
+         "something else is saved than what the user copied"},
+        {"a key that is not posted", Command::readText, "KeyOnly",
+         [](Run& run) { firstCall(run, "postToSession").what = "changeCount"; },
+         "a key stroke was made and not posted"},
+        {"a key that is posted twice", Command::readText, "KeyOnly",
+         [](Run& run) { addBefore(run, "postToSession", "copy", firstCall(run, "postToSession")); },
+         "a key stroke was posted that was not made just before"},
+        {"a read that writes", Command::readText, "Editor",
+         [](Run& run) {
+             run.happenings.push_back({.who = Who::tool, .what = "setAttribute", .about = "AXSelectedText"});
+             run.targetAfter = withSelectionReplaced(run.targetAfter, u"red fox");
+         },
+         "a command that only reads writes nothing"},
+        {"a success without a write", Command::replace, "Editor",
+         [](Run& run) {
+             firstCall(run, "setAttribute").fate = Fate::refused;
+             run.targetAfter = run.targetBefore;
+         },
+         "success was reported and nothing written"},
+        {"a failure with a write", Command::replace, "Editor",
+         [](Run& run) {
+             run.status = 1;
+             run.output.clear();
+             run.error = {"Lomaris macOS bridge: no\n"};
+         },
+         "something was written and a failure reported"},
+        {"a second write", Command::replace, "Editor",
+         [](Run& run) {
+             addBefore(run, "setAttribute", "AXSelectedText", firstCall(run, "setAttribute"));
+             run.targetAfter = withSelectionReplaced(run.targetAfter, u"red fox");
+         },
+         "a selection is written once, by one way"},
+        {"another selection at the last look", Command::replace, "KeyOnly",
+         [](Run& run) {
+             const auto copy = std::find_if(run.happenings.rbegin(), run.happenings.rend(),
+                                            [](const Happening& happening) { return happening.who == Who::target; });
+             copy->document.selection = {4, 5};
+         },
+         "another text was selected at the last look"},
+        {"a selection that stood elsewhere", Command::replace, "Editor",
+         [](Run& run) {
+             const auto range = std::find_if(
+                 run.happenings.rbegin(), run.happenings.rend(),
+                 [](const Happening& happening) { return happening.isCall("copyAttribute", "AXSelectedTextRange"); });
+             range->document.selection = {26, 9};
+         },
+         "the selection stood elsewhere at the last look"},
+        {"another text in the document", Command::replace, "Editor", [](Run& run) { run.targetAfter.text += u"!"; },
+         "the document is \"The quick red fox met a brown fox!\" and not \"The quick red fox met a brown fox\""},
+        {"another text than was selected", Command::readText, "Editor",
+         [](Run& run) { run.output = {"quick brown\n"}; }, "what was read is not what was selected at the last look"},
+    };
+    return all;
+}
+
+TEST(Promises, AreSeenToBeBroken) {
+    for (const Breach& breach : breaches()) {
+        const Scenario scenario{.world = planNamed(breach.world), .command = breach.command};
+        auto run = perform(scenario);
+        ASSERT_EQ(brokenPromises(scenario, run), Lines()) << breach.what;
+        breach.spoil(run);
+        EXPECT_EQ(brokenPromises(scenario, run), Lines{breach.message}) << breach.what;
+    }
+}
+
+TEST(Promises, CountAKeyThatGoesAstrayAsBroken) {
+    const Scenario scenario{.world = planNamed("KeyOnly"), .command = Command::replace};
+    auto run = perform(scenario);
+    run.otherAfter = withSelectionReplaced(run.otherAfter, u"red fox");
+    EXPECT_EQ(brokenPromises(scenario, run),
+              (Lines{"the other application's document changed", "the other application was written into"}));
+}
+
+TEST(Promises, AddUpTheWaitsOfEachCommand) {
+    using namespace std::chrono_literals;
+    const auto longest = [](std::string_view world, Command command) {
+        return longestTime({.world = planNamed(world), .command = command});
+    };
+    EXPECT_EQ(longest("Editor", Command::permissionStatus), 0ms);
+    EXPECT_EQ(longest("Editor", Command::diagnose), 0ms);
+    EXPECT_EQ(longest("Editor", Command::readText), 3960ms);
+    EXPECT_EQ(longest("Browser", Command::readText), 7170ms);
+    EXPECT_EQ(longest("Editor", Command::replace), 7200ms);
+    EXPECT_EQ(longest("Browser", Command::replace), 10410ms);
+    EXPECT_EQ(longest("Editor", Command::replaceIfCurrent), 4190ms);
+    EXPECT_EQ(longest("Browser", Command::replaceIfCurrent), 7400ms);
+}
+
+}  // namespace
+}  // namespace lomaris::test

@@ -1,0 +1,92 @@
+#include "tests/faults/sweep.h"
+
+#include "tests/faults/promises.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <utility>
+
+namespace lomaris::test {
+namespace {
+
+/// Calls `runWith` for the fault with every number, until the command ends before it has its turn.
+template <typename RunWith>
+void forEveryNumber(Failure failure, Persistence persistence, const RunWith& runWith) {
+    Fault fault{.failure = failure, .persistence = persistence, .number = 1};
+    while (runWith(fault) == Sweep::Course::goesOn) {
+        ++fault.number;
+    }
+}
+
+bool isSameCourse(const Run& first, const Run& second) {
+    return first.journal == second.journal && first.status == second.status && first.output == second.output &&
+           first.error == second.error && first.targetAfter == second.targetAfter;
+}
+
+}  // namespace
+
+Sweep::~Sweep() {
+    EXPECT_GT(runs_, 0U);
+    std::cout << runs_ << " runs\n";
+}
+
+Sweep::Course Sweep::run(const Scenario& scenario) { return run(scenario, Repeats::yes); }
+
+Sweep::Course Sweep::run(const Scenario& scenario, Repeats repeats) {
+    const Run first = perform(scenario);
+    if (!first.faultWasReached || !first.disturbanceWasReached) {
+        return Course::ranOut;
+    }
+    ++runs_;
+    auto broken = brokenPromises(scenario, first);
+    if (repeats == Repeats::yes) {
+        ++runs_;
+        if (!isSameCourse(first, perform(scenario))) {
+            broken.emplace_back("the same scenario takes another course the second time");
+        }
+    }
+    for (const std::string& message : broken) {
+        if (messagesLeft_-- > 0) {
+            ADD_FAILURE() << describe(scenario) << "\n" << message << "\n" << annotatedJournal(first);
+        }
+    }
+    return Course::goesOn;
+}
+
+void Sweep::runFaults(Scenario scenario) {
+    for (const Failure failure : {Failure::noAnswer, Failure::elementGone, Failure::noValue, Failure::answerLost}) {
+        for (const Persistence persistence : {Persistence::once, Persistence::fromThenOn}) {
+            forEveryNumber(failure, persistence, [&](const Fault& fault) {
+                scenario.fault = fault;
+                return run(scenario);
+            });
+        }
+    }
+}
+
+void Sweep::runDisturbances(Scenario scenario) { runDisturbances(std::move(scenario), Repeats::yes); }
+
+void Sweep::runDisturbances(Scenario scenario, Repeats repeats) {
+    for (const UserAct act : userActs()) {
+        scenario.disturbance = {act, 1};
+        while (run(scenario, repeats) == Course::goesOn) {
+            ++scenario.disturbance->number;
+        }
+    }
+}
+
+void Sweep::runPairs(Scenario scenario) {
+    for (const Failure failure : {Failure::noAnswer, Failure::answerLost}) {
+        forEveryNumber(failure, Persistence::once, [&](const Fault& fault) {
+            scenario.fault = fault;
+            if (!perform(scenario).faultWasReached) {
+                return Course::ranOut;
+            }
+            runDisturbances(scenario, Repeats::no);
+            return Course::goesOn;
+        });
+    }
+}
+
+}  // namespace lomaris::test

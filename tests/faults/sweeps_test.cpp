@@ -1,0 +1,64 @@
+#include "tests/faults/sweep.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace lomaris::test {
+namespace {
+
+class EveryCommand : public testing::TestWithParam<WorldPlan> {
+protected:
+    Sweep sweep;
+};
+
+TEST_P(EveryCommand, DoesItsWorkWhereNothingGoesWrong) {
+    for (const Command command : commands()) {
+        const Scenario scenario{.world = GetParam(), .command = command};
+        sweep.run(scenario);
+        const bool needsACopy = isRead(command) || isReplacement(command);
+        const bool fails = needsACopy && GetParam().copyKey == CopyKey::doesNothing;
+        EXPECT_EQ(perform(scenario).status, fails ? 1 : 0) << describe(scenario);
+    }
+}
+
+TEST_P(EveryCommand, KeepsItsPromisesWhateverCallFails) {
+    for (const Command command : commands()) {
+        sweep.runFaults({.world = GetParam(), .command = command});
+    }
+}
+
+TEST_P(EveryCommand, KeepsItsPromisesWhateverTheUserDoesMeanwhile) {
+    for (const Command command : commands()) {
+        sweep.runDisturbances({.world = GetParam(), .command = command});
+    }
+}
+
+std::string nameOfPlan(const testing::TestParamInfo<WorldPlan>& plan) { return plan.param.name; }
+
+INSTANTIATE_TEST_SUITE_P(On, EveryCommand, testing::ValuesIn(worldPlans()), nameOfPlan);
+
+/// The commands that write. Where nothing can be copied, nothing is ever written.
+class EveryReplacement : public EveryCommand {};
+
+TEST_P(EveryReplacement, KeepsItsPromisesWhenACallFailsAndTheUserActs) {
+    for (const Command command : {Command::replace, Command::replaceIfCurrent}) {
+        sweep.runPairs({.world = GetParam(), .command = command});
+    }
+}
+
+std::vector<WorldPlan> plansWithSomethingToCopy() {
+    std::vector<WorldPlan> plans;
+    for (const WorldPlan& plan : worldPlans()) {
+        if (plan.copyKey != CopyKey::doesNothing) {
+            plans.push_back(plan);
+        }
+    }
+    return plans;
+}
+
+INSTANTIATE_TEST_SUITE_P(On, EveryReplacement, testing::ValuesIn(plansWithSomethingToCopy()), nameOfPlan);
+
+}  // namespace
+}  // namespace lomaris::test
