@@ -1,12 +1,11 @@
 #include "platform/linux/application_name.h"
 
 #include "platform/linux/desktop_entry.h"
+#include "platform/linux/file_contents.h"
 #include "platform/linux/message_locale.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
-#include <fstream>
 
 namespace lomaris {
 
@@ -23,24 +22,6 @@ std::string environmentOr(const char* name, const std::string& fallback) {
 bool isPlainFileName(std::string_view name) {
     return !name.empty() && name.size() <= 200 && name.front() != '.' &&
            name.find_first_of(std::string_view("/\0", 2)) == std::string_view::npos;
-}
-
-std::optional<std::string> readEntry(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        return std::nullopt;
-    }
-    std::string contents;
-    std::array<char, 16384> piece{};
-    while (contents.size() < largestEntry) {
-        file.read(piece.data(), piece.size());
-        const auto count = static_cast<std::size_t>(file.gcount());
-        if (count == 0) {
-            break;
-        }
-        contents.append(piece.data(), count);
-    }
-    return contents;
 }
 
 std::string inSmallLetters(std::string text) {
@@ -77,7 +58,7 @@ std::optional<std::string> desktopEntryName(std::string_view entry, std::span<co
         return std::nullopt;
     }
     for (const std::string& directory : dataDirectories) {
-        const auto contents = readEntry(directory + "/applications/" + std::string(entry) + ".desktop");
+        const auto contents = readFile(directory + "/applications/" + std::string(entry) + ".desktop", largestEntry);
         if (contents) {
             return nameInDesktopEntry(*contents, languages);
         }

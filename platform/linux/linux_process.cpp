@@ -1,25 +1,31 @@
 #include "platform/linux/linux_process.h"
 
-#include <fstream>
+#include "platform/linux/file_contents.h"
+
+#include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 namespace lomaris {
 
 namespace {
 
+constexpr std::size_t largestStatus = std::size_t{64} << 10U;
+
 bool isLiveProcess(const std::string& directory, ProcessIdentifier processIdentifier) {
-    std::ifstream status(directory + "/status");
+    const std::string status = readFile(directory + "/status", largestStatus).value_or("");
     bool isAlive = false;
-    bool isProcess = false;
-    for (std::string line; std::getline(status, line);) {
+    std::string_view rest = status;
+    while (!rest.empty()) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
         if (line.starts_with("State:\t")) {
             isAlive = line.find_first_of("ZX", 7) != 7;
         } else if (line.starts_with("Tgid:\t")) {
-            isProcess = line.substr(6) == std::to_string(processIdentifier);
-            break;
+            return isAlive && line.substr(6) == std::to_string(processIdentifier);
         }
     }
-    return isAlive && isProcess;
+    return false;
 }
 
 }  // namespace
@@ -29,10 +35,8 @@ std::optional<std::string> nameOfProcess(ProcessIdentifier processIdentifier) {
     if (processIdentifier <= 0 || !isLiveProcess(directory, processIdentifier)) {
         return std::nullopt;
     }
-    std::ifstream file(directory + "/comm");
-    std::string name;
     // The name itself may hold a line feed; the file ends with one.
-    std::getline(file, name, '\0');
+    std::string name = readFile(directory + "/comm", largestStatus).value_or("");
     if (name.ends_with('\n')) {
         name.pop_back();
     }
