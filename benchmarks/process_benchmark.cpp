@@ -73,7 +73,7 @@ void runOnce(Measured& measured, bool counts) {
     }
     measured.wallMilliseconds.push_back(wall.count());
     measured.cpuMilliseconds.push_back(millisecondsOf(usage.ru_utime) + millisecondsOf(usage.ru_stime));
-    measured.peakKilobytes = std::max(measured.peakKilobytes, usage.ru_maxrss);
+    measured.peakKilobytes = std::max(measured.peakKilobytes, usage.ru_maxrss / LOMARIS_PEAK_MEMORY_PER_KIB);
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
         ++measured.failures;
     }

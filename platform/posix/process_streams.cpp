@@ -27,12 +27,16 @@ void occupyIfClosed(int descriptor, int uselessAccess) {
     }
 }
 
-/// Waits until a descriptor that does not block is ready again.
+/// Waits until a descriptor that does not block is ready again, or for a moment where nobody can tell.
 void waitUntilReady(int descriptor, short events) {
     pollfd request{};
     request.fd = descriptor;
     request.events = events;
-    static_cast<void>(poll(&request, 1, -1));
+    if (poll(&request, 1, -1) > 0 && (request.revents & POLLNVAL) != 0) {
+        // Some systems cannot wait for some devices and say so at once.
+        constexpr int rest = 1;
+        static_cast<void>(poll(nullptr, 0, rest));
+    }
 }
 
 bool isTransient(int error) { return error == EINTR || error == EAGAIN || error == EWOULDBLOCK; }
@@ -47,25 +51,21 @@ bool waitUntilItTakesBytes(int descriptor, int terminationDescriptor) {
     return requests[1].revents == 0;
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        std::string_view piece = bytes;
-        if (const int termination = terminationDescriptor(); termination >= 0) {
-            if (!waitUntilItTakesBytes(descriptor, termination)) {
-                return false;
-            }
-            // A pipe that takes bytes takes this many without blocking.
-            piece = piece.substr(0, PIPE_BUF);
-        }
-        const ssize_t written = write(descriptor, piece.data(), piece.size());
-        if (written >= 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-        } else if (isTransient(errno)) {
-            waitUntilReady(descriptor, POLLOUT);
-        } else {
-            return false;
-        }
+/// Writes `piece`, the front of `bytes`, with one call and takes off what went out; answers whether to go on.
+bool writePiece(int descriptor, std::string_view piece, std::string_view& bytes) {
+    const ssize_t written = write(descriptor, piece.data(), piece.size());
+    if (written >= 0) {
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+        return true;
     }
+    if (!isTransient(errno)) {
+        return false;
+    }
+    if (const int termination = terminationDescriptor();
+        termination >= 0 && !waitUntilItTakesBytes(descriptor, termination)) {
+        return false;
+    }
+    waitUntilReady(descriptor, POLLOUT);
     return true;
 }
 
@@ -100,8 +100,28 @@ std::optional<std::string> ProcessStreams::readInput() {
     }
 }
 
-bool ProcessStreams::writeOutput(std::string_view bytes) { return writeAll(STDOUT_FILENO, bytes); }
+bool ProcessStreams::writeOutput(std::string_view bytes) {
+    while (!bytes.empty()) {
+        std::string_view piece = bytes;
+        if (const int termination = terminationDescriptor(); termination >= 0) {
+            if (!waitUntilItTakesBytes(STDOUT_FILENO, termination)) {
+                return false;
+            }
+            // A pipe that takes bytes takes this many without blocking.
+            piece = piece.substr(0, PIPE_BUF);
+        }
+        if (!writePiece(STDOUT_FILENO, piece, bytes)) {
+            return false;
+        }
+    }
+    return true;
+}
 
-void ProcessStreams::writeError(std::string_view bytes) { static_cast<void>(writeAll(STDERR_FILENO, bytes)); }
+void ProcessStreams::writeError(std::string_view bytes) {
+    // Whole, so that it stays together among what other programs write there, and also when the process is to end: a
+    // line is short, and somebody reads it.
+    while (!bytes.empty() && writePiece(STDERR_FILENO, bytes, bytes)) {
+    }
+}
 
 }  // namespace lomaris

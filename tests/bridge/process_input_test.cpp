@@ -88,6 +88,8 @@ private:
     int writer_ = -1;
 };
 
+using ProcessInputWithoutDesktop = test::WithoutDesktopTest;
+
 constexpr auto longEnoughToBeMistaken = 200ms;
 constexpr auto longerThanAnyRun = 30s;
 
@@ -129,19 +131,22 @@ TEST(ProcessInput, IsReportedWhereTheRequestEndsTooEarly) {
     EXPECT_EQ(runWithInput({"replace-selection-request"}, std::string(1, '\0')), invalidRequest);
 }
 
-TEST(ProcessInput, IsTakenWholeForARequest) {
+TEST_F(ProcessInputWithoutDesktop, IsTakenWholeForARequest) {
     // More than one pipe holds, most of it white space.
     EXPECT_EQ(runWithInput({"replace-selection-request"}, std::string(300000, ' ') + request), selectionChanged);
     EXPECT_EQ(runWithInput({"replace-selection-request"}, request + std::string(300000, '\n')), selectionChanged);
 }
 
-TEST(ProcessInput, IsTakenWholeForAReplacement) {
+TEST_F(ProcessInputWithoutDesktop, IsTakenWholeForAReplacement) {
     EXPECT_EQ(runWithInput({"replace-selection"}, std::string(300000, 'x')), test::permissionRequired());
+}
+
+TEST(ProcessInput, IsReportedWhereItIsNoUtf8AtTheEndOfALongReplacement) {
     EXPECT_EQ(runWithInput({"replace-selection"}, std::string(300000, 'x') + "\xff"),
               failure("Replacement input must be valid UTF-8."));
 }
 
-TEST(ProcessInput, IsAwaitedUntilItsWriterCloses) {
+TEST_F(ProcessInputWithoutDesktop, IsAwaitedUntilItsWriterCloses) {
     WaitingTool tool("replace-selection-request");
     tool.write(request);
     EXPECT_FALSE(tool.endsWithin(longEnoughToBeMistaken));
@@ -152,7 +157,7 @@ TEST(ProcessInput, IsAwaitedUntilItsWriterCloses) {
     EXPECT_EQ(tool.result(), selectionChanged);
 }
 
-TEST(ProcessInput, IsAwaitedAlsoWhereNothingCameYet) {
+TEST_F(ProcessInputWithoutDesktop, IsAwaitedAlsoWhereNothingCameYet) {
     WaitingTool tool("replace-selection");
     EXPECT_FALSE(tool.endsWithin(longEnoughToBeMistaken));
     tool.write("x");
@@ -161,7 +166,7 @@ TEST(ProcessInput, IsAwaitedAlsoWhereNothingCameYet) {
     EXPECT_EQ(tool.result(), test::permissionRequired());
 }
 
-TEST(ProcessInput, IsNotTouchedWhereTheReplacementIsAnArgument) {
+TEST_F(ProcessInputWithoutDesktop, IsNotTouchedWhereTheReplacementIsAnArgument) {
     WaitingTool tool("replace-selection --replacement x");
     ASSERT_TRUE(tool.endsWithin(longerThanAnyRun));
     EXPECT_EQ(tool.result(), test::permissionRequired());

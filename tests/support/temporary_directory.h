@@ -5,7 +5,9 @@
 #include <string>
 #include <system_error>
 
+// One of these declares mkdtemp.
 #include <stdlib.h>
+#include <unistd.h>
 
 namespace lomaris::test {
 
