@@ -1,0 +1,228 @@
+#include "platform/macos/pasteboard.h"
+
+#include "platform/macos/core_foundation.h"
+#include "platform/macos/pasteboard_promise.h"
+#include "platform/macos/shielded_call.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace lomaris::macos {
+
+namespace {
+
+std::int64_t countOf(NSPasteboard* pasteboard) { return pasteboard.changeCount; }
+
+class MacOSItem final : public PasteboardItem {
+public:
+    /// `changeCount` is that of the contents to which the item belongs.
+    MacOSItem(NSPasteboardItem* item, std::int64_t changeCount) : item_(item), changeCount_(changeCount) {}
+
+    std::vector<PasteboardType> types() override {
+        return answerOf<std::vector<PasteboardType>>([this] {
+            std::vector<PasteboardType> types;
+            if (stands()) {
+                for (NSPasteboardType type in item_.types) {
+                    types.push_back(typeFrom(type));
+                }
+            }
+            return types;
+        });
+    }
+
+    std::optional<Bytes> data(const PasteboardType& type) override {
+        return answerOf<std::optional<Bytes>>([&]() -> std::optional<Bytes> {
+            NSPasteboardType const name = pasteboardTypeFrom(type);
+            if (name == nil || !stands()) {
+                return std::nullopt;
+            }
+            NSData* const data = [item_ dataForType:name];
+            return data == nil ? std::nullopt : std::optional(bytesFrom(data));
+        });
+    }
+
+private:
+    /// An item of this process's own could go on answering from its own memory.
+    [[nodiscard]] bool stands() const { return countOf(NSPasteboard.generalPasteboard) == changeCount_; }
+
+    NSPasteboardItem* item_;
+    std::int64_t changeCount_;
+};
+
+using Data = std::vector<std::pair<PasteboardType, Bytes>>;
+
+/// Whether the item took all of it.
+bool setData(NSPasteboardItem* item, const Data& data) {
+    bool tookAll = true;
+    for (const auto& [type, bytes] : data) {
+        NSPasteboardType const name = pasteboardTypeFrom(type);
+        tookAll = name != nil && [item setData:dataFrom(bytes) forType:name] && tookAll;
+    }
+    return tookAll;
+}
+
+/// An item as the pasteboard takes it, with its promise, if there is one.
+struct WrittenItem {
+    NSPasteboardItem* item = nil;
+    LomarisPasteboardPromise* promise = nil;
+    Data data;
+};
+
+/// Nothing where the promise was refused.
+std::optional<WrittenItem> writtenItemFrom(NewPasteboardItem newItem) {
+    WrittenItem written{[NSPasteboardItem new], nil, std::move(newItem.data)};
+    if (newItem.provider && !newItem.promisedTypes.empty()) {
+        written.promise = [[LomarisPasteboardPromise alloc] initWithProvider:std::move(newItem.provider)
+                                                                       types:std::move(newItem.promisedTypes)];
+        if (![written.promise promiseOn:written.item]) {
+            return std::nullopt;
+        }
+    }
+    // A type that is refused is a type less.
+    static_cast<void>(setData(written.item, written.data));
+    return written;
+}
+
+bool writeObjects(const std::vector<WrittenItem>& items) {
+    NSMutableArray<NSPasteboardItem*>* const objects = [NSMutableArray array];
+    for (const WrittenItem& written : items) {
+        [objects addObject:written.item];
+    }
+    return [NSPasteboard.generalPasteboard writeObjects:objects];
+}
+
+}  // namespace
+
+/// What this process wrote since it last cleared the pasteboard, as long as there are promises in it.
+class MacOSPasteboard::Promises {
+public:
+    Promises() = default;
+    Promises(const Promises&) = delete;
+    Promises& operator=(const Promises&) = delete;
+    ~Promises() { letGo(); }
+
+    [[nodiscard]] bool empty() const { return items_.empty(); }
+
+    /// To be called after each write; `changeCount` is that of the pasteboard since then.
+    void add(std::vector<WrittenItem> items, std::int64_t changeCount) {
+        changeCount_ = changeCount;
+        const bool hasPromises =
+            std::any_of(items.begin(), items.end(), [](const auto& one) { return one.promise != nil; });
+        if (hasPromises || !empty()) {
+            std::move(items.begin(), items.end(), std::back_inserter(items_));
+        }
+    }
+
+    [[nodiscard]] bool standAt(std::int64_t changeCount) const { return changeCount == changeCount_; }
+
+    /// Puts data in the place of every promise: on the items as they stand, which disturbs nobody, or else on new ones.
+    void keep() {
+        bool tookAll = true;
+        for (const WrittenItem& written : items_) {
+            if (written.promise != nil) {
+                tookAll = setData(written.item, [written.promise takeOpenData]) && tookAll;
+            }
+        }
+        if (!tookAll) {
+            writeAnew();
+        }
+    }
+
+    void letGo() {
+        for (const WrittenItem& written : std::exchange(items_, {})) {
+            [written.promise letGo];
+        }
+    }
+
+private:
+    /// With everything: what a provider gave to readers before is on the old items alone.
+    void writeAnew() const {
+        std::vector<WrittenItem> anew;
+        for (const WrittenItem& written : items_) {
+            anew.push_back({[NSPasteboardItem new], nil, {}});
+            static_cast<void>(setData(anew.back().item, written.data));
+            if (written.promise != nil) {
+                static_cast<void>(setData(anew.back().item, [written.promise givenData]));
+            }
+        }
+        [NSPasteboard.generalPasteboard clearContents];
+        writeObjects(anew);
+    }
+
+    std::vector<WrittenItem> items_;
+    std::int64_t changeCount_ = 0;
+};
+
+MacOSPasteboard::MacOSPasteboard(RunLoop& runLoop) : runLoop_(runLoop), promises_(std::make_unique<Promises>()) {}
+
+MacOSPasteboard::~MacOSPasteboard() { finish(); }
+
+std::vector<std::unique_ptr<PasteboardItem>> MacOSPasteboard::items() {
+    return answerOf<std::vector<std::unique_ptr<PasteboardItem>>>([] {
+        NSPasteboard* const pasteboard = NSPasteboard.generalPasteboard;
+        // Before the items: contents that change in between make items that answer nothing, never the wrong thing.
+        const std::int64_t changeCount = countOf(pasteboard);
+        std::vector<std::unique_ptr<PasteboardItem>> items;
+        for (NSPasteboardItem* item in pasteboard.pasteboardItems) {
+            items.push_back(std::make_unique<MacOSItem>(item, changeCount));
+        }
+        return items;
+    });
+}
+
+std::optional<Text> MacOSPasteboard::string() {
+    return answerOf<std::optional<Text>>([]() -> std::optional<Text> {
+        NSString* const string = [NSPasteboard.generalPasteboard stringForType:NSPasteboardTypeString];
+        return string == nil ? std::nullopt : std::optional(textFrom((__bridge CFStringRef)string));
+    });
+}
+
+std::int64_t MacOSPasteboard::changeCount() {
+    lastChangeCount_ = answerOf([] { return countOf(NSPasteboard.generalPasteboard); }, lastChangeCount_);
+    return lastChangeCount_;
+}
+
+void MacOSPasteboard::clearContents() {
+    runShielded([] { [NSPasteboard.generalPasteboard clearContents]; });
+    runShielded([this] { promises_->letGo(); });
+}
+
+bool MacOSPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
+    return answerOf<bool>([&] {
+        std::vector<WrittenItem> written;
+        for (NewPasteboardItem& newItem : items) {
+            auto item = writtenItemFrom(std::move(newItem));
+            if (!item) {
+                return false;
+            }
+            written.push_back(std::move(*item));
+        }
+        if (!writeObjects(written)) {
+            return false;
+        }
+        for (const WrittenItem& item : written) {
+            [item.promise standUntilFinished];
+        }
+        promises_->add(std::move(written), countOf(NSPasteboard.generalPasteboard));
+        return true;
+    });
+}
+
+void MacOSPasteboard::finish() {
+    if (promises_->empty()) {
+        return;
+    }
+    // A target that asked already waits for an answer to that very request.
+    runLoop_.serveWaiting(Duration::zero());
+    runShielded([this] {
+        if (promises_->standAt(countOf(NSPasteboard.generalPasteboard))) {
+            promises_->keep();
+        }
+    });
+    // One that asked meanwhile is answered as well.
+    runLoop_.serveWaiting(Duration::zero());
+    runShielded([this] { promises_->letGo(); });
+}
+
+}  // namespace lomaris::macos

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "accessibility/fallback/pasteboard_snapshot.h"
+#include "platform/native_platform.h"
+
+#include <memory>
+
+namespace lomaris::test {
+
+/// Puts the clipboard of the person who runs the tests back at its end.
+class KeptClipboard {
+public:
+    KeptClipboard() : snapshot_(PasteboardSnapshot::capture(nativePlatform()->pasteboard())) {}
+    KeptClipboard(const KeptClipboard&) = delete;
+    KeptClipboard& operator=(const KeptClipboard&) = delete;
+    ~KeptClipboard() { snapshot_.restore(nativePlatform()->pasteboard()); }
+
+private:
+    PasteboardSnapshot snapshot_;
+};
+
+}  // namespace lomaris::test
