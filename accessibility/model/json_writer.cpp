@@ -1,8 +1,9 @@
 #include "accessibility/model/json_writer.h"
 
-#include "accessibility/model/block_search.h"
+#include "text/code_points.h"
 #include "text/utf8.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -14,42 +15,73 @@ namespace {
 
 constexpr std::size_t spacesPerLevel = 2;
 
-/// Units that are converted to UTF-8 together: enough for the conversion to get going, few enough for the cache.
-constexpr std::size_t batchSize = 4096;
+/// Units that are converted to UTF-8 together: few enough that the bytes are still in the fastest cache when they are
+/// looked through for what must be escaped.
+constexpr std::size_t stretch = 1024;
 
-bool needsEscape(char16_t unit, char16_t slash) {
-    return unit < 0x20 || unit == u'"' || unit == u'\\' || unit == slash;
+/// Bytes that are escaped together, and those that are passed over together where none of them is to be escaped.
+constexpr std::size_t pieceSize = 1024;
+constexpr std::size_t blockSize = 16;
+/// "\u001f"
+constexpr std::size_t longestEscape = 6;
+
+bool needsEscape(char byte, char slash) {
+    return static_cast<unsigned char>(byte) < 0x20 || byte == '"' || byte == '\\' || byte == slash;
 }
 
-void appendEscape(Text& output, char16_t unit) {
-    constexpr TextView digits = u"0123456789abcdef";
-    output.push_back(u'\\');
-    switch (unit) {
-        case u'\b':
-            output.push_back(u'b');
-            return;
-        case u'\f':
-            output.push_back(u'f');
-            return;
-        case u'\n':
-            output.push_back(u'n');
-            return;
-        case u'\r':
-            output.push_back(u'r');
-            return;
-        case u'\t':
-            output.push_back(u't');
-            return;
-        case u'"':
-        case u'\\':
-        case u'/':
-            output.push_back(unit);
-            return;
-        default:
-            output += u"u00";
-            output.push_back(digits[unit >> 4U]);
-            output.push_back(digits[unit & 0xFU]);
-            return;
+bool needsEscape(const char* block, char slash) {
+    // As narrow as the bytes, so that the compiler looks at all of them at once.
+    unsigned char found = 0;
+    for (std::size_t offset = 0; offset < blockSize; ++offset) {
+        found = static_cast<unsigned char>(found | static_cast<unsigned char>(needsEscape(block[offset], slash)));
+    }
+    return found != 0;
+}
+
+/// Writes a byte that must be escaped. Answers where its escape ends.
+char* writeEscape(char* output, char byte) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    constexpr std::string_view shortened = "\b\f\n\r\t\"\\/";
+    constexpr std::string_view letters = "bfnrt\"\\/";
+    *output++ = '\\';
+    if (const std::size_t index = shortened.find(byte); index != std::string_view::npos) {
+        *output++ = letters[index];
+        return output;
+    }
+    const auto value = static_cast<unsigned char>(byte);
+    for (const char digit : {'u', '0', '0', digits[value >> 4U], digits[value & 0xFU]}) {
+        *output++ = digit;
+    }
+    return output;
+}
+
+/// Writes the bytes of a piece, escaped. Answers where they end.
+char* escapePiece(std::string_view piece, char slash, char* output) {
+    std::size_t position = 0;
+    while (position < piece.size()) {
+        const std::size_t length = std::min(blockSize, piece.size() - position);
+        const char* const block = piece.data() + position;
+        position += length;
+        if (length == blockSize && !needsEscape(block, slash)) {
+            output = std::copy_n(block, blockSize, output);
+            continue;
+        }
+        for (std::size_t offset = 0; offset < length; ++offset) {
+            if (needsEscape(block[offset], slash)) {
+                output = writeEscape(output, block[offset]);
+            } else {
+                *output++ = block[offset];
+            }
+        }
+    }
+    return output;
+}
+
+void appendEscaped(std::string& output, std::string_view bytes, char slash) {
+    std::array<char, pieceSize * longestEscape> escaped;  // NOLINT(cppcoreguidelines-pro-type-member-init)
+    for (std::size_t position = 0; position < bytes.size(); position += pieceSize) {
+        const char* const end = escapePiece(bytes.substr(position, pieceSize), slash, escaped.data());
+        output.append(escaped.data(), static_cast<std::size_t>(end - escaped.data()));
     }
 }
 
@@ -86,32 +118,22 @@ void JsonWriter::key(std::string_view name) {
 
 void JsonWriter::string(TextView text) {
     // Where "/" stays as it is, the quotation mark, which is escaped anyway, stands in for it.
-    const char16_t slash = slashes_ == SlashEscaping::escaped ? u'/' : u'"';
-    const auto isEscaped = [slash](char16_t unit) { return needsEscape(unit, slash); };
+    const char slash = slashes_ == SlashEscaping::escaped ? '/' : '"';
     beginValue();
     output_.reserve(output_.size() + text.size() + text.size() / 8 + 2);
     output_.push_back('"');
-    Text batch;
-    std::size_t start = 0;
-    while (start < text.size()) {
-        const std::size_t escape = findFirst(text, start, isEscaped);
-        // Only escapes end a batch: no surrogate pair is torn.
-        if (escape - start < batchSize) {
-            batch.append(text, start, escape - start);
-        } else {
-            appendUtf8(output_, std::exchange(batch, Text()));
-            appendUtf8(output_, text.substr(start, escape - start));
+    std::string bytes;
+    for (std::size_t start = 0; start < text.size();) {
+        std::size_t end = std::min(start + stretch, text.size());
+        // A surrogate pair is converted as a whole.
+        while (end < text.size() && isLowSurrogate(text[end])) {
+            ++end;
         }
-        if (escape < text.size()) {
-            appendEscape(batch, text[escape]);
-        }
-        if (batch.size() >= batchSize) {
-            appendUtf8(output_, batch);
-            batch.clear();
-        }
-        start = escape + 1;
+        bytes.clear();
+        appendUtf8(bytes, text.substr(start, end - start));
+        appendEscaped(output_, bytes, slash);
+        start = end;
     }
-    appendUtf8(output_, batch);
     output_.push_back('"');
 }
 
