@@ -12,9 +12,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Enough to keep an application busy while replies travel; few enough that the last one of a full window is answered
-/// well within its deadline by anything that still works.
-constexpr std::size_t maximumUnderWay = 128;
+/// Enough to keep an application busy while replies travel, also during a walk; few enough that the last one of a full
+/// window is answered well within its deadline by anything that still works.
+constexpr std::size_t maximumUnderWay = 512;
 
 const DBusFunctions& bus() { return *dbusFunctions(); }
 
