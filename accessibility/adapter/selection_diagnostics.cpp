@@ -95,7 +95,7 @@ AccessibilityNodeDiagnostic nodeFrom(const NodeAnswers& answers, int depth) {
     node.focused = focused != nullptr && *focused;
     node.selectedTextStatus = codeOf(answers.selectedText.error);
     node.selectedTextLength = textLength(answers.selectedText);
-    if (const TextRange* const range = valueIn<TextRange>(answers.selectedTextRange)) {
+    if (const auto* const range = valueIn<TextRange>(answers.selectedTextRange)) {
         node.selectedRange = *range;
     }
     node.valueLength = textLength(answers.value);
