@@ -129,7 +129,7 @@ std::optional<AXError> boxedErrorIn(CFTypeRef value) {
     if (value == nullptr || CFGetTypeID(value) != AXValueGetTypeID()) {
         return std::nullopt;
     }
-    AXValueRef const boxed = static_cast<AXValueRef>(value);
+    const auto* const boxed = static_cast<AXValueRef>(value);
     ::AXError error = kAXErrorSuccess;
     if (AXValueGetType(boxed) != kAXValueTypeAXError || AXValueGetValue(boxed, kAXValueTypeAXError, &error) == 0) {
         return std::nullopt;
