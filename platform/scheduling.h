@@ -31,13 +31,18 @@ public:
     virtual void broadcast() = 0;
 };
 
-/// What must still be done when the process is told to end while something is under way. Ends with its owner.
+/// What must still be done when the process is told to end while something is under way. Ends with its owner. Main
+/// thread.
 class TerminationGuard {
 public:
     TerminationGuard() = default;
     TerminationGuard(const TerminationGuard&) = delete;
     TerminationGuard& operator=(const TerminationGuard&) = delete;
     virtual ~TerminationGuard() = default;
+
+    /// For what must not be left half done: a request that has come ends the process here and now; a later one waits
+    /// until the guard goes, through all waits.
+    virtual void holdOff() = 0;
 };
 
 /// Time, waits and queues. The only place where the tool reads a clock, sleeps or starts a thread. Never throws.
@@ -72,10 +77,10 @@ public:
     /// A new condition, which may outlive neither this service nor a background block that uses it. Any thread.
     [[nodiscard]] virtual std::shared_ptr<Condition> makeCondition() = 0;
 
-    /// Until the guard goes, a request to end this process is put off until the main thread waits next (`sleep`,
-    /// `runLoopSlice`) or the guard goes, whichever is first: then `cleanUp` runs on the main thread, the platform's
-    /// services come to their end, and the process ends as it was told to. Of several guards the newest one's `cleanUp`
-    /// runs. Main thread.
+    /// From the first guard on, a request to end this process is put off until the main thread waits next (`sleep`,
+    /// `runLoopSlice`), a guard goes, or the process ends anyway, whichever is first: then `cleanUp` of the newest
+    /// guard runs on the main thread, if there is one, the platform's services come to their end, and the process ends
+    /// as it was told to. Main thread.
     [[nodiscard]] virtual std::unique_ptr<TerminationGuard> onTermination(std::function<void()> cleanUp) = 0;
 };
 

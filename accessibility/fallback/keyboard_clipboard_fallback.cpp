@@ -31,26 +31,39 @@ int attemptCount(ClipboardSelectionReadPolicy policy) {
     return policy == ClipboardSelectionReadPolicy::shortcut ? 2 : 3;
 }
 
-/// Puts the user's clipboard back once: when told to, or when it goes, unless it was released before.
+/// Puts the user's clipboard back once: when it goes, or when the process is told to end before that, unless it was
+/// released.
 class ClipboardRestore {
 public:
-    ClipboardRestore(Pasteboard& pasteboard, const PasteboardSnapshot& snapshot)
-        : pasteboard_(pasteboard), snapshot_(snapshot) {}
+    ClipboardRestore(Platform& platform, const PasteboardSnapshot& snapshot)
+        : pasteboard_(platform.pasteboard()),
+          snapshot_(snapshot),
+          termination_(platform.scheduling().onTermination([this] { restoreNow(); })) {}
     ClipboardRestore(const ClipboardRestore&) = delete;
     ClipboardRestore& operator=(const ClipboardRestore&) = delete;
     ~ClipboardRestore() { restoreNow(); }
 
+    /// The process ends now if it was told to, and not any more until this goes or is released.
+    void holdOffTermination() { termination_->holdOff(); }
+
+    /// Whatever is on the clipboard stays there.
+    void release() {
+        done_ = true;
+        termination_.reset();
+    }
+
+private:
     void restoreNow() {
         if (!std::exchange(done_, true)) {
             snapshot_.restore(pasteboard_);
         }
     }
-    void release() { done_ = true; }
 
-private:
     Pasteboard& pasteboard_;
     const PasteboardSnapshot& snapshot_;
     bool done_ = false;
+    // Goes when the clipboard has been put back: to be told to end meanwhile does not cut that short.
+    std::unique_ptr<TerminationGuard> termination_;
 };
 
 enum class CopyMethod : std::uint8_t { menu, key };
@@ -104,8 +117,7 @@ Text KeyboardClipboardFallback::readSelectedText(std::optional<ProcessIdentifier
                                                  const std::function<void()>& copyCommand) {
     Pasteboard& pasteboard = platform_.pasteboard();
     const PasteboardSnapshot snapshot = PasteboardSnapshot::capture(pasteboard);
-    ClipboardRestore restore(pasteboard, snapshot);
-    const auto termination = platform_.scheduling().onTermination([&restore] { restore.restoreNow(); });
+    const ClipboardRestore restore(platform_, snapshot);
     const bool beforeReplacement = policy == ClipboardSelectionReadPolicy::guardedReplacement;
     const int attempts = attemptCount(policy);
     bool changedWithoutText = false;
@@ -139,22 +151,20 @@ void KeyboardClipboardFallback::replaceSelectedText(TextView text,
     Pasteboard& pasteboard = platform_.pasteboard();
     // Shared, as the blocks that carry it to the restore are copied on their way.
     const auto snapshot = std::make_shared<const PasteboardSnapshot>(PasteboardSnapshot::capture(pasteboard));
-    ClipboardRestore restore(pasteboard, *snapshot);
-    auto termination = platform_.scheduling().onTermination([&restore] { restore.restoreNow(); });
+    ClipboardRestore restore(platform_, *snapshot);
     const auto tracker = stagePrivately(pasteboard, platform_.scheduling(), text);
     if (!tracker) {
         throw BridgeError::clipboardFallbackFailed(u"could not stage replacement text");
     }
+    // To end between the deletion and the paste would cost the user what was selected.
+    restore.holdOffTermination();
     if (requiresSelectionCollapse(text)) {
         postKey(platform_, key_stroke::collapseSelection, targetProcessIdentifier);
         platform_.scheduling().sleep(pauseAfterCollapse);
     }
-    // The last moment at which being told to end brings the clipboard back.
-    platform_.scheduling().sleep(Duration::zero());
     postKey(platform_, key_stroke::paste, targetProcessIdentifier);
     // From here on the target must find the text, however late it comes for it.
     restore.release();
-    termination.reset();
     const std::int64_t count = pasteboard.changeCount();
     tracker->whenReleasable(minimumWaitAfterPaste, graceWaitAfterPaste, [&pasteboard, count, snapshot] {
         if (pasteboard.changeCount() == count) {

@@ -12,15 +12,23 @@ public:
         termination_.guards_.push_back(this);
     }
     ~Guard() override {
+        holdsOff_ = false;
         termination_.endIfAsked();
         termination_.guards_.erase(std::find(termination_.guards_.begin(), termination_.guards_.end(), this));
     }
 
+    void holdOff() override {
+        termination_.endIfAsked();
+        holdsOff_ = true;
+    }
+
+    [[nodiscard]] bool holdsOff() const { return holdsOff_; }
     void cleanUp() const { cleanUp_(); }
 
 private:
     Termination& termination_;
     std::function<void()> cleanUp_;
+    bool holdsOff_ = false;
 };
 
 std::unique_ptr<TerminationGuard> Termination::guard(std::function<void()> cleanUp) {
@@ -31,7 +39,7 @@ std::unique_ptr<TerminationGuard> Termination::guard(std::function<void()> clean
 }
 
 void Termination::endIfAsked() {
-    if (!signals_ || !signals_->pending()) {
+    if (!signals_ || !signals_->pending() || isHeldOff()) {
         return;
     }
     if (!guards_.empty()) {
@@ -39,6 +47,10 @@ void Termination::endIfAsked() {
     }
     endServices_();
     signals_->endProcess();
+}
+
+bool Termination::isHeldOff() const {
+    return std::any_of(guards_.begin(), guards_.end(), [](const Guard* guard) { return guard->holdsOff(); });
 }
 
 }  // namespace lomaris

@@ -26,14 +26,18 @@ public:
 
     [[nodiscard]] std::unique_ptr<TerminationGuard> guard(std::function<void()> cleanUp);
 
-    /// Ends the process, in order, where it was asked to end; else returns. Waits call it before and after.
+    /// Ends the process, in order, where it was asked to end and no guard holds that off; else returns. Waits call it
+    /// before and after.
     void endIfAsked();
 
-    /// A file that has something to read once the process is asked to end, for waits to watch; negative where none is.
-    [[nodiscard]] int descriptor() const { return signals_ ? signals_->descriptor() : -1; }
+    /// A file that has something to read once the process is asked to end, for waits to watch; negative where none is,
+    /// or where a guard holds the request off.
+    [[nodiscard]] int descriptor() const { return signals_ && !isHeldOff() ? signals_->descriptor() : -1; }
 
 private:
     class Guard;
+
+    [[nodiscard]] bool isHeldOff() const;
 
     std::function<void()> endServices_;
     bool catchesSignals_ = false;

@@ -159,10 +159,10 @@ public:
     /// Something tells this process to end, a signal of this number for example; the first one counts. Meant for
     /// actions.
     ///
-    /// Without a termination guard the process ends at once: in the wait or the call that the main thread is in, or
-    /// just before its next boundary call. (Only a wait for a lock or a condition is left to end by itself first.) With
-    /// a guard it ends in the wait that the main thread is in, in the next one as soon as it begins, or when the guard
-    /// goes.
+    /// Before the first termination guard the process ends at once: in the wait or the call that the main thread is in,
+    /// or just before its next boundary call. (Only a wait for a lock or a condition is left to end by itself first.)
+    /// From then on it ends in the wait that the main thread is in, in the next one as soon as it begins, when a guard
+    /// goes, or with `endProcess`; not while a guard holds it off.
     ///
     /// To end is: the clean-up of the newest guard runs, its calls journalled as any others; what this process promised
     /// on the pasteboard is resolved; then `SimulatedTermination` comes out of the wait or call. It comes out of the

@@ -2,6 +2,7 @@
 
 #include "platform/simulated/simulated_desktop.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -11,17 +12,25 @@ class ThisProcess::Guard final : public TerminationGuard {
 public:
     Guard(ThisProcess& process, std::function<void()> made) : cleanUp(std::move(made)), process_(process) {
         process_.guards_.push_back(this);
+        process_.wasGuarded_ = true;
     }
 
     ~Guard() override {
+        holdsOff = false;
         // A destructor cannot throw; the next call does.
-        if (process_.told_ && process_.scheduler_.isMainCurrent()) {
+        if (process_.told_ && process_.scheduler_.isMainCurrent() && !process_.isHeldOff()) {
             process_.end();
         }
         std::erase(process_.guards_, this);
     }
 
+    void holdOff() override {
+        process_.passWait();
+        holdsOff = true;
+    }
+
     std::function<void()> cleanUp;
+    bool holdsOff = false;
 
 private:
     ThisProcess& process_;
@@ -32,17 +41,21 @@ void ThisProcess::tell(int signal) {
         return;
     }
     told_ = signal;
-    const bool endsNow = guards_.empty() ? mainThread_ != MainThread::runs : mainThread_ == MainThread::waits;
+    const bool endsNow = wasGuarded_ ? mainThread_ == MainThread::waits && !isHeldOff()  //
+                                     : mainThread_ != MainThread::runs;
     if (endsNow) {
         scheduler_.wakeMain();
     }
 }
 
 void ThisProcess::finish() {
+    // What comes while the services end no longer interrupts them.
+    wasGuarded_ = true;
+    if (!told_ && !isOver_) {
+        servicesEnd_();
+    }
     if (told_) {
         end();
-    } else if (!isOver_) {
-        servicesEnd_();
     }
     leave();
 }
@@ -61,7 +74,7 @@ void ThisProcess::passCall() {
     if (!scheduler_.isMainCurrent() || scheduler_.isActing()) {
         return;
     }
-    if (told_ && guards_.empty()) {
+    if (told_ && !wasGuarded_) {
         end();
     }
     throwWhatIsOwed();
@@ -71,7 +84,7 @@ void ThisProcess::passWait() {
     if (scheduler_.isActing()) {
         return;
     }
-    if (told_) {
+    if (told_ && !isHeldOff()) {
         end();
     }
     throwWhatIsOwed();
@@ -91,6 +104,10 @@ void ThisProcess::park(MainThread how, Moment moment) {
     mainThread_ = how;
     scheduler_.park(moment);
     mainThread_ = MainThread::runs;
+}
+
+bool ThisProcess::isHeldOff() const {
+    return std::any_of(guards_.begin(), guards_.end(), [](const Guard* guard) { return guard->holdsOff; });
 }
 
 void ThisProcess::end() {

@@ -32,20 +32,22 @@ public:
 
     [[nodiscard]] std::unique_ptr<TerminationGuard> guard(std::function<void()> cleanUp);
 
-    /// To be passed by each call: ends the process where it was told to and nothing guards it. May throw.
+    /// To be passed by each call: ends the process where it was told to and there was never a guard. May throw.
     void passCall();
-    /// To be passed before and during each wait of the main thread: ends the process where it was told to. May throw.
+    /// To be passed before and during each wait of the main thread: ends the process where it was told to and no guard
+    /// holds that off. May throw.
     void passWait();
 
     /// The main thread waits until the moment, which is ahead, or until it is woken. May throw.
     void waitUntil(Moment moment);
-    /// The main thread waits for another program to answer; a guard lets it wait to the end. May throw.
+    /// The main thread waits for another program to answer; after a guard it waits to the end. May throw.
     void awaitAnswer(Moment moment);
 
 private:
     class Guard;
     enum class MainThread { runs, waits, awaitsAnswer };
 
+    [[nodiscard]] bool isHeldOff() const;
     void end();
     void park(MainThread how, Moment moment);
     void throwWhatIsOwed();
@@ -54,6 +56,7 @@ private:
     std::function<void()> servicesEnd_;
     /// The newest one last.
     std::vector<Guard*> guards_;
+    bool wasGuarded_ = false;
     MainThread mainThread_ = MainThread::runs;
     std::optional<int> told_;
     std::optional<int> endedBy_;

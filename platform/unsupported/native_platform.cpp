@@ -97,6 +97,12 @@ private:
 };
 
 /// Time by the standard library alone.
+/// Nothing catches signals here.
+class InertGuard final : public TerminationGuard {
+public:
+    void holdOff() override {}
+};
+
 class StandardScheduling final : public Scheduling {
 public:
     ~StandardScheduling() override {
@@ -120,7 +126,7 @@ public:
     }
     std::shared_ptr<Condition> makeCondition() override { return std::make_shared<StandardCondition>(); }
     std::unique_ptr<TerminationGuard> onTermination(std::function<void()> /*cleanUp*/) override {
-        return std::make_unique<TerminationGuard>();
+        return std::make_unique<InertGuard>();
     }
 
 private:

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -50,6 +51,13 @@ protected:
         EXPECT_EQ(trace.at(3).second, keyPresses);
         EXPECT_EQ(trace.at(4).second, menuPresses);
         EXPECT_EQ(desktop.pasteboardContents(), before);
+    }
+
+    /// How many calls a read makes whose first attempt is answered.
+    std::size_t callsOfARead() {
+        notes.onCopy(copies(u"brown fox"));
+        static_cast<void>(read());
+        return desktop.journal().size();
     }
 
     static BridgeError noResponse(TextView attempts) {
@@ -236,6 +244,28 @@ TEST_F(ClipboardRead, RestoresTheClipboardWhenTheProcessIsToldToEnd) {
         EXPECT_EQ(fresh.pasteboardContents(), mine);
         EXPECT_EQ(fresh.now(), 500ms);
     }
+}
+
+TEST_F(ClipboardRead, RestoresTheClipboardAtWhateverCallTheProcessIsToldToEnd) {
+    std::optional<int> endedBy = SIGTERM;
+    std::size_t call = 0;
+    while (endedBy) {
+        SimulatedDesktop fresh;
+        KeyboardClipboardFallback freshFallback(fresh);
+        fresh.addApplication(812, std::nullopt, std::nullopt).onCopy(copies(u"brown fox"));
+        fresh.bringToFront(812);
+        fresh.userCopiesItems(
+            {{.data = {{"public.utf8-plain-text", "mine"}, {"public.png", "pixels"}}, .promises = {}}});
+        fresh.beforeCall(++call, [&fresh] { fresh.terminate(SIGTERM); });
+        try {
+            static_cast<void>(freshFallback.readSelectedText(812, Policy::standard, nullptr));
+        } catch (const SimulatedTermination&) {
+        }
+        fresh.endProcess();
+        EXPECT_EQ(fresh.pasteboardContents(), before) << "told to end before call " << call;
+        endedBy = fresh.endedBySignal();
+    }
+    EXPECT_EQ(call, callsOfARead() + 1);
 }
 
 }  // namespace

@@ -165,11 +165,25 @@ TEST_F(ClipboardReplace, PastesNothingWhenToldToEndWhileItStages) {
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(ClipboardReplace, RestoresTheClipboardWhenToldToEndBeforeThePaste) {
+TEST_F(ClipboardReplace, DoesNotLeaveADeletionWithoutItsPasteWhenToldToEndInBetween) {
+    notes.onDelete(deletesSelectionOf(text));
+    notes.onPaste(pastesInto(text));
     desktop.at(40ms, [this] { desktop.terminate(SIGTERM); });
     EXPECT_THROW(replace(u"www.example.org"), SimulatedTermination);
+    EXPECT_EQ(desktop.endedBySignal(), SIGTERM);
+    EXPECT_EQ(desktop.now(), 80ms);
+    EXPECT_EQ(desktop.postedKeyStrokes().size(), 2U);
+    EXPECT_EQ(text.text(), u"The quick www.example.org");
+}
+
+TEST_F(ClipboardReplace, RestoresTheClipboardWhenToldToEndBeforeAPasteThatCannotBePosted) {
+    desktop.at(40ms, [this] {
+        desktop.terminate(SIGTERM);
+        desktop.failKeyStrokes();
+    });
+    EXPECT_THROW(replace(u"www.example.org"), BridgeError);
+    EXPECT_EQ(desktop.endedBySignal(), SIGTERM);
     EXPECT_EQ(desktop.pasteboardContents(), before);
-    EXPECT_EQ(desktop.postedKeyStrokes().size(), 1U);
 }
 
 TEST_F(ClipboardReplace, KeepsTheStagedTextWhenToldToEndWhileItPastes) {

@@ -211,6 +211,22 @@ TEST(MacOSSchedulingDeathTest, ASleepEndsWhenTheProcessIsToldToEnd) {
                 testing::KilledBySignal(SIGTERM), "^cleanUp services $");
 }
 
+TEST(MacOSSchedulingDeathTest, WaitsLastToTheirEndWhereAGuardHoldsTheEndOff) {
+    const auto waitHeldOff = [] {
+        EndingScheduling ending;
+        auto guard = (*ending).onTermination([] { std::cerr << "cleanUp "; });
+        guard->holdOff();
+        kill(getpid(), SIGTERM);
+        (*ending).sleep(milliseconds(5));
+        std::cerr << "slept ";
+        (*ending).runLoopSlice(milliseconds(5));
+        std::cerr << "turned ";
+        guard.reset();
+        std::cerr << "survived";
+    };
+    EXPECT_EXIT(waitHeldOff(), testing::KilledBySignal(SIGTERM), "^slept turned cleanUp services $");
+}
+
 TEST(MacOSSchedulingDeathTest, ASliceEndsWhenTheProcessIsToldToEnd) {
     EXPECT_EXIT(endDuring([](Scheduling& scheduling) { scheduling.runLoopSlice(seconds(60)); }),
                 testing::KilledBySignal(SIGTERM), "^cleanUp services $");

@@ -134,10 +134,62 @@ TEST_F(SimulatedProcessEnd, AGuardThatGoesWithoutASignalRunsNothing) {
     EXPECT_EQ(signalOf([this] {
                   countChanges();
                   desktop.terminate(15);
-                  countChanges();
+                  scheduling.sleep(Duration(0));
               }),
               15);
     EXPECT_EQ(cleanUps, 0);
+}
+
+TEST_F(SimulatedProcessEnd, AfterAGuardACallIsStillMadeAndTheNextWaitEnds) {
+    scheduling.onTermination([] {}).reset();
+    desktop.beforeCall(2, tellToEnd());
+    EXPECT_EQ(signalOf([this] {
+                  countChanges();
+                  countChanges();
+                  scheduling.sleep(milliseconds(100));
+              }),
+              15);
+    EXPECT_EQ(desktop.now(), Moment(0));
+    EXPECT_EQ(desktop.journal(), (Lines{
+                                     "0.000000000 onTermination()",
+                                     "0.000000000 changeCount() -> 100",
+                                     "0.000000000 changeCount() -> 100",
+                                     "0.000000000 sleep(0.100000000)",
+                                 }));
+}
+
+TEST_F(SimulatedProcessEnd, AGuardThatHoldsItOffLetsEveryWaitPassUntilItGoes) {
+    std::vector<Moment> cleanUps;
+    desktop.at(milliseconds(37), tellToEnd());
+    EXPECT_EQ(signalOf([&] {
+                  auto guard = scheduling.onTermination([&] { cleanUps.push_back(desktop.now()); });
+                  guard->holdOff();
+                  scheduling.sleep(milliseconds(100));
+                  scheduling.runLoopSlice(milliseconds(100));
+                  EXPECT_EQ(desktop.endedBySignal(), std::nullopt);
+                  guard.reset();
+                  EXPECT_EQ(desktop.endedBySignal(), 15);
+                  countChanges();
+              }),
+              15);
+    EXPECT_EQ(cleanUps, std::vector<Moment>{milliseconds(200)});
+}
+
+TEST_F(SimulatedProcessEnd, HoldingOffComesTooLateForWhatHasCome) {
+    int cleanUps = 0;
+    const auto guard = scheduling.onTermination([&cleanUps] { ++cleanUps; });
+    desktop.terminate(15);
+    EXPECT_EQ(signalOf([&] { guard->holdOff(); }), 15);
+    EXPECT_EQ(cleanUps, 1);
+}
+
+TEST_F(SimulatedProcessEnd, IsNotInterruptedByASignalThatComesWhileItEndsByItself) {
+    const auto provider = promiseText(desktop);
+    const std::size_t calls = desktop.journal().size();
+    desktop.beforeCall(calls + 1, tellToEnd());
+    desktop.endProcess();
+    EXPECT_EQ(provider->asked, 1);
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"promised"));
 }
 
 TEST_F(SimulatedProcessEnd, OfSeveralGuardsTheNewestCleansUp) {
