@@ -9,17 +9,21 @@ target_compile_options(lomaris_options INTERFACE
   -ffunction-sections -fdata-sections
   # False alarms of g++ 12 over moved variants and over strings that are appended to; the sanitizers watch instead.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+
+# What a program must be linked with that is made of these objects; that of a host of an installed copy, too.
+set(LOMARIS_INSTRUMENTS "")
 if(LOMARIS_SANITIZE)
-  target_compile_options(lomaris_options INTERFACE
-    -fsanitize=${LOMARIS_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(lomaris_options INTERFACE -fsanitize=${LOMARIS_SANITIZE})
-endif()
-if(LOMARIS_FUZZ)
-  target_compile_options(lomaris_options INTERFACE -fsanitize=fuzzer-no-link)
+  list(APPEND LOMARIS_INSTRUMENTS -fsanitize=${LOMARIS_SANITIZE})
+  target_compile_options(lomaris_options INTERFACE -fno-sanitize-recover=all -fno-omit-frame-pointer)
 endif()
 if(LOMARIS_COVERAGE)
-  target_compile_options(lomaris_options INTERFACE --coverage -fprofile-abs-path -fprofile-update=atomic)
-  target_link_options(lomaris_options INTERFACE --coverage)
+  list(APPEND LOMARIS_INSTRUMENTS --coverage)
+  target_compile_options(lomaris_options INTERFACE -fprofile-abs-path -fprofile-update=atomic)
+endif()
+target_compile_options(lomaris_options INTERFACE ${LOMARIS_INSTRUMENTS})
+target_link_options(lomaris_options INTERFACE ${LOMARIS_INSTRUMENTS})
+if(LOMARIS_FUZZ)
+  target_compile_options(lomaris_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 include(cmake/Hardening.cmake)
 

@@ -85,6 +85,17 @@ TEST(SelectionCollapse, IsRequiredAsEveryReferenceCaseShows) {
     }
 }
 
+TEST(SelectionCollapse, PassesOverEveryKindOfWhiteSpaceAndNothingElse) {
+    const Text whiteSpace =
+        u"\t\n\v\f\r \u0085\u00A0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008\u2009"
+        u"\u200A\u2028\u2029\u202F\u205F\u3000";
+    EXPECT_TRUE(requiresSelectionCollapse(whiteSpace + u"www.example.org"));
+    for (char16_t unit = 1; unit < 0xD800; ++unit) {
+        EXPECT_EQ(requiresSelectionCollapse(Text(1, unit) + u"www.example.org"), whiteSpace.find(unit) != Text::npos)
+            << static_cast<unsigned>(unit);
+    }
+}
+
 TEST(SelectionCollapse, LooksOnlyAtTheStart) {
     const std::vector<std::pair<Text, bool>> examples = {
         {u"www.example.org", true},
@@ -96,6 +107,7 @@ TEST(SelectionCollapse, LooksOnlyAtTheStart) {
         {u"see http://example.org", false},
         {u"http:/", false},
         {u"https://", true},
+        {u"https://\u0338", false},
         {u"ftp://www.example.org", false},
         {u"\u00a0\u2028\u2029\u0085www.", true},
     };

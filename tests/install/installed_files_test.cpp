@@ -97,8 +97,8 @@ TEST(InstalledCopy, HasNoTextThatNamesADirectoryOfTheBuild) {
 }
 
 TEST(InstalledCopy, HasNoProgramThatNamesADirectoryOfTheBuild) {
-    if (!std::string_view(LOMARIS_SANITIZERS).empty()) {
-        GTEST_SKIP() << "sanitizers write the paths of the sources into every program";
+    if (!std::string_view(LOMARIS_INSTRUMENTS).empty()) {
+        GTEST_SKIP() << LOMARIS_INSTRUMENTS << " writes the paths of the sources into every program";
     }
     const TemporaryDirectory directory;
     const std::string stripped = (directory.path() / "stripped").string();

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lomaris {
@@ -83,9 +84,25 @@ TEST(BridgeError, IsEqualByCaseAndPayload) {
 }
 
 TEST(BridgeError, NamesItsCaseToAHostThatCatchesStandardExceptions) {
-    const BridgeError error = BridgeError::noTextSelected();
-    const std::exception& asCaught = error;
-    EXPECT_STREQ(asCaught.what(), "noTextSelected");
+    const std::vector<std::pair<BridgeError, std::string>> examples = {
+        {BridgeError::focusedApplicationUnavailable(AXError::failure), "focusedApplicationUnavailable"},
+        {BridgeError::focusedElementUnavailable(AXError::failure, u"Notes"), "focusedElementUnavailable"},
+        {BridgeError::selectedTextUnavailable(AXError::failure), "selectedTextUnavailable"},
+        {BridgeError::replacementFailed(AXError::failure), "replacementFailed"},
+        {BridgeError::clipboardFallbackFailed(u"why"), "clipboardFallbackFailed"},
+        {BridgeError::invalidArguments(u"why"), "invalidArguments"},
+        {BridgeError::invalidInput(u"why"), "invalidInput"},
+        {BridgeError::accessibilityPermissionRequired(), "accessibilityPermissionRequired"},
+        {BridgeError::noTextSelected(), "noTextSelected"},
+        {BridgeError::directReplacementUnsupported(), "directReplacementUnsupported"},
+        {BridgeError::clipboardFallbackDisabled(), "clipboardFallbackDisabled"},
+        {BridgeError::keyboardEventPermissionRequired(), "keyboardEventPermissionRequired"},
+        {BridgeError::selectionChanged(), "selectionChanged"},
+    };
+    for (const auto& [error, name] : examples) {
+        const std::exception& asCaught = error;
+        EXPECT_EQ(asCaught.what(), name);
+    }
 }
 
 }  // namespace
