@@ -15,6 +15,7 @@ bool SimulatedAccessibility::isProcessTrusted(TrustPrompt prompt) {
     }
     const bool mayAsk = prompt == TrustPrompt::ask;
     const std::size_t call = journal_.begin(mayAsk ? "isProcessTrusted(ask)" : "isProcessTrusted(none)");
+    latency_.pass("isProcessTrusted");
     const bool answer = mayAsk ? promptAnswer_.value_or(isTrusted_) : isTrusted_;
     journal_.line(call) += answer ? " -> true" : " -> false";
     return answer;
@@ -27,6 +28,7 @@ Element SimulatedAccessibility::applicationElement(ProcessIdentifier processIden
     const std::size_t call = journal_.begin("applicationElement(");
     appendInteger(journal_.line(call), processIdentifier);
     journal_.line(call) += ')';
+    latency_.pass("applicationElement");
     return makeElement(ReferenceKind::root, processIdentifier, 0, nullptr);
 }
 
@@ -35,6 +37,7 @@ Element SimulatedAccessibility::systemWideElement() {
         return applications_.systemWide().element;
     }
     journal_.begin("systemWideElement()");
+    latency_.pass("systemWideElement");
     return applications_.systemWide().element;
 }
 
@@ -44,7 +47,7 @@ AttributeAnswer SimulatedAccessibility::copyAttribute(const Element& element, st
     }
     const std::size_t call = beginWithElement("copyAttribute(", element, attribute);
     journal_.line(call) += ")";
-    passLatency("copyAttribute");
+    latency_.passCrossing("copyAttribute");
     AttributeAnswer answer = read(element, attribute);
     std::string& line = journal_.line(call);
     line += " -> ";
@@ -58,7 +61,7 @@ ElementAnswer SimulatedAccessibility::copyElementAttribute(const Element& elemen
     }
     const std::size_t call = beginWithElement("copyElementAttribute(", element, attribute);
     journal_.line(call) += ")";
-    passLatency("copyElementAttribute");
+    latency_.passCrossing("copyElementAttribute");
     AttributeAnswer read = this->read(element, attribute);
     ElementAnswer answer{read.error, std::nullopt};
     if (const auto* held = std::get_if<Element>(&read.value)) {
@@ -84,7 +87,7 @@ std::vector<std::vector<AttributeAnswer>> SimulatedAccessibility::copyAttributes
     journal_.line(call) += ", ";
     appendList(journal_.line(call), attributes, appendName);
     journal_.line(call) += ")";
-    passLatency("copyAttributes");
+    latency_.passCrossing("copyAttributes");
 
     std::vector<std::vector<AttributeAnswer>> answers;
     answers.reserve(elements.size());
@@ -112,7 +115,7 @@ AXError SimulatedAccessibility::setAttribute(const Element& element, std::string
     journal_.line(call) += ", ";
     appendValue(journal_.line(call), value);
     journal_.line(call) += ")";
-    passLatency("setAttribute");
+    latency_.passCrossing("setAttribute");
     const Target target = targetOf(element);
     const AXError answer = target.state == nullptr ? target.error : target.state->set(attribute, value);
     journal_.line(call) += " -> ";
@@ -126,7 +129,7 @@ SettableAnswer SimulatedAccessibility::isAttributeSettable(const Element& elemen
     }
     const std::size_t call = beginWithElement("isAttributeSettable(", element, attribute);
     journal_.line(call) += ")";
-    passLatency("isAttributeSettable");
+    latency_.passCrossing("isAttributeSettable");
     const SettableAnswer answer = askSettable(element, attribute);
     journal_.line(call) += " -> ";
     appendAnswer(journal_.line(call), answer);
@@ -143,7 +146,7 @@ std::vector<SettableAnswer> SimulatedAccessibility::areAttributesSettable(std::s
     journal_.line(call) += ", ";
     journal_.line(call) += attribute;
     journal_.line(call) += ")";
-    passLatency("areAttributesSettable");
+    latency_.passCrossing("areAttributesSettable");
     std::vector<SettableAnswer> answers;
     answers.reserve(elements.size());
     for (const Element& element : elements) {
@@ -161,7 +164,7 @@ AXError SimulatedAccessibility::performAction(const Element& element, std::strin
     }
     const std::size_t call = beginWithElement("performAction(", element, action);
     journal_.line(call) += ")";
-    passLatency("performAction");
+    latency_.passCrossing("performAction");
     const Target target = targetOf(element);
     const AXError answer = target.state == nullptr ? target.error : reactor_.perform(*target.state, action);
     journal_.line(call) += " -> ";
@@ -175,6 +178,7 @@ std::optional<ProcessIdentifier> SimulatedAccessibility::processIdentifier(const
     }
     const std::size_t call = journal_.begin("processIdentifier(");
     appendElement(journal_.line(call), element);
+    latency_.pass("processIdentifier");
     journal_.line(call) += ") -> ";
     const ElementState* state = find(element).state;
     if (state == nullptr || state->process == nullptr || state->processIdentifierFails) {
@@ -194,6 +198,7 @@ bool SimulatedAccessibility::containsIgnoringCase(TextView text, TextView word) 
     appendQuoted(journal_.line(call), text);
     journal_.line(call) += ", ";
     appendQuoted(journal_.line(call), word);
+    latency_.pass("containsIgnoringCase");
     const bool answer = lomaris::containsIgnoringCase(text, word);
     journal_.line(call) += answer ? ") -> true" : ") -> false";
     return answer;
@@ -240,20 +245,6 @@ std::size_t SimulatedAccessibility::beginWithElement(std::string_view call, cons
     line += ", ";
     line += name;
     return number;
-}
-
-void SimulatedAccessibility::passLatency(std::string_view call) {
-    const auto own = latencies_.find(call);
-    const Duration latency = own == latencies_.end() ? latency_ : own->second;
-    if (latency <= Duration::zero() || scheduler_.isActing()) {
-        return;
-    }
-    const Moment answered = scheduler_.momentAfter(latency);
-    if (scheduler_.isMainCurrent()) {
-        process_.awaitAnswer(answered);
-    } else {
-        scheduler_.park(answered);
-    }
 }
 
 }  // namespace lomaris::simulated

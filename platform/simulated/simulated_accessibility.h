@@ -2,30 +2,23 @@
 
 #include "platform/accessibility.h"
 #include "platform/simulated/applications.h"
+#include "platform/simulated/call_latency.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/reactor.h"
-#include "platform/simulated/scheduler.h"
-#include "platform/simulated/this_process.h"
 
 #include <cstddef>
-#include <functional>
-#include <map>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace lomaris::simulated {
 
 class SimulatedAccessibility final : public Accessibility {
 public:
-    SimulatedAccessibility(Scheduler& scheduler, ThisProcess& process, Journal& journal, Applications& applications,
-                           Reactor& reactor)
-        : scheduler_(scheduler), process_(process), journal_(journal), applications_(applications), reactor_(reactor) {}
+    SimulatedAccessibility(Journal& journal, CallLatency& latency, Applications& applications, Reactor& reactor)
+        : journal_(journal), latency_(latency), applications_(applications), reactor_(reactor) {}
 
     void setTrusted(bool trusted) { isTrusted_ = trusted; }
     void setPromptAnswer(bool trusted) { promptAnswer_ = trusted; }
-    void setLatency(Duration latency) { latency_ = latency; }
-    void setLatencyOf(std::string_view call, Duration latency) { latencies_[std::string(call)] = latency; }
 
     bool isProcessTrusted(TrustPrompt prompt) override;
     Element applicationElement(ProcessIdentifier processIdentifier) override;
@@ -55,17 +48,13 @@ private:
     [[nodiscard]] AttributeAnswer read(const Element& element, std::string_view attribute);
     [[nodiscard]] SettableAnswer askSettable(const Element& element, std::string_view attribute);
     std::size_t beginWithElement(std::string_view call, const Element& element, std::string_view name);
-    void passLatency(std::string_view call);
 
-    Scheduler& scheduler_;
-    ThisProcess& process_;
     Journal& journal_;
+    CallLatency& latency_;
     Applications& applications_;
     Reactor& reactor_;
     bool isTrusted_ = true;
     std::optional<bool> promptAnswer_;
-    Duration latency_{0};
-    std::map<std::string, Duration, std::less<>> latencies_;
 };
 
 }  // namespace lomaris::simulated

@@ -64,10 +64,10 @@ std::optional<Text> SimulatedDesktop::pasteboardStringForOthers() { return world
 void SimulatedDesktop::failKeyStrokes(int count) { world_->events.failKeyStrokes(count); }
 const std::vector<PostedKeyStroke>& SimulatedDesktop::postedKeyStrokes() const { return world_->events.posted(); }
 
-void SimulatedDesktop::setLatency(Duration latency) { world_->accessibility.setLatency(latency); }
+void SimulatedDesktop::setLatency(Duration latency) { world_->latency.setOfCrossing(latency); }
 
 void SimulatedDesktop::setLatencyOf(std::string_view call, Duration latency) {
-    world_->accessibility.setLatencyOf(call, latency);
+    world_->latency.setOf(call, latency);
 }
 
 void SimulatedDesktop::at(Moment moment, std::function<void()> action) {

@@ -137,8 +137,8 @@ public:
     /// Virtual time that every accessibility call takes that crosses into an application (copies, sets, settable
     /// questions, actions; a batch is one call). It passes before the application answers. Zero by default.
     void setLatency(Duration latency);
-    /// The same for one of these calls alone, by its name in the journal ("copyAttribute"); takes the place of the
-    /// other for this call.
+    /// The same for one call, of any service but scheduling, by its name in the journal ("copyAttribute", "string"). It
+    /// takes the place of the other for this call.
     void setLatencyOf(std::string_view call, Duration latency);
 
     /// `action` runs at `moment`, on any thread of the desktop; where that moment is not ahead, just before the next

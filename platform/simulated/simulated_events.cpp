@@ -41,6 +41,7 @@ bool SimulatedEvents::preflightPostEventAccess() {
         return false;
     }
     const std::size_t call = journal_.begin("preflightPostEventAccess() -> ");
+    latency_.pass("preflightPostEventAccess");
     appendBoolean(journal_.line(call), isGranted_);
     return isGranted_;
 }
@@ -50,6 +51,7 @@ bool SimulatedEvents::requestPostEventAccess() {
         return false;
     }
     const std::size_t call = journal_.begin("requestPostEventAccess() -> ");
+    latency_.pass("requestPostEventAccess");
     isGranted_ = isGranted_ || requestAnswer_;
     appendBoolean(journal_.line(call), isGranted_);
     return isGranted_;
@@ -59,14 +61,15 @@ std::unique_ptr<KeyStrokeEvents> SimulatedEvents::createKeyStroke(KeyStroke keyS
     if (!journal_.admits()) {
         return nullptr;
     }
-    std::string& line = journal_.line(journal_.begin("createKeyStroke("));
-    appendKeyStroke(line, keyStroke);
+    const std::size_t call = journal_.begin("createKeyStroke(");
+    appendKeyStroke(journal_.line(call), keyStroke);
+    latency_.pass("createKeyStroke");
     if (failures_ > 0) {
         --failures_;
-        line += ") -> nothing";
+        journal_.line(call) += ") -> nothing";
         return nullptr;
     }
-    line += ") -> events";
+    journal_.line(call) += ") -> events";
     return std::make_unique<SimulatedKeyStrokeEvents>(keyStroke);
 }
 
@@ -77,6 +80,7 @@ void SimulatedEvents::postToSession(const KeyStrokeEvents& events) {
     std::string& line = journal_.line(journal_.begin("postToSession("));
     appendKeyStroke(line, keyStrokeOf(events));
     line += ')';
+    latency_.pass("postToSession");
     count(InputEventType::keyDown);
     deliver(keyStrokeOf(events), std::nullopt);
 }
@@ -90,6 +94,7 @@ void SimulatedEvents::postToProcess(const KeyStrokeEvents& events, ProcessIdenti
     line += ", ";
     appendInteger(line, processIdentifier);
     line += ')';
+    latency_.pass("postToProcess");
     deliver(keyStrokeOf(events), processIdentifier);
 }
 
@@ -97,12 +102,13 @@ std::uint32_t SimulatedEvents::inputCounter(InputEventType type) {
     if (!journal_.admits()) {
         return 0;
     }
-    std::string& line = journal_.line(journal_.begin("inputCounter("));
-    appendInteger(line, static_cast<std::int64_t>(type));
-    line += ") -> ";
+    const std::size_t call = journal_.begin("inputCounter(");
+    appendInteger(journal_.line(call), static_cast<std::int64_t>(type));
+    latency_.pass("inputCounter");
     const std::uint32_t* counter = counterOf(type);
     const std::uint32_t answer = counter == nullptr ? 0 : *counter;
-    appendInteger(line, answer);
+    journal_.line(call) += ") -> ";
+    appendInteger(journal_.line(call), answer);
     return answer;
 }
 

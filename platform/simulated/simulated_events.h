@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/event_services.h"
+#include "platform/simulated/call_latency.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/reactor.h"
 #include "platform/simulated/scheduler.h"
@@ -13,8 +14,8 @@ namespace lomaris::simulated {
 
 class SimulatedEvents final : public EventServices {
 public:
-    SimulatedEvents(Scheduler& scheduler, Journal& journal, Reactor& reactor)
-        : scheduler_(scheduler), journal_(journal), reactor_(reactor) {}
+    SimulatedEvents(Scheduler& scheduler, Journal& journal, CallLatency& latency, Reactor& reactor)
+        : scheduler_(scheduler), journal_(journal), latency_(latency), reactor_(reactor) {}
 
     void setAccess(bool granted) { isGranted_ = granted; }
     void setRequestAnswer(bool granted) { requestAnswer_ = granted; }
@@ -38,6 +39,7 @@ private:
 
     Scheduler& scheduler_;
     Journal& journal_;
+    CallLatency& latency_;
     Reactor& reactor_;
     bool isGranted_ = true;
     bool requestAnswer_ = false;

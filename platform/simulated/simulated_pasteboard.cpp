@@ -39,21 +39,23 @@ void appendNewItem(std::string& line, const NewPasteboardItem& item) {
 /// An item as the boundary hands it out.
 class SimulatedItem final : public PasteboardItem {
 public:
-    SimulatedItem(SimulatedPasteboard& pasteboard, Journal& journal, std::shared_ptr<StoredItem> item)
-        : pasteboard_(pasteboard), journal_(journal), item_(std::move(item)) {}
+    SimulatedItem(SimulatedPasteboard& pasteboard, Journal& journal, CallLatency& latency,
+                  std::shared_ptr<StoredItem> item)
+        : pasteboard_(pasteboard), journal_(journal), latency_(latency), item_(std::move(item)) {}
 
     std::vector<PasteboardType> types() override {
         if (!journal_.admits()) {
             return {};
         }
         const std::size_t call = journal_.begin("types(");
+        appendItemName(journal_.line(call), *item_);
+        latency_.pass("types");
         std::vector<PasteboardType> types;
         if (!item_->isGone) {
             for (const StoredEntry& entry : item_->entries) {
                 types.push_back(entry.type);
             }
         }
-        appendItemName(journal_.line(call), *item_);
         journal_.line(call) += ") -> ";
         appendList(journal_.line(call), types, [](std::string& line, const PasteboardType& type) { line += type; });
         return types;
@@ -68,6 +70,7 @@ public:
         journal_.line(call) += ", ";
         journal_.line(call) += type;
         journal_.line(call) += ")";
+        latency_.pass("data");
         std::optional<Bytes> bytes = pasteboard_.fetch(item_, type);
         journal_.line(call) += " -> ";
         appendBytes(journal_.line(call), bytes);
@@ -77,6 +80,7 @@ public:
 private:
     SimulatedPasteboard& pasteboard_;
     Journal& journal_;
+    CallLatency& latency_;
     std::shared_ptr<StoredItem> item_;
 };
 
@@ -98,9 +102,10 @@ std::vector<std::unique_ptr<PasteboardItem>> SimulatedPasteboard::items() {
         return {};
     }
     const std::size_t call = journal_.begin("items() -> ");
+    latency_.pass("items");
     std::vector<std::unique_ptr<PasteboardItem>> items;
     for (const auto& item : items_) {
-        items.push_back(std::make_unique<SimulatedItem>(*this, journal_, item));
+        items.push_back(std::make_unique<SimulatedItem>(*this, journal_, latency_, item));
     }
     appendList(journal_.line(call), items_, [](std::string& line, const auto& item) { appendItemName(line, *item); });
     return items;
@@ -111,6 +116,7 @@ std::optional<Text> SimulatedPasteboard::string() {
         return std::nullopt;
     }
     const std::size_t call = journal_.begin("string()");
+    latency_.pass("string");
     std::optional<Text> answer = composeString();
     std::string& line = journal_.line(call);
     line += " -> ";
@@ -153,6 +159,7 @@ std::int64_t SimulatedPasteboard::changeCount() {
         return 0;
     }
     const std::size_t call = journal_.begin("changeCount() -> ");
+    latency_.pass("changeCount");
     appendInteger(journal_.line(call), changeCount_);
     return changeCount_;
 }
@@ -162,6 +169,7 @@ void SimulatedPasteboard::clearContents() {
         return;
     }
     journal_.begin("clearContents()");
+    latency_.pass("clearContents");
     isOwnedHere_ = true;
     clear();
     isJustCleared_ = true;
@@ -171,12 +179,13 @@ bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     if (!journal_.admits()) {
         return false;
     }
-    std::string& line = journal_.line(journal_.begin("writeItems("));
-    appendList(line, items, appendNewItem);
+    const std::size_t call = journal_.begin("writeItems(");
+    appendList(journal_.line(call), items, appendNewItem);
+    latency_.pass("writeItems");
     ++writeCount_;
     if (refusals_ > 0 || refusedNumbers_.contains(writeCount_) || !isOwnedHere_) {
         refusals_ = refusals_ > 0 ? refusals_ - 1 : 0;
-        line += ") -> false";
+        journal_.line(call) += ") -> false";
         return false;
     }
     for (NewPasteboardItem& item : items) {
@@ -185,7 +194,7 @@ bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     if (!std::exchange(isJustCleared_, false)) {
         ++changeCount_;
     }
-    line += ") -> true";
+    journal_.line(call) += ") -> true";
     return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/pasteboard.h"
+#include "platform/simulated/call_latency.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scheduler.h"
 #include "platform/simulated/simulated_scheduling.h"
@@ -21,8 +22,9 @@ class SimulatedPasteboard final : public Pasteboard {
 public:
     using WhenRead = std::function<void(std::optional<Bytes>)>;
 
-    SimulatedPasteboard(Scheduler& scheduler, ThisProcess& process, Journal& journal, SimulatedScheduling& runLoop)
-        : scheduler_(scheduler), process_(process), journal_(journal), runLoop_(runLoop) {}
+    SimulatedPasteboard(Scheduler& scheduler, ThisProcess& process, Journal& journal, CallLatency& latency,
+                        SimulatedScheduling& runLoop)
+        : scheduler_(scheduler), process_(process), journal_(journal), latency_(latency), runLoop_(runLoop) {}
 
     std::vector<std::unique_ptr<PasteboardItem>> items() override;
     std::optional<Text> string() override;
@@ -60,6 +62,7 @@ private:
     Scheduler& scheduler_;
     ThisProcess& process_;
     Journal& journal_;
+    CallLatency& latency_;
     SimulatedScheduling& runLoop_;
     std::vector<std::shared_ptr<StoredItem>> items_;
     std::deque<Reading> readings_;

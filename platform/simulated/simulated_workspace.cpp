@@ -11,6 +11,7 @@ std::optional<RunningApplication> SimulatedWorkspace::frontmostApplication() {
         return std::nullopt;
     }
     const std::size_t call = journal_.begin("frontmostApplication() -> ");
+    latency_.pass("frontmostApplication");
     const std::optional<ProcessIdentifier> front = applications_.front();
     std::optional<RunningApplication> answer = front ? find(*front) : std::nullopt;
     appendApplication(journal_.line(call), answer);
@@ -23,6 +24,7 @@ std::optional<RunningApplication> SimulatedWorkspace::runningApplication(Process
     }
     const std::size_t call = journal_.begin("runningApplication(");
     appendInteger(journal_.line(call), processIdentifier);
+    latency_.pass("runningApplication");
     journal_.line(call) += ") -> ";
     std::optional<RunningApplication> answer = find(processIdentifier);
     appendApplication(journal_.line(call), answer);

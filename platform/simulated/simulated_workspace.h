@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/simulated/applications.h"
+#include "platform/simulated/call_latency.h"
 #include "platform/simulated/journal.h"
 #include "platform/workspace.h"
 
@@ -8,7 +9,8 @@ namespace lomaris::simulated {
 
 class SimulatedWorkspace final : public Workspace {
 public:
-    SimulatedWorkspace(Journal& journal, Applications& applications) : journal_(journal), applications_(applications) {}
+    SimulatedWorkspace(Journal& journal, CallLatency& latency, Applications& applications)
+        : journal_(journal), latency_(latency), applications_(applications) {}
 
     std::optional<RunningApplication> frontmostApplication() override;
     std::optional<RunningApplication> runningApplication(ProcessIdentifier processIdentifier) override;
@@ -17,6 +19,7 @@ private:
     [[nodiscard]] std::optional<RunningApplication> find(ProcessIdentifier processIdentifier);
 
     Journal& journal_;
+    CallLatency& latency_;
     Applications& applications_;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/simulated/applications.h"
+#include "platform/simulated/call_latency.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/reactor.h"
 #include "platform/simulated/scheduler.h"
@@ -18,13 +19,14 @@ struct World {
     Scheduler scheduler;
     ThisProcess process{scheduler};
     Journal journal{scheduler, process};
+    CallLatency latency{scheduler, process};
     Applications applications;
     Reactor reactor{*this};
-    SimulatedAccessibility accessibility{scheduler, process, journal, applications, reactor};
-    SimulatedWorkspace workspace{journal, applications};
+    SimulatedAccessibility accessibility{journal, latency, applications, reactor};
+    SimulatedWorkspace workspace{journal, latency, applications};
     SimulatedScheduling scheduling{scheduler, process, journal};
-    SimulatedPasteboard pasteboard{scheduler, process, journal, scheduling};
-    SimulatedEvents events{scheduler, journal, reactor};
+    SimulatedPasteboard pasteboard{scheduler, process, journal, latency, scheduling};
+    SimulatedEvents events{scheduler, journal, latency, reactor};
 
     World() {
         process.setServicesEnd([this] { pasteboard.resolvePromises(); });
