@@ -2,6 +2,7 @@
 #include "tests/support/run_loop.h"
 
 #include <chrono>
+#include <new>
 #include <string>
 
 namespace lomaris {
@@ -240,6 +241,12 @@ TEST_F(GuardedReplacement, DropsTheErrorOfKeysThatMayNotBePosted) {
 TEST_F(GuardedReplacement, DropsTheErrorOfAnApplicationThatEndedWhileItsWindowWasRaised) {
     notes.element().answers(attribute::focusedWindow, window.element());
     desktop.at(50ms, [this] { desktop.quit(812); });
+    expectRefusal(entries(Reason::rereadFailed, 4));
+}
+
+TEST_F(GuardedReplacement, DropsAnExceptionOfAnotherKindThatEndsTheSecondLook) {
+    // The tenth call is of the second look: whether the process is trusted.
+    desktop.beforeCall(10, [] { throw std::bad_alloc(); });
     expectRefusal(entries(Reason::rereadFailed, 4));
 }
 

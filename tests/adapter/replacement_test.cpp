@@ -155,6 +155,16 @@ TEST_F(Replacement, RefusesToPasteOverAnotherText) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), u"mine");
 }
 
+TEST_F(Replacement, PastesOverACanonicallyEquivalentText) {
+    text.setText(u"caf\u00e9", {0, 4});
+    const auto snapshot = captureByKeyboard();
+    text.setText(u"cafe\u0301", {0, 5});
+    EXPECT_EQ(replace(snapshot, {.allowClipboardFallback = true}), std::nullopt);
+    turnFor(1s);
+    EXPECT_EQ(text.text(), u"red fox");
+    EXPECT_EQ(desktop.pasteboardStringForOthers(), u"mine");
+}
+
 TEST_F(Replacement, PassesOnThatTheTargetDoesNotCopy) {
     const auto snapshot = captureByKeyboard();
     notes.onCopy(ignores());

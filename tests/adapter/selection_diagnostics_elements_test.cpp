@@ -149,6 +149,19 @@ TEST_F(DiagnosedElements, AsksOnlyRelevantElementsWhetherTheirTextCanBeSet) {
     EXPECT_EQ(test::callsWith(desktop, " areAttributesSettable("), 1U);
 }
 
+TEST_F(DiagnosedElements, KeepsApartWhoCanBeSetAmongMoreElementsThanFitIntoABatch) {
+    auto settable = addStaticText();
+    settable.answersSettable(attribute::selectedText, {AXError::success, true});
+    std::vector<SimulatedElement> children = addSilent(600);
+    children.front() = addStaticText();
+    children.back() = settable;
+    setChildren(window, children);
+
+    auto last = staticText(u"0.599", 1);
+    last.selectedTextSettable = true;
+    EXPECT_EQ(diagnose(), payload(601, false, {staticText(u"0.0", 1), last}));
+}
+
 TEST_F(DiagnosedElements, TakesOnlyAPlainYesForSettable) {
     const std::vector<std::pair<SettableAnswer, bool>> examples = {
         {{AXError::success, true}, true},

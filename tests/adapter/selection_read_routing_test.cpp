@@ -215,6 +215,18 @@ TEST_F(SelectionReadRouting, UsesTheApplicationThatWasInFrontBeforeTheRead) {
     EXPECT_EQ(desktop.postedKeyStrokes().at(0).processIdentifier, 812);
 }
 
+TEST_F(SelectionReadRouting, CopiesFromTheApplicationThatCameToTheFrontMeanwhileWhereNoneWas) {
+    hideSelection();
+    desktop.leaveNothingInFront();
+    desktop.systemWide().answers(attribute::focusedUIElement, AXError::cannotComplete);
+    desktop.at(200ms, [this] { desktop.bringToFront(812); });
+    const auto snapshot = read();
+    EXPECT_EQ(snapshot.payload.applicationName, u"Notes");
+    EXPECT_EQ(snapshot.payload.processIdentifier, 812);
+    EXPECT_EQ(snapshot.payload.selectedText, u"brown fox");
+    expectTrace({.route = 3, .error = 3, .keyPresses = 1});
+}
+
 TEST_F(SelectionReadRouting, RefusesAFileManagerUnderTheShortcutWithoutReadingAnything) {
     const auto finder = desktop.addApplication(1, u"com.apple.finder", u"Finder");
     finder.element().answers(attribute::focusedUIElement,

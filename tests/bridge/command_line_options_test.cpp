@@ -138,6 +138,7 @@ TEST(CommandLine, RefusesWithTheMessageOfTheFirstFailure) {
         {{"read-selection", "--delay", "1 "}, delay},
         {{"read-selection", "--before-chars", "10001"}, before},
         {{"read-selection", "--before-chars", "-1"}, before},
+        {{"read-selection", "--before-chars", "+-0"}, before},
         {{"read-selection", "--before-chars", "1.5"}, before},
         {{"read-selection", "--before-chars", ""}, before},
         {{"read-selection", "--before-chars", "99999999999999999999"}, before},

@@ -1,7 +1,9 @@
 #include "bridge/command_line_options.h"
+#include "bridge/standard_stream_error.h"
 #include "tests/bridge/execute_world.h"
 
 #include <chrono>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +14,12 @@ namespace {
 using test::Lines;
 
 class Execute : public test::ExecuteWorld {};
+
+/// Streams whose input is more than the memory can hold.
+class InputWithoutEnd final : public test::RecordedStreams {
+public:
+    std::optional<std::string> readInput() override { throw std::bad_alloc(); }
+};
 
 TEST_F(Execute, PrintsTheUsageTextWithoutArgumentsAndTouchesNothing) {
     EXPECT_EQ(run({}), 0);
@@ -250,6 +258,16 @@ TEST_F(Execute, ReadsStandardInputBeforeItWaits) {
     EXPECT_EQ(desktop.journal().at(0), "0.000000000 sleep(2.000000000)");
 }
 
+TEST_F(Execute, SaysWhatToDoWhereTheInputDoesNotFitIntoMemory) {
+    InputWithoutEnd endless;
+    const std::vector<Text> arguments = {u"replace-selection"};
+    EXPECT_EQ(runCommandLine(arguments, desktop, endless), 1);
+    EXPECT_EQ(endless.output, Lines());
+    EXPECT_EQ(endless.error,
+              Lines{"Lomaris macOS bridge: Not enough memory. Close some applications and try again.\n"});
+    EXPECT_EQ(desktop.journal(), Lines());
+}
+
 TEST_F(Execute, DoesNotUndoAReplacementWhoseOutputCannotBeWritten) {
     streams.acceptedWrites = 0;
     EXPECT_EQ(run({"replace-selection", "--replacement", "x"}), 1);
@@ -265,6 +283,15 @@ TEST_F(Execute, LeavesTheStagedTextToATargetThatPastesAfterTheEnd) {
     EXPECT_EQ(streams.output, Lines{"replaced\n"});
     desktop.endProcess();
     EXPECT_EQ(text.text(), u"The quick x");
+}
+
+TEST(StandardStreamErrors, NameTheirStreamToTheUserAndToWhoeverCatchesStandardExceptions) {
+    const auto input = StandardStreamError::inputFailed();
+    EXPECT_EQ(input.errorDescription(), u"Could not read standard input.");
+    EXPECT_STREQ(input.what(), "inputFailed");
+    const auto output = StandardStreamError::outputFailed();
+    EXPECT_EQ(output.errorDescription(), u"Could not write to standard output.");
+    EXPECT_STREQ(output.what(), "outputFailed");
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ namespace lomaris::test {
 using Lines = std::vector<std::string>;
 
 /// Streams in memory. Every write is kept on its own.
-class RecordedStreams final : public StandardStreams {
+class RecordedStreams : public StandardStreams {
 public:
     std::optional<std::string> readInput() override {
         ++inputReads;

@@ -8,6 +8,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace lomaris {
@@ -16,6 +18,14 @@ namespace {
 using namespace std::chrono_literals;
 
 const PasteboardType plainText(pasteboard_type::string);
+
+/// Remembers what a provider sets on it.
+class RememberingItem final : public PromisedItem {
+public:
+    void setData(std::string_view bytes, const PasteboardType& type) override { given.emplace_back(type, bytes); }
+
+    std::vector<std::pair<PasteboardType, Bytes>> given;
+};
 
 class ConsumptionTracker : public testing::Test {
 protected:
@@ -94,6 +104,15 @@ TEST_F(ConsumptionTracker, TakesNoOtherTypeForConsumption) {
     readAt(100ms, "public.html");
     EXPECT_EQ(releasedAt(tracker), 2500ms);
     EXPECT_EQ(readings, (std::vector<std::string>{"", "(nothing)"}));
+}
+
+// No pasteboard asks for a type that was not promised to it; the provider does not count on that.
+TEST_F(ConsumptionTracker, GivesNothingWhereAPasteboardAsksForATypeThatWasNotPromised) {
+    const auto tracker = stage(u"text");
+    RememberingItem item;
+    tracker->provideData(item, "public.html");
+    EXPECT_EQ(item.given, (std::vector<std::pair<PasteboardType, Bytes>>{}));
+    EXPECT_EQ(releasedAt(tracker), 2500ms);
 }
 
 TEST_F(ConsumptionTracker, ReleasesOnlyWhereTheMainQueueIsServed) {

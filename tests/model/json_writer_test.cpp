@@ -45,6 +45,17 @@ TEST(JsonWriter, FindsAnEscapeAtEveryPlaceOfALongText) {
     }
 }
 
+TEST(JsonWriter, TearsNoSurrogatePairOfALongText) {
+    Text text;
+    std::string expected;
+    for (int pair = 0; pair < 2000; ++pair) {
+        text += u"\U0001f600";
+        expected += "\U0001f600";
+    }
+    EXPECT_EQ(written(text), '"' + expected + '"');
+    EXPECT_EQ(written(u"x" + text), "\"x" + expected + '"');
+}
+
 TEST(JsonWriter, IndentsObjectsAndArraysByTwoSpaces) {
     JsonWriter writer(SlashEscaping::escaped);
     writer.beginObject();

@@ -127,6 +127,17 @@ TEST(CanonicalEquality, AgreesWithWholeNormalisationOnRandomTexts) {
     EXPECT_GT(different, 2000);
 }
 
+TEST(CanonicalEquality, KeepsTheOrderOfManyMarksOfOneClass) {
+    Text above;
+    Text exchanged;
+    for (int i = 0; i < 50; ++i) {
+        above += u"\u0301\u0300";
+        exchanged += i == 25 ? u"\u0300\u0301" : u"\u0301\u0300";
+    }
+    EXPECT_TRUE(canonicallyEqual(u"e" + above + u"\u0323", u"e\u0323" + above));
+    EXPECT_FALSE(canonicallyEqual(u"e" + above + u"\u0323", u"e\u0323" + exchanged));
+}
+
 TEST(CanonicalEquality, OrdersVeryLongRunsOfMarks) {
     Text a = u"e";
     Text above;

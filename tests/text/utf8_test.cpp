@@ -136,6 +136,14 @@ TEST(Utf8, WritesHalfASurrogatePairAsReplacementCharacter) {
     }
 }
 
+TEST(Utf8, TearsNoSurrogatePairOfALongText) {
+    // Behind three bytes a unit, as many as units can make.
+    for (std::size_t before = 0; before <= 5000; ++before) {
+        const Text text = Text(before, u'\u20AC') + u"\U0001F600";
+        ASSERT_EQ(textFromUtf8(utf8FromText(text)), text) << before;
+    }
+}
+
 TEST(Utf8, KeepsByteOrderMarksAndNullCharacters) {
     const std::string bytes(
         "\xEF\xBB\xBF"
