@@ -81,12 +81,15 @@ RunOutcome runOn(Stage& stage, Work work) {
     const auto start = std::chrono::steady_clock::now();
     try {
         outcome.status = work();
-    } catch (const SimulatedTermination& termination) {
-        outcome.status = signalBase + termination.signal;
+    } catch (const SimulatedTermination&) {
+        // The status says so below, as it does where a signal comes while the process ends by itself.
     }
     outcome.virtualTime = stage.desktop.now();
     outcome.whenDone = stateOf(stage);
     stage.desktop.endProcess();
+    if (const auto signal = stage.desktop.endedBySignal()) {
+        outcome.status = signalBase + *signal;
+    }
     outcome.realTime = std::chrono::steady_clock::now() - start;
     return outcome;
 }
