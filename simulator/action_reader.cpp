@@ -25,6 +25,16 @@ TextRange cutTo(TextRange range, TextView text) {
     return {location, std::clamp<std::int64_t>(range.length, 0, length - location)};
 }
 
+/// Does nothing where the application does not run.
+template <typename Act>
+Reaction whileItRuns(const StagedApplication& application, Act act) {
+    return Reaction([handle = application.handle, act] {
+        if (handle.isRunning()) {
+            act(handle);
+        }
+    });
+}
+
 Reaction readTyping(const JsonNode& node, Stage& stage) {
     const std::int64_t presses = node.integer(1, mostPresses);
     return Reaction([&stage, presses] {
@@ -40,12 +50,10 @@ Reaction readClick(const JsonNode& node, Stage& stage) {
         {"right", InputEventType::rightMouseDown},
         {"other", InputEventType::otherMouseDown},
     }};
-    for (const auto& [name, button] : buttons) {
-        if (node.value().is_string() && node.string() == name) {
-            return Reaction([&stage, pressed = button] { stage.desktop.userClicks(pressed); });
-        }
-    }
-    node.refuse("\"left\", \"right\" or \"other\"");
+    const std::string name = node.choice({"left", "right", "other"});
+    const auto* const button =
+        std::find_if(buttons.begin(), buttons.end(), [&name](const auto& each) { return each.first == name; });
+    return Reaction([&stage, pressed = button->second] { stage.desktop.userClicks(pressed); });
 }
 
 Reaction readSelecting(const JsonNode& node, Stage& stage) {
@@ -68,7 +76,7 @@ Reaction readRewriting(const JsonNode& node, Stage& stage) {
 
 Reaction readScripting(const JsonNode& node, Stage& stage) {
     node.allowKeys(scriptKeysAnd({"element"}));
-    return Reaction([element = readElement(node.get("element"), stage), script = readElementScript(node, stage)] {
+    return Reaction([element = readElementOrRoot(node.get("element"), stage), script = readElementScript(node, stage)] {
         apply(script, element);
     });
 }
@@ -77,31 +85,48 @@ Reaction readSwitching(const JsonNode& node, Stage& stage) {
     if (node.isNull()) {
         return Reaction([&stage] { stage.desktop.leaveNothingInFront(); });
     }
-    return Reaction([&stage, application = readProcessIdentifier(node)] {
-        if (stage.running.contains(application)) {
-            stage.desktop.bringToFront(application);
-        }
+    return whileItRuns(readApplication(node, stage, "null or "), [&stage](const SimulatedApplication& application) {
+        stage.desktop.bringToFront(application.processIdentifier());
     });
 }
 
+Reaction readStarting(const JsonNode& node, Stage& stage) {
+    const StagedApplication& application = readApplication(node, stage);
+    if (application.start == StagedApplication::Start::atOnce) {
+        node.refuse("the process identifier of an application with \"runs\": false");
+    }
+    return Reaction([handle = application.handle] { handle.start(); });
+}
+
 Reaction readQuitting(const JsonNode& node, Stage& stage) {
-    return Reaction([&stage, application = readProcessIdentifier(node)] {
-        if (stage.running.erase(application) > 0) {
-            stage.desktop.quit(application);
-        }
+    return whileItRuns(readApplication(node, stage), [&stage](const SimulatedApplication& application) {
+        stage.desktop.quit(application.processIdentifier());
     });
 }
 
 Reaction readHanging(const JsonNode& node, Stage& stage) {
-    return Reaction([&stage, application = readProcessIdentifier(node)] {
-        if (const auto found = stage.running.find(application); found != stage.running.end()) {
-            found->second.hang();
+    return whileItRuns(readApplication(node, stage),
+                       [](const SimulatedApplication& application) { application.hang(); });
+}
+
+Reaction readRecovering(const JsonNode& node, Stage& stage) {
+    return whileItRuns(readApplication(node, stage),
+                       [](const SimulatedApplication& application) { application.recover(); });
+}
+
+/// A signal that ends a process by default and that it can catch, on macOS and on Linux.
+int readSignal(const JsonNode& node) {
+    constexpr std::array<std::pair<std::int64_t, std::int64_t>, 4> accepted{{{1, 8}, {10, 15}, {24, 27}, {30, 31}}};
+    for (const auto& [first, last] : accepted) {
+        if (node.value().is_number_integer() && node.value() >= first && node.value() <= last) {
+            return static_cast<int>(node.integer(first, last));
         }
-    });
+    }
+    node.refuse("a signal that ends a process and can be caught: 1 to 8, 10 to 15, 24 to 27, 30 or 31");
 }
 
 Reaction readReading(const JsonNode& node, Stage& stage) {
-    return Reaction([&stage, type = node.string()] {
+    return Reaction([&stage, type = readType(node)] {
         stage.desktop.readPasteboardAsAnotherProgram(type, [](const std::optional<Bytes>& /*bytes*/) {});
     });
 }
@@ -111,11 +136,7 @@ Reaction readAll(const JsonNode& node, Stage& stage) {
     for (const JsonNode& member : node.members()) {
         actions.push_back(readAction(member, stage));
     }
-    return Reaction([&stage, actions = std::move(actions)] {
-        for (const Reaction& action : actions) {
-            stage.desktop.perform(action);
-        }
-    });
+    return together(actions);
 }
 
 Reaction readIgnoring(const JsonNode& node, Stage& /*stage*/) {
@@ -130,7 +151,7 @@ struct Verb {
     Reaction (*read)(const JsonNode& node, Stage& stage);
 };
 
-constexpr std::array<Verb, 22> verbs{{
+constexpr std::array<Verb, 24> verbs{{
     {"ignores", readIgnoring},
     {"all", readAll},
     {"copies", [](const JsonNode& node, Stage&) { return copies(node.text()); }},
@@ -154,8 +175,10 @@ constexpr std::array<Verb, 22> verbs{{
     {"rewrites", readRewriting},
     {"scripts", readScripting},
     {"bringsToFront", readSwitching},
+    {"starts", readStarting},
     {"quits", readQuitting},
     {"hangs", readHanging},
+    {"recovers", readRecovering},
     {"refusesWrites",
      [](const JsonNode& node, Stage& stage) {
          return Reaction([&stage, count = static_cast<int>(node.integer(1, mostPresses))] {
@@ -177,68 +200,73 @@ constexpr std::array<Verb, 22> verbs{{
      }},
     {"endsTheTool",
      [](const JsonNode& node, Stage& stage) {
-         constexpr int highestSignal = 64;
-         return Reaction(
-             [&stage, signal = static_cast<int>(node.integer(1, highestSignal))] { stage.desktop.terminate(signal); });
+         return Reaction([&stage, signal = readSignal(node)] { stage.desktop.terminate(signal); });
      }},
 }};
 
-[[noreturn]] void refuseAction(const JsonNode& node) {
-    std::string names;
+/// An action, or a whole reaction, which "inTurn" may be as well.
+enum class Whole { action, reaction };
+
+[[noreturn]] void refuseAction(const JsonNode& node, Whole whole) {
+    std::vector<std::string_view> names;
     for (const Verb& verb : verbs) {
-        names += names.empty() ? "" : ", ";
-        names += verb.name;
+        names.push_back(verb.name);
     }
-    node.refuse("an object with exactly one of the keys " + names);
+    node.refuse(std::string(whole == Whole::reaction ? "{\"inTurn\": [reactions]}, " : "") +
+                "an array of actions, or an object with exactly one of the keys " + listOf(names) +
+                ", beside which \"after\" may stand");
 }
 
-/// The action of an object that has one key beside these.
-Reaction readVerb(const JsonNode& node, Stage& stage, std::string_view otherKey) {
+/// The action of an object that has one key beside "after".
+Reaction readVerb(const JsonNode& node, Stage& stage, Whole whole) {
     std::optional<Reaction> read;
     for (const auto& [key, value] : node.entries()) {
-        if (key == otherKey) {
+        if (key == "after") {
             continue;
+        }
+        if (key == "inTurn" && whole == Whole::action) {
+            node.refuse("no \"inTurn\" here, which stands alone and is a whole reaction");
         }
         const auto* const verb =
             std::find_if(verbs.begin(), verbs.end(), [&name = key](const Verb& each) { return each.name == name; });
         if (verb == verbs.end() || read) {
-            refuseAction(node);
+            refuseAction(node, whole);
         }
         read = verb->read(value, stage);
     }
     if (!read) {
-        refuseAction(node);
+        refuseAction(node, whole);
     }
     return *read;
 }
 
-Reaction readReaction(const JsonNode& node, Stage& stage) {
-    if (!node.value().is_object()) {
-        return readAction(node, stage);
+Reaction readOne(const JsonNode& node, Stage& stage, Whole whole) {
+    if (node.value().is_array()) {
+        return readAll(node, stage);
     }
+    if (!node.value().is_object()) {
+        refuseAction(node, whole);
+    }
+    const Reaction action = readVerb(node, stage, whole);
     const auto after = node.find("after");
-    const Reaction reaction = readVerb(node, stage, "after");
-    return after ? reaction.after(after->seconds()) : reaction;
+    return after ? action.after(after->seconds()) : action;
 }
 
 }  // namespace
 
-Reaction readAction(const JsonNode& node, Stage& stage) {
-    if (node.value().is_array()) {
-        return readAll(node, stage);
-    }
-    return readVerb(node, stage, "");
-}
+Reaction readAction(const JsonNode& node, Stage& stage) { return readOne(node, stage, Whole::action); }
 
 std::vector<Reaction> readReactions(const JsonNode& node, Stage& stage) {
     const auto inTurn = node.value().is_object() ? node.find("inTurn") : std::nullopt;
     if (!inTurn) {
-        return {readReaction(node, stage)};
+        return {readOne(node, stage, Whole::reaction)};
     }
-    node.allowKeys({"inTurn"});
+    if (node.value().size() != 1) {
+        node.refuse("\"inTurn\" alone; \"after\" may stand in each of its reactions");
+    }
     std::vector<Reaction> reactions;
     for (const JsonNode& member : inTurn->members()) {
-        reactions.push_back(readReaction(member, stage));
+        reactions.push_back(readAction(member, stage));
     }
     if (reactions.empty()) {
         inTurn->refuse("at least one reaction");

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -26,6 +27,9 @@ std::size_t readCount(const JsonNode& node, std::int64_t lowest) {
 
 TreeShape readShape(const JsonNode& node) {
     node.allowKeys({"elements", "branching", "depth", "every", "members"});
+    if (!node.find("elements") && !node.find("depth")) {
+        node.refuse("an object with the key \"elements\" or \"depth\", or both");
+    }
     TreeShape shape;
     if (const auto depth = node.find("depth")) {
         shape.depth = readCount(*depth, 0);
@@ -40,14 +44,31 @@ TreeShape readShape(const JsonNode& node) {
     return shape;
 }
 
+std::vector<std::vector<std::size_t>> readLayout(const JsonNode& node) {
+    const TreeShape shape = readShape(node);
+    auto layout = layOut(shape);
+    if (!layout) {
+        const TreeRoom room = roomOf(shape);
+        const std::string depth = std::to_string(shape.depth.value_or(0));
+        if (shape.elements < room.least) {
+            node.refuse("at least " + std::to_string(room.least) + " elements at depth " + depth +
+                        "; change elements or depth");
+        }
+        node.refuse("at most " + std::to_string(room.most.value_or(shape.elements)) + " elements at depth " + depth +
+                    " with branching " + std::to_string(shape.branching) + "; change elements, depth or branching");
+    }
+    return *std::move(layout);
+}
+
 }  // namespace
 
-void ApplicationReader::make(const JsonNode& node) {
-    node.allowKeys(scriptKeysAnd({"processIdentifier", "bundleIdentifier", "name", "front", "hangs", "elements",
+void ApplicationReader::add(const JsonNode& node) {
+    node.allowKeys(scriptKeysAnd({"processIdentifier", "bundleIdentifier", "name", "front", "hangs", "runs", "elements",
                                   "menuBar", "onCopy", "onPaste", "onDelete", "onKeys"}));
     const JsonNode identifier = node.get("processIdentifier");
-    const ProcessIdentifier process = readProcessIdentifier(identifier);
-    if (stage_.running.contains(process)) {
+    const auto process =
+        static_cast<ProcessIdentifier>(identifier.integer(1, std::numeric_limits<ProcessIdentifier>::max()));
+    if (stage_.applications.contains(process)) {
         identifier.refuse("a process identifier that no other application has");
     }
     const auto bundleIdentifier = node.find("bundleIdentifier");
@@ -55,17 +76,27 @@ void ApplicationReader::make(const JsonNode& node) {
     SimulatedApplication application =
         stage_.desktop.addApplication(process, bundleIdentifier ? bundleIdentifier->textOrNull() : std::nullopt,
                                       name ? name->textOrNull() : std::nullopt);
-    stage_.running.emplace(process, application);
-    if (const auto elements = node.find("elements")) {
-        std::vector<Element> made;
-        for (const JsonNode& element : elements->members()) {
-            makeElement(element, application, made);
+    const auto runs = node.find("runs");
+    const auto start = runs && !runs->boolean() ? StagedApplication::Start::later : StagedApplication::Start::atOnce;
+    stage_.applications.emplace(process, StagedApplication{application, application.element(), start});
+    applications_.emplace_back(node, application);
+}
+
+void ApplicationReader::make() {
+    for (const auto& [node, application] : applications_) {
+        if (const auto elements = node.find("elements")) {
+            std::vector<Element> made;
+            for (const JsonNode& element : elements->members()) {
+                makeElement(element, application, made);
+            }
         }
     }
-    if (const auto menuBar = node.find("menuBar")) {
-        makeMenuBar(*menuBar, application);
+    // An item may answer any element of the file as its modifiers.
+    for (const auto& [node, application] : applications_) {
+        if (const auto menuBar = node.find("menuBar")) {
+            makeMenuBar(*menuBar, application);
+        }
     }
-    applications_.emplace_back(node, application);
 }
 
 void ApplicationReader::makeElement(const JsonNode& node, SimulatedApplication application,
@@ -92,17 +123,14 @@ void ApplicationReader::makeElement(const JsonNode& node, SimulatedApplication a
 }
 
 void ApplicationReader::makeTree(const JsonNode& node, SimulatedApplication application, SimulatedElement top) {
-    const auto layout = layOut(readShape(node));
-    if (!layout) {
-        node.refuse("a depth and a branching that make room for exactly so many elements");
-    }
+    const auto layout = readLayout(node);
     std::vector<SimulatedElement> made{top};
-    while (made.size() < layout->size()) {
+    while (made.size() < layout.size()) {
         made.push_back(application.addElement());
     }
-    for (std::size_t position = 0; position < layout->size(); ++position) {
+    for (std::size_t position = 0; position < layout.size(); ++position) {
         std::vector<Element> children;
-        for (const std::size_t child : (*layout)[position]) {
+        for (const std::size_t child : layout[position]) {
             children.push_back(made[child].element());
         }
         if (!children.empty()) {
@@ -114,10 +142,19 @@ void ApplicationReader::makeTree(const JsonNode& node, SimulatedApplication appl
         alike_.emplace_back(*every, std::vector(made.begin() + 1, made.end()));
     }
     if (const auto members = node.find("members")) {
+        const auto last = static_cast<std::int64_t>(made.size()) - 1;
+        std::set<std::int64_t> taken;
         for (const JsonNode& member : members->members()) {
             member.allowKeys(scriptKeysAnd({"at", "name", "text"}));
-            const auto last = static_cast<std::int64_t>(made.size()) - 1;
-            take(member, made[static_cast<std::size_t>(member.get("at").integer(1, last))]);
+            const JsonNode at = member.get("at");
+            if (last == 0) {
+                at.refuse("a tree with more elements than its top");
+            }
+            const std::int64_t position = at.integer(1, last);
+            if (!taken.insert(position).second) {
+                at.refuse("a position that no other member has");
+            }
+            take(member, made[static_cast<std::size_t>(position)]);
         }
     }
 }
@@ -147,6 +184,9 @@ void ApplicationReader::take(const JsonNode& node, const SimulatedElement& eleme
         stage_.texts.push_back(made.setText(value, range));
     }
     if (const auto name = node.find("name")) {
+        if (name->string() == Stage::systemWideName) {
+            name->refuse("a name other than \"systemWide\", which is that of the system-wide element");
+        }
         if (!stage_.named.emplace(name->string(), element).second) {
             name->refuse("a name that no other element has");
         }
@@ -193,11 +233,19 @@ void ApplicationReader::scriptApplication(const JsonNode& node, SimulatedApplica
             application.onKeyStrokeInTurn(stroke, readReactions(key.get("does"), stage_));
         }
     }
+    const bool startsLater =
+        stage_.applications.at(application.processIdentifier()).start == StagedApplication::Start::later;
     if (const auto front = node.find("front"); front && front->boolean()) {
+        if (startsLater) {
+            front->refuse("an application in front that runs from the beginning");
+        }
         stage_.desktop.bringToFront(application.processIdentifier());
     }
     if (const auto hangs = node.find("hangs"); hangs && hangs->boolean()) {
         application.hang();
+    }
+    if (startsLater) {
+        application.holdBack();
     }
 }
 

@@ -8,16 +8,19 @@
 
 namespace lomaris::simulator {
 
-/// Puts the applications of a desktop file on the stage: first all elements, so that each can be named anywhere in the
-/// file, then what they answer and how the applications react.
+/// Puts the applications of a desktop file on the stage: first they themselves, then all elements, so that each can be
+/// named anywhere in the file, then what they answer and how the applications react.
 class ApplicationReader {
 public:
     explicit ApplicationReader(Stage& stage) : stage_(stage) {}
 
-    /// Starts an application and makes its elements, in the order of the file, and its menu bar.
-    void make(const JsonNode& node);
+    /// Puts an application on the desktop.
+    void add(const JsonNode& node);
 
-    /// Scripts everything that was made.
+    /// Makes the elements of the applications that were added, in the order of the file, and their menu bars.
+    void make();
+
+    /// Scripts everything that was made. Applications that start later do not run from then on.
     void script();
 
 private:

@@ -40,14 +40,17 @@ void readPermissions(const JsonNode& file, SimulatedDesktop& desktop) {
 }
 
 void readLatency(const JsonNode& node, SimulatedDesktop& desktop) {
-    if (!node.value().is_object()) {
-        desktop.setLatency(node.seconds());
-        return;
-    }
     constexpr std::array<std::string_view, 7> calls{"copyAttribute", "copyElementAttribute", "copyAttributes",
                                                     "setAttribute",  "isAttributeSettable",  "areAttributesSettable",
                                                     "performAction"};
-    node.allowKeys(std::vector<std::string_view>(calls.begin(), calls.end()));
+    if (node.value().is_number()) {
+        desktop.setLatency(node.seconds());
+        return;
+    }
+    if (!node.value().is_object()) {
+        node.refuse("a number of seconds, or an object with seconds for some of: " + listOf(calls));
+    }
+    node.allowKeys(calls);
     for (const auto& [call, latency] : node.entries()) {
         desktop.setLatencyOf(call, latency.seconds());
     }
@@ -69,12 +72,13 @@ void readApplications(const JsonNode& node, Stage& stage) {
     ApplicationReader reader(stage);
     bool hasFront = false;
     for (const JsonNode& application : node.members()) {
-        reader.make(application);
+        reader.add(application);
         const auto front = application.find("front");
         if (front && front->boolean() && std::exchange(hasFront, true)) {
             front->refuse("at most one application in front");
         }
     }
+    reader.make();
     reader.script();
 }
 

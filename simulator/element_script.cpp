@@ -7,11 +7,37 @@ namespace lomaris::simulator {
 namespace {
 
 SettableAnswer readSettable(const JsonNode& node) {
-    if (!node.value().is_object()) {
+    if (node.value().is_boolean()) {
         return {AXError::success, node.boolean()};
+    }
+    if (!node.value().is_object()) {
+        node.refuse("true, false or {\"error\": code}");
     }
     node.allowKeys({"error"});
     return {readErrorCode(node.get("error")), false};
+}
+
+ElementScript::Set readSet(const std::string& name, const JsonNode& node, Stage& stage) {
+    ElementScript::Set set{name, SetEffect::none, AXError::success, {}};
+    const Json& value = node.value();
+    if (value.is_string() || value.is_number_integer()) {
+        set.answer = readErrorCode(node);
+        return set;
+    }
+    if (!value.is_object()) {
+        node.refuse(errorCodeForms() + "; or an object with some of the keys answers, writes, does");
+    }
+    node.allowKeys({"answers", "writes", "does"});
+    if (const auto answers = node.find("answers")) {
+        set.answer = readErrorCode(*answers);
+    }
+    if (const auto writes = node.find("writes"); writes && writes->boolean()) {
+        set.effect = SetEffect::written;
+    }
+    if (const auto does = node.find("does")) {
+        set.reactions = readReactions(*does, stage);
+    }
+    return set;
 }
 
 ElementScript::Action readAction(const std::string& name, const JsonNode& node, Stage& stage) {
@@ -47,7 +73,7 @@ ElementScript readElementScript(const JsonNode& node, Stage& stage) {
     }
     if (const auto set = node.find("set")) {
         for (const auto& [name, code] : set->entries()) {
-            script.sets.emplace_back(name, readErrorCode(code));
+            script.sets.push_back(readSet(name, code, stage));
         }
     }
     if (const auto actions = node.find("actions")) {
@@ -68,8 +94,8 @@ void apply(const ElementScript& script, SimulatedElement element) {
     for (const auto& [name, answer] : script.settable) {
         element.answersSettable(name, answer);
     }
-    for (const auto& [name, code] : script.sets) {
-        element.answersSet(name, code);
+    for (const ElementScript::Set& set : script.sets) {
+        element.onSetInTurn(set.name, set.effect, set.reactions, set.answer);
     }
     for (const ElementScript::Action& action : script.actions) {
         element.onActionInTurn(action.name, action.reactions, action.answer);

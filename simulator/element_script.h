@@ -13,6 +13,13 @@ namespace lomaris::simulator {
 /// What an element answers, as a desktop file writes it: the keys `attributes`, `settable`, `set`, `actions` and
 /// `processIdentifierFails`.
 struct ElementScript {
+    struct Set {
+        std::string name;
+        SetEffect effect = SetEffect::none;
+        AXError answer = AXError::success;
+        std::vector<Reaction> reactions;
+    };
+
     struct Action {
         std::string name;
         AXError answer = AXError::success;
@@ -21,7 +28,7 @@ struct ElementScript {
 
     std::vector<std::pair<std::string, std::vector<AttributeAnswer>>> answers;
     std::vector<std::pair<std::string, SettableAnswer>> settable;
-    std::vector<std::pair<std::string, AXError>> sets;
+    std::vector<Set> sets;
     std::vector<Action> actions;
     bool processIdentifierFails = false;
 };

@@ -31,6 +31,24 @@ std::vector<std::vector<std::size_t>> inBreadthFirstOrder(const std::vector<Node
 
 }  // namespace
 
+TreeRoom roomOf(const TreeShape& shape) {
+    if (!shape.depth) {
+        return {};
+    }
+    constexpr std::size_t bound = 1'000'000'000;
+    TreeRoom room{*shape.depth + 1, 1};
+    std::size_t level = 1;
+    for (std::size_t depth = 0; depth < *shape.depth; ++depth) {
+        level *= shape.branching;
+        room.most = *room.most + level;
+        if (*room.most > bound) {
+            room.most.reset();
+            break;
+        }
+    }
+    return room;
+}
+
 std::optional<std::vector<std::vector<std::size_t>>> layOut(const TreeShape& shape) {
     std::vector<Node> nodes(1);
     while (shape.depth && nodes.size() <= *shape.depth) {

@@ -3,37 +3,24 @@
 #include "accessibility/model/bridge_error.h"
 #include "accessibility/model/capture_trace.h"
 #include "accessibility/model/guard_trace.h"
-#include "accessibility/service/accessibility_service.h"
 #include "simulator/action_reader.h"
+#include "simulator/host.h"
 #include "simulator/json_text.h"
 #include "simulator/report.h"
+#include "simulator/service_steps.h"
+#include "simulator/session_steps.h"
 
+#include <algorithm>
 #include <array>
-#include <cstdint>
-#include <map>
 #include <memory>
-#include <optional>
-#include <set>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace lomaris::simulator {
 namespace {
 
-/// The host: a service and the sessions that it captured, by name.
-struct Host {
-    explicit Host(Stage& where) : stage(where), service(where.desktop) {}
-
-    Stage& stage;
-    LomarisAccessibilityService service;
-    std::map<std::string, std::unique_ptr<AppSelectionSession>> sessions;
-};
-
-using Act = std::function<Json(Host& host)>;
-
 /// What the act answers, or the error of the library.
-Json outcomeOf(const Act& act, Host& host) {
+Json outcomeOf(const HostAct& act, Host& host) {
     try {
         return act(host);
     } catch (const BridgeError& error) {
@@ -41,173 +28,104 @@ Json outcomeOf(const Act& act, Host& host) {
     }
 }
 
-Json detailsAsJson(const AppSelectionDetails& details) {
-    return {
-        {"applicationName", jsonOf(details.applicationName)}, {"selectedText", jsonOf(details.selectedText)},
-        {"contextBefore", jsonOf(details.contextBefore)},     {"contextAfter", jsonOf(details.contextAfter)},
-        {"selectionMethod", jsonOf(details.selectionMethod)}, {"usesClipboardFallback", details.usesClipboardFallback}};
+HostAct readUser(const JsonNode& node, Stage& stage) {
+    node.allowKeys({"user"});
+    return [action = readAction(node.get("user"), stage)](Host& host) {
+        host.stage.desktop.perform(action);
+        return Json("done");
+    };
 }
 
-/// Reads steps in the order of the file; a session must be captured before it is used.
-class StepReader {
-public:
-    explicit StepReader(Stage& stage) : stage_(stage) {}
+HostAct readRunMainQueue(const JsonNode& node) {
+    node.allowKeys({"runMainQueue"});
+    return [duration = node.get("runMainQueue").seconds()](Host& host) {
+        host.stage.desktop.scheduling().runLoopSlice(duration);
+        return Json("ran");
+    };
+}
 
-    Act read(const JsonNode& node, std::string_view verb) {
-        if (verb == "capture") {
-            return readCapture(node);
-        }
-        if (verb == "markSubmitted") {
-            node.allowKeys({"markSubmitted"});
-            return withSession(node.get("markSubmitted"), [](AppSelectionSession& session) {
-                session.markSubmitted();
-                return Json("marked");
-            });
-        }
-        if (verb == "replaceIfCurrent") {
-            node.allowKeys({"replaceIfCurrent", "with"});
-            return withSession(node.get("replaceIfCurrent"),
-                               [text = node.get("with").text()](AppSelectionSession& session) {
-                                   session.replaceIfCurrent(text);
-                                   return Json("replaced");
-                               });
-        }
-        if (verb == "drop") {
-            node.allowKeys({"drop"});
-            return [name = knownName(node.get("drop"))](Host& host) {
-                host.sessions.erase(name);
-                return Json("dropped");
-            };
-        }
-        if (verb == "permission") {
-            return readPermission(node);
-        }
-        if (verb == "traces") {
-            return readTraces(node);
-        }
-        if (verb == "look") {
-            node.allowKeys({"look"});
-            if (!node.get("look").boolean()) {
-                node.get("look").refuse("true");
-            }
-            return [](Host& host) { return stateOf(host.stage); };
-        }
-        if (verb == "runMainQueue") {
-            node.allowKeys({"runMainQueue"});
-            return [duration = node.get("runMainQueue").seconds()](Host& host) {
-                host.stage.desktop.scheduling().runLoopSlice(duration);
-                return Json("ran");
-            };
-        }
-        node.allowKeys({"user"});
-        return [action = readAction(node.get("user"), stage_)](Host& host) {
-            host.stage.desktop.perform(action);
-            return Json("done");
-        };
+HostAct readWaits(const JsonNode& node) {
+    node.allowKeys({"waits"});
+    return [duration = node.get("waits").seconds()](Host& host) {
+        host.stage.desktop.scheduling().sleep(duration);
+        return Json("waited");
+    };
+}
+
+HostAct readTraces(const JsonNode& node) {
+    node.allowKeys({"traces"});
+    if (node.get("traces").choice({"snapshot", "reset"}) == "snapshot") {
+        return [](Host&) { return tracesAsJson(); };
     }
+    return [](Host&) {
+        SelectionCaptureTrace::shared().reset();
+        ReplacementGuardTrace::shared().reset();
+        return Json("reset");
+    };
+}
 
-private:
-    Act readCapture(const JsonNode& node) {
-        node.allowKeys({"capture", "as", "beforeLimit", "afterLimit", "fallback"});
-        const std::string what = node.get("capture").string();
-        if (what != "selection" && what != "selectionOrChat") {
-            node.get("capture").refuse("\"selection\" or \"selectionOrChat\"");
-        }
-        constexpr std::int64_t mostUnits = 1'000'000'000;
-        const auto limit = [&node](std::string_view key) {
-            constexpr std::int64_t usual = 500;
-            const auto found = node.find(key);
-            return found ? found->integer(-1, mostUnits) : usual;
-        };
-        const auto fallback = node.find("fallback");
-        const SelectionReadOptions options{limit("beforeLimit"), limit("afterLimit"), !fallback || fallback->boolean()};
-        const auto as = node.find("as");
-        const std::string name = as ? as->string() : "session";
-        names_.insert(name);
-        return [what, options, name](Host& host) {
-            host.sessions.erase(name);
-            auto session = what == "selection" ? host.service.captureSelection(options)
-                                               : host.service.captureSelectionOrChat(options);
-            Json details = detailsAsJson(session->details());
-            host.sessions[name] = std::move(session);
-            return details;
-        };
+HostAct readLook(const JsonNode& node) {
+    node.allowKeys({"look"});
+    if (!node.get("look").boolean()) {
+        node.get("look").refuse("true");
     }
+    return [](Host& host) { return stateOf(host.stage); };
+}
 
-    template <typename Use>
-    Act withSession(const JsonNode& node, Use use) {
-        return [name = knownName(node), use](Host& host) {
-            const auto found = host.sessions.find(name);
-            return found == host.sessions.end() ? Json("no session") : use(*found->second);
-        };
-    }
-
-    std::string knownName(const JsonNode& node) const {
-        const std::string name = node.string();
-        if (!names_.contains(name)) {
-            node.refuse("the name of a session that an earlier step captures");
-        }
-        return name;
-    }
-
-    static Act readPermission(const JsonNode& node) {
-        node.allowKeys({"permission"});
-        const std::string how = node.get("permission").string();
-        if (how != "check" && how != "ask") {
-            node.get("permission").refuse("\"check\" or \"ask\"");
-        }
-        const TrustPrompt prompt = how == "ask" ? TrustPrompt::ask : TrustPrompt::none;
-        return [prompt](Host& host) { return Json(host.service.hasPermission(prompt)); };
-    }
-
-    static Act readTraces(const JsonNode& node) {
-        node.allowKeys({"traces"});
-        const std::string what = node.get("traces").string();
-        if (what == "snapshot") {
-            return [](Host&) { return tracesAsJson(); };
-        }
-        if (what != "reset") {
-            node.get("traces").refuse("\"snapshot\" or \"reset\"");
-        }
-        return [](Host&) {
-            SelectionCaptureTrace::shared().reset();
-            ReplacementGuardTrace::shared().reset();
-            return Json("reset");
-        };
-    }
-
-    Stage& stage_;
-    std::set<std::string> names_;
+struct Context {
+    Stage& stage;
+    SessionSteps sessions;
 };
 
-/// The verb of a step, the first of its keys that is one.
-std::string_view verbOf(const JsonNode& node) {
-    constexpr std::array<std::string_view, 9> verbs{
-        "look", "capture", "markSubmitted", "replaceIfCurrent", "drop", "permission", "traces", "runMainQueue", "user"};
-    for (const std::string_view verb : verbs) {
-        if (node.find(verb)) {
-            return verb;
+struct Verb {
+    std::string_view name;
+    HostAct (*read)(const JsonNode& node, Context& context);
+};
+
+constexpr std::array<Verb, 14> verbs{{
+    {"capture", [](const JsonNode& node, Context& context) { return context.sessions.readCapture(node); }},
+    {"markSubmitted", [](const JsonNode& node, Context& context) { return context.sessions.readMarkSubmitted(node); }},
+    {"replaceIfCurrent",
+     [](const JsonNode& node, Context& context) { return context.sessions.readReplaceIfCurrent(node); }},
+    {"drop", [](const JsonNode& node, Context& context) { return context.sessions.readDrop(node); }},
+    {"read", [](const JsonNode& node, Context&) { return readReadStep(node); }},
+    {"replace", [](const JsonNode& node, Context&) { return readReplaceStep(node); }},
+    {"replaceByRequest", [](const JsonNode& node, Context&) { return readReplaceByRequestStep(node); }},
+    {"diagnose", [](const JsonNode& node, Context&) { return readDiagnoseStep(node); }},
+    {"permission", [](const JsonNode& node, Context&) { return readPermissionStep(node); }},
+    {"runMainQueue", [](const JsonNode& node, Context&) { return readRunMainQueue(node); }},
+    {"waits", [](const JsonNode& node, Context&) { return readWaits(node); }},
+    {"user", [](const JsonNode& node, Context& context) { return readUser(node, context.stage); }},
+    {"traces", [](const JsonNode& node, Context&) { return readTraces(node); }},
+    {"look", [](const JsonNode& node, Context&) { return readLook(node); }},
+}};
+
+/// The verb of a step, the one of its keys that is one.
+const Verb& verbOf(const JsonNode& node) {
+    const auto stands = [&node](const Verb& verb) {
+        return node.value().is_object() && node.find(verb.name).has_value();
+    };
+    if (std::count_if(verbs.begin(), verbs.end(), stands) != 1) {
+        std::vector<std::string_view> names;
+        for (const Verb& verb : verbs) {
+            names.push_back(verb.name);
         }
+        node.refuse("an object with exactly one of the keys " + listOf(names));
     }
-    std::string names;
-    for (const std::string_view verb : verbs) {
-        names += names.empty() ? "" : ", ";
-        names += verb;
-    }
-    node.refuse("an object with one of the keys " + names);
+    return *std::find_if(verbs.begin(), verbs.end(), stands);
 }
 
 }  // namespace
 
 std::vector<HostStep> readHostSteps(const JsonNode& file, Stage& stage) {
     const auto host = std::make_shared<Host>(stage);
-    StepReader reader(stage);
+    Context context{stage, {}};
     std::vector<HostStep> steps;
     for (const JsonNode& node : file.members()) {
-        const std::string_view verb = verbOf(node);
-        const Act act = reader.read(node, verb);
-        steps.emplace_back([host, act, verb, number = steps.size() + 1] {
-            Json line{{"step", number}, {std::string(verb), outcomeOf(act, *host)}};
+        const Verb& verb = verbOf(node);
+        const HostAct act = verb.read(node, context);
+        steps.emplace_back([host, act, name = verb.name, number = steps.size() + 1] {
+            Json line{{"step", number}, {std::string(name), outcomeOf(act, *host)}};
             line["virtualSeconds"] = jsonOf(host->stage.desktop.now());
             return line;
         });

@@ -29,9 +29,12 @@ std::string reasonOf(const std::string& message) {
     return "expected JSON: " + (found == std::string::npos ? message : message.substr(found));
 }
 
-/// Follows the parser to find keys that stand twice, which the parsed value no longer shows.
-class DuplicateKeys final : public Json::json_sax_t {
+/// Follows the parser to find what the parsed value no longer shows, or not where it stands: keys that stand twice,
+/// numbers that are too large, and more levels than the readers, which call themselves, should go down.
+class Inspection final : public Json::json_sax_t {
 public:
+    explicit Inspection(std::string_view contents) : contents_(contents) {}
+
     bool null() override { return value(); }
     bool boolean(bool /*held*/) override { return value(); }
     bool number_integer(number_integer_t /*held*/) override { return value(); }
@@ -43,9 +46,12 @@ public:
     bool end_object() override { return close(); }
     bool start_array(std::size_t /*count*/) override { return open(true); }
     bool end_array() override { return close(); }
-    bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
-                     const nlohmann::detail::exception& /*error*/) override {
-        return false;
+    bool parse_error(std::size_t position, const std::string& /*token*/,
+                     const nlohmann::detail::exception& error) override {
+        if (dynamic_cast<const Json::out_of_range*>(&error) != nullptr) {
+            throw FileError(placeOfNext(), "expected a number from -1.79e308 to 1.79e308");
+        }
+        throw FileError(placeOf(contents_, position), reasonOf(error.what()));
     }
 
     bool key(string_t& name) override {
@@ -76,14 +82,24 @@ private:
     }
 
     bool open(bool isArray) {
+        constexpr std::size_t most = 500;
         Level level;
         level.isArray = isArray;
-        if (!levels_.empty()) {
-            const Level& outer = levels_.back();
-            level.place = outer.place + (outer.isArray ? "[" + std::to_string(outer.index) + "]" : outer.step);
+        level.place = placeOfNext();
+        if (levels_.size() == most) {
+            throw FileError(level.place, "expected at most " + std::to_string(most) + " levels of arrays and objects");
         }
         levels_.push_back(level);
         return true;
+    }
+
+    /// The way to the value that comes next.
+    [[nodiscard]] std::string placeOfNext() const {
+        if (levels_.empty()) {
+            return "";
+        }
+        const Level& outer = levels_.back();
+        return outer.place + (outer.isArray ? "[" + std::to_string(outer.index) + "]" : outer.step);
     }
 
     bool close() {
@@ -91,6 +107,7 @@ private:
         return value();
     }
 
+    std::string_view contents_;
     std::vector<Level> levels_;
 };
 
@@ -98,16 +115,9 @@ private:
 
 Json parseJson(std::string_view contents) {
     constexpr bool ignoresComments = true;
-    try {
-        Json parsed = Json::parse(contents, nullptr, true, ignoresComments);
-        DuplicateKeys duplicates;
-        Json::sax_parse(contents, &duplicates, Json::input_format_t::json, true, ignoresComments);
-        return parsed;
-    } catch (const Json::parse_error& error) {
-        throw FileError(placeOf(contents, error.byte), reasonOf(error.what()));
-    } catch (const Json::exception& error) {
-        throw FileError("", reasonOf(error.what()));
-    }
+    Inspection inspection(contents);
+    Json::sax_parse(contents, &inspection, Json::input_format_t::json, true, ignoresComments);
+    return Json::parse(contents, nullptr, true, ignoresComments);
 }
 
 }  // namespace lomaris::simulator

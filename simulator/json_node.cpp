@@ -8,31 +8,39 @@
 #include <cstddef>
 
 namespace lomaris::simulator {
-namespace {
 
-std::string listOf(const std::vector<std::string_view>& keys) {
+std::string listOf(std::span<const std::string_view> names) {
     std::string list;
-    for (const std::string_view key : keys) {
+    for (const std::string_view name : names) {
         list += list.empty() ? "" : ", ";
-        list += key;
+        list += name;
     }
     return list;
 }
 
-}  // namespace
-
 void JsonNode::refuse(std::string_view expected) const { throw FileError(place_, "expected " + std::string(expected)); }
 
 void JsonNode::allowKeys(std::initializer_list<std::string_view> keys) const {
-    allowKeys(std::vector<std::string_view>(keys));
+    allowKeys(std::span(keys.begin(), keys.size()));
 }
 
-void JsonNode::allowKeys(const std::vector<std::string_view>& keys) const {
+void JsonNode::allowKeys(std::span<const std::string_view> keys) const {
     for (const auto& [key, node] : entries()) {
         if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
             throw FileError(node.place(), "unknown key; expected one of: " + listOf(keys));
         }
     }
+}
+
+std::string_view JsonNode::onlyKey(std::span<const std::string_view> keys, std::string_view otherForms) const {
+    const bool isObject = value_->is_object();
+    if (isObject) {
+        allowKeys(keys);
+    }
+    if (!isObject || value_->size() != 1) {
+        refuse(std::string(otherForms) + "an object with exactly one of the keys " + listOf(keys));
+    }
+    return *std::find(keys.begin(), keys.end(), value_->begin().key());
 }
 
 std::optional<JsonNode> JsonNode::find(std::string_view key) const {
@@ -96,6 +104,22 @@ std::string JsonNode::string() const {
     return value_->get<std::string>();
 }
 
+std::string JsonNode::choice(std::initializer_list<std::string_view> strings) const {
+    for (const std::string_view each : strings) {
+        if (value_->is_string() && value_->get<std::string>() == each) {
+            return std::string(each);
+        }
+    }
+    std::string names;
+    for (const auto* each = strings.begin(); each != strings.end(); ++each) {
+        if (!names.empty()) {
+            names += each + 1 == strings.end() ? " or " : ", ";
+        }
+        names += '"' + std::string(*each) + '"';
+    }
+    refuse(names);
+}
+
 Duration JsonNode::seconds() const {
     constexpr double most = 1e6;
     const double number = value_->is_number() ? value_->get<double>() : -1;
@@ -119,7 +143,15 @@ Text JsonNode::text() const {
     return text;
 }
 
-std::optional<Text> JsonNode::textOrNull() const { return isNull() ? std::nullopt : std::optional(text()); }
+std::optional<Text> JsonNode::textOrNull() const {
+    if (isNull()) {
+        return std::nullopt;
+    }
+    if (!value_->is_string() && !value_->is_array()) {
+        refuse("a string, an array of UTF-16 units or null");
+    }
+    return text();
+}
 
 JsonNode JsonNode::member(std::string_view key) const {
     return JsonNode(value_->at(std::string(key)), place_ + (place_.empty() ? "" : ".") + std::string(key));

@@ -10,9 +10,10 @@
 #include "simulator/report.h"
 #include "text/utf8.h"
 
+#include <array>
 #include <chrono>
+#include <cstddef>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,7 +35,11 @@ void complain(StandardStreams& streams, std::string_view message) {
 
 std::string contentsOf(const std::string& file) {
     std::ifstream stream(file, std::ios::binary);
-    std::string contents{std::istreambuf_iterator<char>(stream), {}};
+    std::string contents;
+    // A folder can be opened, and only a read function of the stream itself keeps what reading it throws.
+    for (std::array<char, 4096> piece{}; stream.read(piece.data(), piece.size()) || stream.gcount() > 0;) {
+        contents.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
+    }
     if (!stream.is_open() || stream.bad()) {
         throw FileError("", "expected a file that can be read");
     }

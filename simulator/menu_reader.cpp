@@ -20,6 +20,9 @@ MenuItem readItem(const JsonNode& node, const Stage& stage) {
         item.modifiers = modifiers->isNull() ? std::nullopt : std::optional(readValue(*modifiers, stage));
     }
     if (const auto enabled = node.find("enabled")) {
+        if (!enabled->isNull() && !enabled->value().is_boolean()) {
+            enabled->refuse("true, false or null");
+        }
         item.enabled = enabled->isNull() ? std::nullopt : std::optional(enabled->boolean());
     }
     return item;

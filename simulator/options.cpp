@@ -1,12 +1,14 @@
 #include "simulator/options.h"
 
 #include <cstddef>
+#include <functional>
+#include <set>
 
 namespace lomaris::simulator {
 
 std::variant<Options, std::string> readOptions(std::span<const std::string> arguments) {
     Options options;
-    bool hasDesktop = false;
+    std::set<std::string, std::less<>> given;
     bool hasArguments = false;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
         const std::string& option = arguments[index];
@@ -22,19 +24,21 @@ std::variant<Options, std::string> readOptions(std::span<const std::string> argu
         if (option != "--desktop" && option != "--report" && option != "--host") {
             return "unknown option \"" + option + "\"; the arguments of the tool stand behind --";
         }
+        if (!given.insert(option).second) {
+            return option + " stands twice";
+        }
         if (++index == arguments.size()) {
             return option + " requires a file";
         }
         if (option == "--desktop") {
             options.desktop = arguments[index];
-            hasDesktop = true;
         } else if (option == "--report") {
             options.report = arguments[index];
         } else {
             options.host = arguments[index];
         }
     }
-    if (!hasDesktop) {
+    if (!given.contains("--desktop")) {
         return "--desktop FILE is missing";
     }
     if (options.host.has_value() == hasArguments) {

@@ -9,6 +9,15 @@
 
 namespace lomaris::simulator {
 
+/// An application of a file.
+struct StagedApplication {
+    enum class Start { atOnce, later };
+
+    SimulatedApplication handle;
+    SimulatedElement root;
+    Start start = Start::atOnce;
+};
+
 /// A simulated desktop together with the names that its file gives to what stands on it. What the file has the user and
 /// the applications do refers to it, so it stays where it was made.
 struct Stage {
@@ -25,7 +34,8 @@ struct Stage {
     std::map<std::string, std::string, std::less<>> namesByJournal;
     /// Those that behave as text areas, in the order of the file.
     std::vector<SimulatedTextElement> texts;
-    std::map<ProcessIdentifier, SimulatedApplication> running;
+    /// All of the file, whether or not they run.
+    std::map<ProcessIdentifier, StagedApplication> applications;
     /// Ends first, as its applications may still act then.
     SimulatedDesktop desktop;
 };

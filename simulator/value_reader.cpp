@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -31,78 +32,86 @@ constexpr std::array<std::pair<std::string_view, AXError>, 10> errorNames{{
 constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
 
-Element readElementOrApplication(const JsonNode& node, const Stage& stage) {
-    if (!node.value().is_object()) {
-        return readElement(node, stage).element();
-    }
-    node.allowKeys({"application"});
-    return simulated::makeElement(simulated::ReferenceKind::root, readProcessIdentifier(node.get("application")), 0,
-                                  nullptr);
-}
+constexpr std::array<std::string_view, 7> answerKeys{"element", "application", "elements", "range",
+                                                     "kind",    "error",       "inTurn"};
+/// An answer inside of "inTurn".
+constexpr std::span<const std::string_view> singleAnswerKeys(answerKeys.data(), 6);
+constexpr std::span<const std::string_view> valueKeys(answerKeys.data(), 5);
 
 AttributeValue readKind(const JsonNode& node) {
-    const std::string kind = node.string();
+    const std::string kind = node.choice({"mixedArray", "otherBoxed", "other"});
     if (kind == "mixedArray") {
         return MixedArray{};
     }
     if (kind == "otherBoxed") {
         return OtherBoxedValue{};
     }
-    if (kind == "other") {
-        return OtherValue{};
-    }
-    node.refuse("\"mixedArray\", \"otherBoxed\" or \"other\"");
+    return OtherValue{};
 }
 
 std::vector<Element> readElements(const JsonNode& node, const Stage& stage) {
     std::vector<Element> elements;
     for (const JsonNode& member : node.members()) {
-        elements.push_back(readElementOrApplication(member, stage));
+        elements.push_back(readElementOrRoot(member, stage).element());
     }
     return elements;
 }
 
 AttributeValue readValueObject(const JsonNode& node, const Stage& stage) {
-    node.allowKeys({"element", "application", "elements", "range", "kind", "error", "inTurn"});
-    if (node.value().size() == 1) {
-        if (const auto element = node.find("element")) {
-            return readElement(*element, stage).element();
-        }
-        if (node.find("application")) {
-            return readElementOrApplication(node, stage);
-        }
-        if (const auto elements = node.find("elements")) {
-            return readElements(*elements, stage);
-        }
-        if (const auto range = node.find("range")) {
-            return readRange(*range);
-        }
-        if (const auto kind = node.find("kind")) {
-            return readKind(*kind);
-        }
+    const std::string_view key = node.onlyKey(valueKeys);
+    const JsonNode held = node.get(key);
+    if (key == "element") {
+        return readElement(held, stage).element();
     }
-    node.refuse("an object with one of the keys element, application, elements, range, kind");
+    if (key == "application") {
+        return readApplication(held, stage).root.element();
+    }
+    if (key == "elements") {
+        return readElements(held, stage);
+    }
+    return key == "range" ? readRange(held) : readKind(held);
 }
 
 AttributeAnswer readAnswer(const JsonNode& node, const Stage& stage) {
-    if (node.value().is_object() && node.value().size() == 1) {
-        if (const auto error = node.find("error")) {
-            return answer(readErrorCode(*error));
-        }
+    if (node.value().is_object() && node.onlyKey(singleAnswerKeys) == "error") {
+        return answer(readErrorCode(node.get("error")));
     }
     return answer(readValue(node, stage));
+}
+
+constexpr std::array<std::string_view, 3> contentsKeys{"text", "base64", "promised"};
+constexpr std::span<const std::string_view> bytesKeys(contentsKeys.data(), 2);
+
+/// Bytes that may stand in these forms besides: "null, ".
+Bytes readBytesOr(std::string_view otherForms, const JsonNode& node) {
+    if (node.value().is_string()) {
+        return node.string();
+    }
+    const std::string_view key = node.onlyKey(bytesKeys, std::string(otherForms) + "a string or ");
+    const JsonNode held = node.get(key);
+    if (key == "text") {
+        return held.string();
+    }
+    const std::optional<std::string> bytes = bytesOfBase64(held.string());
+    if (!bytes) {
+        held.refuse("Base64 with its padding");
+    }
+    return *bytes;
 }
 
 CopiedItem readPasteboardItem(const JsonNode& node) {
     CopiedItem item;
     for (const auto& [type, contents] : node.entries()) {
-        const auto promised = contents.value().is_object() ? contents.find("promised") : std::nullopt;
-        if (!promised) {
+        if (type.empty()) {
+            node.refuse("types with names that are not empty");
+        }
+        if (contents.value().is_string() || contents.onlyKey(contentsKeys, "a string or ") != "promised") {
             item.data.emplace_back(type, readBytes(contents));
             continue;
         }
-        contents.allowKeys({"promised"});
-        const std::optional<Bytes> kept = promised->isNull() ? std::nullopt : std::optional(readBytes(*promised));
+        const JsonNode promised = contents.get("promised");
+        const std::optional<Bytes> kept =
+            promised.isNull() ? std::nullopt : std::optional(readBytesOr("null, ", promised));
         item.promises.emplace_back(type, [kept] { return kept; });
     }
     return item;
@@ -110,33 +119,54 @@ CopiedItem readPasteboardItem(const JsonNode& node) {
 
 }  // namespace
 
-AXError readErrorCode(const JsonNode& node) {
-    if (!node.value().is_string()) {
-        return static_cast<AXError>(
-            node.integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
+std::string errorCodeForms() {
+    std::vector<std::string_view> names;
+    for (const auto& entry : errorNames) {
+        names.push_back(entry.first);
     }
-    const std::string name = node.string();
+    return "an integer of 32 bits or one of: " + listOf(names);
+}
+
+AXError readErrorCode(const JsonNode& node) {
+    const Json& value = node.value();
+    if (value.is_number_integer()) {
+        constexpr std::int64_t bound = std::int64_t{1} << 31;
+        return static_cast<AXError>(node.integer(-bound, bound - 1));
+    }
+    const std::string name = value.is_string() ? node.string() : "";
     const auto* const found =
         std::find_if(errorNames.begin(), errorNames.end(), [&name](const auto& entry) { return entry.first == name; });
     if (found == errorNames.end()) {
-        std::string names;
-        for (const auto& entry : errorNames) {
-            names += names.empty() ? "" : ", ";
-            names += entry.first;
-        }
-        node.refuse("a number or one of: " + names);
+        node.refuse(errorCodeForms());
     }
     return found->second;
 }
 
-ProcessIdentifier readProcessIdentifier(const JsonNode& node) {
-    return static_cast<ProcessIdentifier>(node.integer(1, std::numeric_limits<ProcessIdentifier>::max()));
+const StagedApplication& readApplication(const JsonNode& node, const Stage& stage, std::string_view otherForms) {
+    for (const auto& [process, application] : stage.applications) {
+        if (node.value() == process) {
+            return application;
+        }
+    }
+    node.refuse(std::string(otherForms) + "the process identifier of an application of this file");
 }
 
 SimulatedElement readElement(const JsonNode& node, const Stage& stage) {
     const auto found = node.value().is_string() ? stage.named.find(node.string()) : stage.named.end();
     if (found == stage.named.end()) {
         node.refuse("the name of an element of this file");
+    }
+    return found->second;
+}
+
+SimulatedElement readElementOrRoot(const JsonNode& node, const Stage& stage) {
+    if (node.value().is_object()) {
+        node.allowKeys({"application"});
+        return readApplication(node.get("application"), stage).root;
+    }
+    const auto found = node.value().is_string() ? stage.named.find(node.string()) : stage.named.end();
+    if (found == stage.named.end()) {
+        node.refuse("the name of an element of this file or {\"application\": process identifier}");
     }
     return found->second;
 }
@@ -155,7 +185,10 @@ TextRange readRange(const JsonNode& node) {
     }
     const std::vector<JsonNode> numbers = node.members();
     const Json& location = numbers[0].value();
-    const bool isNowhere = location.is_string() && location.get<std::string>() == "notFound";
+    const bool isNowhere = location == "notFound";
+    if (!isNowhere && !location.is_number_integer()) {
+        numbers[0].refuse("an integer of 64 bits or \"notFound\"");
+    }
     return {isNowhere ? notFoundLocation : numbers[0].integer(lowest, highest), numbers[1].integer(lowest, highest)};
 }
 
@@ -180,37 +213,31 @@ AttributeValue readValue(const JsonNode& node, const Stage& stage) {
 }
 
 std::vector<AttributeAnswer> readAnswers(const JsonNode& node, const Stage& stage) {
-    const auto inTurn = node.value().is_object() ? node.find("inTurn") : std::nullopt;
-    if (!inTurn) {
+    if (!node.value().is_object() || node.onlyKey(answerKeys) != "inTurn") {
         return {readAnswer(node, stage)};
     }
-    node.allowKeys({"inTurn"});
+    const JsonNode inTurn = node.get("inTurn");
     std::vector<AttributeAnswer> answers;
-    for (const JsonNode& member : inTurn->members()) {
+    for (const JsonNode& member : inTurn.members()) {
+        if (member.value().is_object() && member.find("inTurn")) {
+            member.refuse("an answer that is not \"inTurn\" again");
+        }
         answers.push_back(readAnswer(member, stage));
     }
     if (answers.empty()) {
-        inTurn->refuse("at least one answer");
+        inTurn.refuse("at least one answer");
     }
     return answers;
 }
 
-Bytes readBytes(const JsonNode& node) {
-    if (node.value().is_string()) {
-        return node.string();
+Bytes readBytes(const JsonNode& node) { return readBytesOr("", node); }
+
+PasteboardType readType(const JsonNode& node) {
+    std::string type = node.string();
+    if (type.empty()) {
+        node.refuse("the name of a type, which is not empty");
     }
-    node.allowKeys({"text", "base64", "promised"});
-    if (const auto text = node.find("text"); text && node.value().size() == 1) {
-        return text->string();
-    }
-    if (const auto base64 = node.find("base64"); base64 && node.value().size() == 1) {
-        const std::optional<std::string> bytes = bytesOfBase64(base64->string());
-        if (!bytes) {
-            base64->refuse("Base64 with its padding");
-        }
-        return *bytes;
-    }
-    node.refuse("a string, {\"text\": ...} or {\"base64\": ...}");
+    return type;
 }
 
 std::vector<CopiedItem> readPasteboardItems(const JsonNode& node) {

@@ -13,7 +13,7 @@ KeyReactions* ProcessState::find(KeyStroke keyStroke) {
     return found == keys.end() ? nullptr : &*found;
 }
 
-bool isAlive(const ProcessState* process) { return process == nullptr || (process->isRunning && !process->isHung); }
+bool isAlive(const ProcessState* process) { return process == nullptr || (process->isRunning() && !process->isHung); }
 
 ProcessState& Applications::add(RunningApplication application) {
     const ProcessIdentifier processIdentifier = application.processIdentifier;
@@ -28,9 +28,21 @@ ProcessState& Applications::add(RunningApplication application) {
 }
 
 void Applications::quit(ProcessIdentifier processIdentifier) {
-    get(processIdentifier).isRunning = false;
+    get(processIdentifier).life = ProcessState::Life::over;
     if (front_ == processIdentifier) {
         front_.reset();
+    }
+}
+
+void Applications::holdBack(ProcessIdentifier processIdentifier) {
+    quit(processIdentifier);
+    latest_.at(processIdentifier)->life = ProcessState::Life::notYet;
+}
+
+void Applications::start(ProcessIdentifier processIdentifier) {
+    const auto found = latest_.find(processIdentifier);
+    if (found != latest_.end() && found->second->life == ProcessState::Life::notYet) {
+        found->second->life = ProcessState::Life::runs;
     }
 }
 
@@ -40,7 +52,7 @@ void Applications::bringToFront(ProcessIdentifier processIdentifier) {
 
 ProcessState* Applications::find(ProcessIdentifier processIdentifier) {
     const auto found = latest_.find(processIdentifier);
-    return found != latest_.end() && found->second->isRunning ? found->second : nullptr;
+    return found != latest_.end() && found->second->isRunning() ? found->second : nullptr;
 }
 
 ProcessState& Applications::get(ProcessIdentifier processIdentifier) {

@@ -27,11 +27,14 @@ struct ProcessState {
     std::deque<ElementState> members;
     std::uint32_t nextNumber;
     std::vector<KeyReactions> keys;
-    bool isRunning = true;
+    enum class Life { notYet, runs, over };
+
+    Life life = Life::runs;
     bool isHung = false;
 
     /// Null where nothing is scripted for the stroke.
     [[nodiscard]] KeyReactions* find(KeyStroke keyStroke);
+    [[nodiscard]] bool isRunning() const { return life == Life::runs; }
 };
 
 /// Whether the application can do anything. Null stands for what belongs to no application and is always there.
@@ -44,6 +47,10 @@ public:
 
     ProcessState& add(RunningApplication application);
     void quit(ProcessIdentifier processIdentifier);
+    /// A running application has not begun to run yet.
+    void holdBack(ProcessIdentifier processIdentifier);
+    /// Starts an application that is held back; nothing happens to another one.
+    void start(ProcessIdentifier processIdentifier);
     void bringToFront(ProcessIdentifier processIdentifier);
     void leaveNothingInFront() { front_.reset(); }
 

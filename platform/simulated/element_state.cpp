@@ -71,7 +71,11 @@ SettableAnswer ElementState::isSettable(std::string_view attribute) {
 AXError ElementState::set(std::string_view attribute, const AttributeValue& value) {
     AttributeScript* found = find(attribute);
     if (found != nullptr && found->set) {
-        return *found->set;
+        const SetScript& scripted = *found->set;
+        if (scripted.effect == SetEffect::written) {
+            static_cast<void>(write(found, attribute, value));
+        }
+        return scripted.answer;
     }
     const SettableAnswer settable = isSettable(attribute);
     if (settable.error != AXError::success) {
@@ -80,11 +84,15 @@ AXError ElementState::set(std::string_view attribute, const AttributeValue& valu
     if (!settable.settable) {
         return AXError::attributeUnsupported;
     }
+    return write(found, attribute, value);
+}
+
+AXError ElementState::write(AttributeScript* script, std::string_view attribute, const AttributeValue& value) {
     if (text && isTextSettable(attribute)) {
         return setText(*text, attribute, value);
     }
-    found->answers = {AttributeAnswer{AXError::success, value}};
-    found->reads = 0;
+    script->answers = {AttributeAnswer{AXError::success, value}};
+    script->reads = 0;
     return AXError::success;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/accessibility.h"
 #include "platform/simulated/reactor.h"
+#include "platform/simulated/simulated_element.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -46,6 +47,13 @@ private:
 [[nodiscard]] Element makeElement(ReferenceKind kind, ProcessIdentifier process, std::uint32_t number,
                                   ElementState* state);
 
+/// The script of the sets of one attribute.
+struct SetScript {
+    AXError answer = AXError::success;
+    SetEffect effect = SetEffect::none;
+    ReactionsInTurn reactions;
+};
+
 /// The script of one attribute.
 struct AttributeScript {
     std::string name;
@@ -53,7 +61,7 @@ struct AttributeScript {
     std::vector<AttributeAnswer> answers;
     std::size_t reads = 0;
     std::optional<SettableAnswer> settable;
-    std::optional<AXError> set;
+    std::optional<SetScript> set;
 };
 
 /// The script of one action.
@@ -94,6 +102,10 @@ struct ElementState {
     [[nodiscard]] AttributeAnswer read(std::string_view attribute);
     [[nodiscard]] SettableAnswer isSettable(std::string_view attribute);
     [[nodiscard]] AXError set(std::string_view attribute, const AttributeValue& value);
+
+private:
+    /// Takes the value, as a text area does or to be read from then on.
+    AXError write(AttributeScript* script, std::string_view attribute, const AttributeValue& value);
 };
 
 }  // namespace lomaris::simulated

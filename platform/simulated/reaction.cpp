@@ -21,6 +21,12 @@ void writeOverSelection(simulated::TextState& state, Text text) {
     static_cast<void>(simulated::setText(state, attribute::selectedText, std::move(text)));
 }
 
+CopiedItem itemOf(PasteboardType type, Bytes bytes) {
+    CopiedItem item;
+    item.data.emplace_back(std::move(type), std::move(bytes));
+    return item;
+}
+
 /// The range of the code point before the insertion point; empty at the beginning of the text.
 TextRange before(TextRange insertionPoint, TextView text) {
     const auto end = static_cast<std::size_t>(insertionPoint.location);
@@ -36,8 +42,26 @@ TextRange before(TextRange insertionPoint, TextView text) {
 
 Reaction Reaction::after(Duration delay) const {
     Reaction later = *this;
-    later.delay_ += delay;
+    for (Part& part : later.parts_) {
+        part.delay += delay;
+    }
     return later;
+}
+
+Reaction together(const std::vector<Reaction>& reactions) {
+    Reaction all;
+    for (const Reaction& reaction : reactions) {
+        for (const Reaction::Part& part : reaction.parts_) {
+            const auto same = std::find_if(all.parts_.begin(), all.parts_.end(),
+                                           [&part](const Reaction::Part& each) { return each.delay == part.delay; });
+            if (same == all.parts_.end()) {
+                all.parts_.push_back(part);
+            } else {
+                same->acts.insert(same->acts.end(), part.acts.begin(), part.acts.end());
+            }
+        }
+    }
+    return all;
 }
 
 Reaction ignores() {
@@ -47,9 +71,7 @@ Reaction ignores() {
 Reaction copies(TextView text) { return copiesOnly(PasteboardType(pasteboard_type::string), utf8FromText(text)); }
 
 Reaction copiesOnly(PasteboardType type, Bytes bytes) {
-    CopiedItem item;
-    item.data.emplace_back(std::move(type), std::move(bytes));
-    return copiesItems({std::move(item)});
+    return copiesItems({itemOf(std::move(type), std::move(bytes))});
 }
 
 Reaction copiesItems(std::vector<CopiedItem> items) {
@@ -64,7 +86,7 @@ Reaction copiesSelectionOf(const SimulatedTextElement& element) {
         }
         const Text selected = element.text().substr(static_cast<std::size_t>(selection.location),
                                                     static_cast<std::size_t>(selection.length));
-        copies(selected).act()(world);
+        world.pasteboard.copyAsOther({itemOf(PasteboardType(pasteboard_type::string), utf8FromText(selected))});
     });
 }
 

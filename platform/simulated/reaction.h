@@ -33,25 +33,37 @@ class Reaction {
 public:
     using Act = std::function<void(simulated::World&)>;
 
-    explicit Reaction(Act act) : act_(std::move(act)) {}
+    /// What happens at one moment, this much after the stimulus.
+    struct Part {
+        Duration delay{0};
+        std::vector<Act> acts;
+    };
+
+    explicit Reaction(Act act) { parts_.push_back({Duration::zero(), {std::move(act)}}); }
 
     /// Anything that the script of the desktop can do.
     template <std::invocable Function>
     requires(!std::same_as<std::remove_cvref_t<Function>, Reaction>)
         // NOLINTNEXTLINE(google-explicit-constructor): a script hands over its functions as they are.
         Reaction(Function act)
-        : act_([act = std::move(act)](simulated::World&) mutable { act(); }) {}
+        : Reaction(Act([act = std::move(act)](simulated::World&) mutable { act(); })) {}
 
     /// The same, this much later than without.
     [[nodiscard]] Reaction after(Duration delay) const;
 
-    [[nodiscard]] const Act& act() const { return act_; }
-    [[nodiscard]] Duration delay() const { return delay_; }
+    /// In the order in which they were given, no two of them with the same delay.
+    [[nodiscard]] const std::vector<Part>& parts() const { return parts_; }
 
 private:
-    Act act_;
-    Duration delay_{0};
+    friend Reaction together(const std::vector<Reaction>& reactions);
+
+    Reaction() = default;
+
+    std::vector<Part> parts_;
 };
+
+/// All of these, each at its own delay; those with the same delay one after the other.
+[[nodiscard]] Reaction together(const std::vector<Reaction>& reactions);
 
 /// Nothing happens, as with a key that nobody scripted.
 [[nodiscard]] Reaction ignores();

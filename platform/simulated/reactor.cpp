@@ -5,6 +5,7 @@
 #include <algorithm>
 
 namespace lomaris::simulated {
+
 std::optional<Reaction> ReactionsInTurn::next() {
     if (reactions_.empty()) {
         return std::nullopt;
@@ -36,6 +37,15 @@ AXError Reactor::perform(ElementState& element, std::string_view action) {
     return answer;
 }
 
+AXError Reactor::set(ElementState& element, std::string_view attribute, const AttributeValue& value) {
+    const AXError answer = element.set(attribute, value);
+    AttributeScript* script = element.find(attribute);
+    if (script != nullptr && script->set) {
+        react(element.process, script->set->reactions);
+    }
+    return answer;
+}
+
 void Reactor::react(const ProcessState* process, ReactionsInTurn& reactions) {
     if (!isAlive(process)) {
         return;
@@ -44,15 +54,16 @@ void Reactor::react(const ProcessState* process, ReactionsInTurn& reactions) {
     if (!reaction) {
         return;
     }
-    const auto act = [&world = world_, process, act = reaction->act()] {
-        if (isAlive(process)) {
-            act(world);
-        }
-    };
-    if (reaction->delay() > Duration::zero()) {
-        world_.scheduler.at(world_.scheduler.momentAfter(reaction->delay()), act);
-    } else {
-        world_.scheduler.act(act);
+    for (const Reaction::Part& part : reaction->parts()) {
+        const auto act = [&world = world_, process, acts = part.acts] {
+            if (!isAlive(process)) {
+                return;
+            }
+            for (const Reaction::Act& each : acts) {
+                each(world);
+            }
+        };
+        world_.scheduler.actAfter(part.delay, act);
     }
 }
 

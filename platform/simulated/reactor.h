@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/accessibility.h"
 #include "platform/event_services.h"
 #include "platform/simulated/reaction.h"
 
@@ -44,6 +45,8 @@ public:
     void pressKey(KeyStroke keyStroke, std::optional<ProcessIdentifier> processIdentifier);
     /// An action of an element is performed; the result is its code.
     [[nodiscard]] AXError perform(ElementState& element, std::string_view action);
+    /// An attribute of an element is set; the result is its code.
+    [[nodiscard]] AXError set(ElementState& element, std::string_view attribute, const AttributeValue& value);
 
 private:
     /// `process` is null for the system-wide element.

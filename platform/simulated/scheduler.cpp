@@ -45,6 +45,14 @@ void Scheduler::act(const std::function<void()>& action) {
     --acting_;
 }
 
+void Scheduler::actAfter(Duration delay, const std::function<void()>& action) {
+    if (delay > Duration::zero()) {
+        at(momentAfter(delay), action);
+    } else {
+        act(action);
+    }
+}
+
 void Scheduler::park(std::optional<Moment> deadline) {
     if (acting_ > 0) {
         abortScenario("an action of the user must not wait");

@@ -55,6 +55,8 @@ public:
     }
     /// Runs something that may not wait, as an action of the user or of another program.
     void act(const std::function<void()>& action);
+    /// The same after a delay, at once where there is none.
+    void actAfter(Duration delay, const std::function<void()>& action);
     [[nodiscard]] bool isActing() const { return acting_ > 0; }
 
     /// The current worker waits until it is woken or the deadline is there, which must be ahead.

@@ -117,7 +117,7 @@ AXError SimulatedAccessibility::setAttribute(const Element& element, std::string
     journal_.line(call) += ")";
     latency_.passCrossing("setAttribute");
     const Target target = targetOf(element);
-    const AXError answer = target.state == nullptr ? target.error : target.state->set(attribute, value);
+    const AXError answer = target.state == nullptr ? target.error : reactor_.set(*target.state, attribute, value);
     journal_.line(call) += " -> ";
     appendError(journal_.line(call), answer);
     return answer;
@@ -221,7 +221,7 @@ SimulatedAccessibility::Target SimulatedAccessibility::find(const Element& eleme
                                   : Target{AXError::success, &process->root};
     }
     ElementState* state = reference.state();
-    if (state->process != nullptr && !state->process->isRunning) {
+    if (state->process != nullptr && !state->process->isRunning()) {
         return {AXError::invalidUIElement, nullptr};
     }
     return {AXError::success, state};

@@ -120,5 +120,10 @@ SimulatedApplication& SimulatedApplication::onKeyStrokeInTurn(KeyStroke keyStrok
 }
 
 void SimulatedApplication::hang() const { world_->applications.get(processIdentifier_).isHung = true; }
+void SimulatedApplication::recover() const { world_->applications.get(processIdentifier_).isHung = false; }
+
+bool SimulatedApplication::isRunning() const { return world_->applications.find(processIdentifier_) != nullptr; }
+void SimulatedApplication::holdBack() const { world_->applications.holdBack(processIdentifier_); }
+void SimulatedApplication::start() const { world_->applications.start(processIdentifier_); }
 
 }  // namespace lomaris

@@ -56,9 +56,20 @@ public:
     SimulatedApplication& onKeyStroke(KeyStroke keyStroke, Reaction reaction);
     SimulatedApplication& onKeyStrokeInTurn(KeyStroke keyStroke, std::vector<Reaction> reactions);
 
-    /// From now on the application reacts to nothing, not even to what reached it before, and every operation on its
-    /// elements answers `cannotComplete`. Its process identifier is still known.
+    /// Until `recover` the application reacts to nothing, not even to what reached it before, and every operation on
+    /// its elements answers `cannotComplete`. Its process identifier is still known.
     void hang() const;
+    /// It answers and reacts again. What it would have done meanwhile is lost.
+    void recover() const;
+
+    // Its beginning and end.
+
+    [[nodiscard]] bool isRunning() const;
+    /// The application does not run yet and is as one that does not exist; `start` starts it, with all that it was
+    /// given here before.
+    void holdBack() const;
+    /// Nothing happens where the application is not held back.
+    void start() const;
 
 private:
     simulated::World* world_;

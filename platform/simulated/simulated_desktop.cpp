@@ -66,20 +66,19 @@ const std::vector<PostedKeyStroke>& SimulatedDesktop::postedKeyStrokes() const {
 
 void SimulatedDesktop::setLatency(Duration latency) { world_->latency.setOfCrossing(latency); }
 
-void SimulatedDesktop::setLatencyOf(std::string_view call, Duration latency) {
-    world_->latency.setOf(call, latency);
-}
+void SimulatedDesktop::setLatencyOf(std::string_view call, Duration latency) { world_->latency.setOf(call, latency); }
 
 void SimulatedDesktop::at(Moment moment, std::function<void()> action) {
     world_->scheduler.at(moment, std::move(action));
 }
 
 void SimulatedDesktop::perform(const Reaction& reaction) {
-    const auto act = [&world = *world_, act = reaction.act()] { act(world); };
-    if (reaction.delay() > Duration::zero()) {
-        at(world_->scheduler.momentAfter(reaction.delay()), act);
-    } else {
-        world_->scheduler.act(act);
+    for (const Reaction::Part& part : reaction.parts()) {
+        world_->scheduler.actAfter(part.delay, [&world = *world_, acts = part.acts] {
+            for (const Reaction::Act& act : acts) {
+                act(world);
+            }
+        });
     }
 }
 

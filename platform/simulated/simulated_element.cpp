@@ -62,7 +62,13 @@ SimulatedElement& SimulatedElement::answersSettable(std::string_view attribute, 
 }
 
 SimulatedElement& SimulatedElement::answersSet(std::string_view attribute, AXError error) {
-    state_->script(attribute).set = error;
+    return onSetInTurn(attribute, SetEffect::none, {}, error);
+}
+
+SimulatedElement& SimulatedElement::onSetInTurn(std::string_view attribute, SetEffect effect,
+                                                std::vector<Reaction> reactions, AXError error) {
+    state_->script(attribute).set =
+        simulated::SetScript{error, effect, simulated::ReactionsInTurn(std::move(reactions))};
     return *this;
 }
 

@@ -18,6 +18,13 @@ struct ElementState;
 /// An answer with an error code and no value.
 [[nodiscard]] AttributeAnswer answer(AXError error);
 
+/// What a scripted set does to what is read.
+enum class SetEffect {
+    none,
+    /// What was set is read from then on; a text area takes it as if nothing were scripted.
+    written,
+};
+
 /// The script of one element: what it answers. A handle that may be copied; valid as long as its desktop. What was
 /// scripted last holds. Nothing here is journalled.
 ///
@@ -46,6 +53,11 @@ public:
 
     /// Each set of the attribute answers this code and changes nothing, success included.
     SimulatedElement& answersSet(std::string_view attribute, AXError error);
+
+    /// Each set of the attribute has this effect, makes the application react so (`onActionInTurn` says how) and
+    /// answers this code.
+    SimulatedElement& onSetInTurn(std::string_view attribute, SetEffect effect, std::vector<Reaction> reactions,
+                                  AXError error = AXError::success);
 
     /// Performing the action answers this code and does nothing else.
     SimulatedElement& answersAction(std::string_view action, AXError error);

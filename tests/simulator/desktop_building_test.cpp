@@ -131,7 +131,7 @@ TEST(DesktopBuilding, HasTheUserDoWhatTheFileSays) {
     const auto frontAfter = [](const std::string& action) { return stageAfter(action)->desktop.front(); };
     EXPECT_EQ(frontAfter(R"({"bringsToFront": 913})"), 913);
     EXPECT_EQ(frontAfter(R"({"bringsToFront": null})"), std::nullopt);
-    EXPECT_EQ(frontAfter(R"({"bringsToFront": 4711})"), 812);
+    EXPECT_EQ(frontAfter(R"([{"quits": 913}, {"bringsToFront": 913}])"), 812);
     EXPECT_EQ(frontAfter(R"([{"quits": 812}, {"quits": 812}, {"bringsToFront": 812}])"), std::nullopt);
 
     EXPECT_EQ(read(*stageAfter(R"({"hangs": 812})"), "editor", attribute::value), answer(AXError::cannotComplete));

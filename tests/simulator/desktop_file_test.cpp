@@ -2,7 +2,6 @@
 
 #include "simulator/desktop_file.h"
 #include "simulator/file_error.h"
-#include "simulator/host_steps.h"
 #include "simulator/json_file.h"
 
 #include <gtest/gtest.h>
@@ -17,24 +16,12 @@ using simulator::FileError;
 using simulator::Json;
 using simulator::JsonNode;
 using simulator::parseJson;
-using simulator::Stage;
 
 /// The complaint about a file, empty where there is none.
 std::string complaintAbout(const std::string& contents) {
     try {
         const Json file = parseJson(contents);
         static_cast<void>(simulator::readDesktop(JsonNode(file)));
-        return "";
-    } catch (const FileError& error) {
-        return error.what();
-    }
-}
-
-std::string complaintAboutSteps(const std::string& contents) {
-    try {
-        Stage stage;
-        const Json file = parseJson(contents);
-        static_cast<void>(simulator::readHostSteps(JsonNode(file), stage));
         return "";
     } catch (const FileError& error) {
         return error.what();
@@ -112,7 +99,7 @@ TEST(DesktopFile, RefusesValuesOfTheWrongType) {
         {R"({"applications": {}})", "applications: expected an array"},
         {R"({"applications": [{"name": "Notes"}]})",
          "applications[0]: expected an object with the key \"processIdentifier\""},
-        {applicationWith(R"("name": 5)"), "applications[0].name: expected a string or an array of UTF-16 units"},
+        {applicationWith(R"("name": 5)"), "applications[0].name: expected a string, an array of UTF-16 units or null"},
         {applicationWith(R"("name": [65, "B"])"), "applications[0].name[1]: expected an integer from 0 to 65535"},
         {elementWith(R"("attributes": {"AXValue": [0, 65536]})"),
          "applications[0].elements[0].attributes.AXValue[1]: expected an integer from 0 to 65535"},
@@ -121,12 +108,11 @@ TEST(DesktopFile, RefusesValuesOfTheWrongType) {
         {elementWith(R"("attributes": {"AXValue": {"inTurn": []}})"),
          "applications[0].elements[0].attributes.AXValue.inTurn: expected at least one answer"},
         {elementWith(R"("attributes": {"AXValue": {"error": "fine"}})"),
-         "applications[0].elements[0].attributes.AXValue.error: expected a number or one of: success, failure, "
-         "illegalArgument, invalidUIElement, cannotComplete, attributeUnsupported, actionUnsupported, notImplemented, "
-         "apiDisabled, noValue"},
+         "applications[0].elements[0].attributes.AXValue.error: expected an integer of 32 bits or one of: success, "
+         "failure, illegalArgument, invalidUIElement, cannotComplete, attributeUnsupported, actionUnsupported, "
+         "notImplemented, apiDisabled, noValue"},
         {R"({"pasteboard": {"items": [{"public.png": {"base64": "iVBORw"}}]}})",
          "pasteboard.items[0].public.png.base64: expected Base64 with its padding"},
-        {R"({"pasteboard": {"items": [{"public.png": 5}]}})", "pasteboard.items[0].public.png: expected an object"},
     });
 }
 
@@ -146,8 +132,12 @@ TEST(DesktopFile, RefusesWhatIsOutOfRange) {
         {elementWith(R"("text": {"value": "four", "selection": [2, 3]})"),
          "applications[0].elements[0].text.selection: expected a range inside of the text, which has 4 units"},
         {elementWith(R"("generate": {"elements": 12, "branching": 10, "depth": 1})"),
-         "applications[0].elements[0].generate: expected a depth and a branching that make room for exactly so many "
-         "elements"},
+         "applications[0].elements[0].generate: expected at most 11 elements at depth 1 with branching 10; change "
+         "elements, depth or branching"},
+        {elementWith(R"("generate": {"elements": 5, "depth": 5})"),
+         "applications[0].elements[0].generate: expected at least 6 elements at depth 5; change elements or depth"},
+        {elementWith(R"("generate": {"elements": 1, "members": [{"at": 1}]})"),
+         "applications[0].elements[0].generate.members[0].at: expected a tree with more elements than its top"},
         {elementWith(R"("generate": {"elements": 3, "members": [{"at": 3}]})"),
          "applications[0].elements[0].generate.members[0].at: expected an integer from 1 to 2"},
         {R"({"user": [{"beforeCall": 0, "do": {"types": 1}}]})",
@@ -164,7 +154,13 @@ TEST(DesktopFile, RefusesWhatContradictsItself) {
         {applicationWith(R"("elements": [{"name": "a"}, {"name": "a"}])"),
          "applications[0].elements[1].name: expected a name that no other element has"},
         {elementWith(R"("name": "systemWide")"),
-         "applications[0].elements[0].name: expected a name that no other element has"},
+         "applications[0].elements[0].name: expected a name other than \"systemWide\", which is that of the "
+         "system-wide "
+         "element"},
+        {elementWith(R"("generate": {"elements": 3, "members": [{"at": 2}, {"at": 1}, {"at": 2}]})"),
+         "applications[0].elements[0].generate.members[2].at: expected a position that no other member has"},
+        {applicationWith(R"("runs": false, "front": true)"),
+         "applications[0].front: expected an application in front that runs from the beginning"},
         {elementWith(R"("children": [], "generate": {})"),
          "applications[0].elements[0].generate: expected \"children\" or \"generate\", not both"},
         {applicationWith(R"("attributes": {"AXFocusedUIElement": {"element": "editor"}})"),
@@ -176,18 +172,126 @@ TEST(DesktopFile, RefusesWhatContradictsItself) {
     });
 }
 
+TEST(DesktopFile, NamesEveryFormThatAValueMayHave) {
+    const std::string attribute = "applications[0].elements[0].attributes.AXValue";
+    const std::string codes =
+        "expected an integer of 32 bits or one of: success, failure, illegalArgument, invalidUIElement, "
+        "cannotComplete, attributeUnsupported, actionUnsupported, notImplemented, apiDisabled, noValue";
+    expectRefusals({
+        {R"({"pasteboard": {"items": [{"a": 5}]}})",
+         "pasteboard.items[0].a: expected a string or an object with exactly one of the keys text, base64, promised"},
+        {R"({"pasteboard": {"items": [{"a": {"promised": 5}}]}})",
+         "pasteboard.items[0].a.promised: expected null, a string or an object with exactly one of the keys text, "
+         "base64"},
+        {elementWith(R"("attributes": {"AXValue": {}})"),
+         attribute + ": expected an object with exactly one of the keys element, application, elements, range, kind, "
+                     "error, inTurn"},
+        {elementWith(R"("attributes": {"AXValue": {"error": 1, "inTurn": [1]}})"),
+         attribute + ": expected an object with exactly one of the keys element, application, elements, range, kind, "
+                     "error, inTurn"},
+        {elementWith(R"("attributes": {"AXValue": {"inTurn": [{}]}})"),
+         attribute + ".inTurn[0]: expected an object with exactly one of the keys element, application, elements, "
+                     "range, kind, error"},
+        {elementWith(R"("attributes": {"AXValue": {"inTurn": [1, {"inTurn": [1]}]}})"),
+         attribute + ".inTurn[1]: expected an answer that is not \"inTurn\" again"},
+        {elementWith(R"("attributes": {"AXValue": {"range": ["nowhere", 0]}})"),
+         attribute + ".range[0]: expected an integer of 64 bits or \"notFound\""},
+        {elementWith(R"("settable": {"AXValue": "yes"})"),
+         "applications[0].elements[0].settable.AXValue: expected true, false or {\"error\": code}"},
+        {elementWith(R"("set": {"AXValue": 2147483648})"),
+         "applications[0].elements[0].set.AXValue: expected an integer from -2147483648 to 2147483647"},
+        {elementWith(R"("set": {"AXValue": "fine"})"), "applications[0].elements[0].set.AXValue: " + codes},
+        {elementWith(R"("set": {"AXValue": true})"), "applications[0].elements[0].set.AXValue: " + codes +
+                                                         "; or an object with some of the keys answers, writes, does"},
+        {elementWith(R"("generate": {})"),
+         "applications[0].elements[0].generate: expected an object with the key \"elements\" or \"depth\", or both"},
+        {applicationWith(R"("menuBar": [{"title": "Edit", "items": [{"title": "Copy", "enabled": 1}]}])"),
+         "applications[0].menuBar[0].items[0].enabled: expected true, false or null"},
+        {R"({"latency": "long"})",
+         "latency: expected a number of seconds, or an object with seconds for some of: copyAttribute, "
+         "copyElementAttribute, copyAttributes, setAttribute, isAttributeSettable, areAttributesSettable, "
+         "performAction"},
+    });
+}
+
+TEST(DesktopFile, RefusesTypesWithoutAName) {
+    expectRefusals({
+        {R"({"pasteboard": {"items": [{"": "a"}]}})",
+         "pasteboard.items[0]: expected types with names that are not empty"},
+        {R"({"user": [{"at": 0, "do": {"reads": ""}}]})",
+         "user[0].do.reads: expected the name of a type, which is not empty"},
+    });
+}
+
+TEST(DesktopFile, RefusesApplicationsThatItDoesNotHave) {
+    const std::string expected = "expected the process identifier of an application of this file";
+    expectRefusals({
+        {applicationWith(R"("attributes": {"AXParent": {"application": 9}})"),
+         "applications[0].attributes.AXParent.application: " + expected},
+        {applicationWith(R"("onCopy": {"quits": 9})"), "applications[0].onCopy.quits: " + expected},
+        {applicationWith(R"("onCopy": {"hangs": 9})"), "applications[0].onCopy.hangs: " + expected},
+        {applicationWith(R"("onCopy": {"recovers": "Notes"})"), "applications[0].onCopy.recovers: " + expected},
+        {applicationWith(R"("onCopy": {"starts": 812})"),
+         "applications[0].onCopy.starts: expected the process identifier of an application with \"runs\": false"},
+        {applicationWith(R"("onCopy": {"bringsToFront": 9})"),
+         "applications[0].onCopy.bringsToFront: expected null or the process identifier of an application of this "
+         "file"},
+        {applicationWith(R"("onCopy": {"scripts": {"element": {"application": 9}}})"),
+         "applications[0].onCopy.scripts.element.application: " + expected},
+        {applicationWith(R"("onCopy": {"scripts": {"element": "editor"}})"),
+         "applications[0].onCopy.scripts.element: expected the name of an element of this file or {\"application\": "
+         "process identifier}"},
+    });
+}
+
+TEST(DesktopFile, MayNameWhatStandsFurtherDown) {
+    EXPECT_EQ(complaintAbout(R"({"applications": [
+        {"processIdentifier": 1, "menuBar": [{"title": "Edit", "items": [
+            {"title": "Copy", "modifiers": {"application": 2}}, {"title": "Cut", "modifiers": {"element": "last"}}]}]},
+        {"processIdentifier": 2, "elements": [{"name": "last"}]}]})"),
+              "");
+}
+
+TEST(DesktopFile, SaysWhereANumberIsTooLarge) {
+    expectRefusals({
+        {R"({"latency": 1e400})", "latency: expected a number from -1.79e308 to 1.79e308"},
+        {R"({"applications": [{"processIdentifier": 1}, {"processIdentifier": -1e999}]})",
+         "applications[1].processIdentifier: expected a number from -1.79e308 to 1.79e308"},
+        {R"({"pasteboard": {"refusedWrites": [1, 1e400]}})",
+         "pasteboard.refusedWrites[1]: expected a number from -1.79e308 to 1.79e308"},
+        {"1e400", "expected a number from -1.79e308 to 1.79e308"},
+    });
+}
+
+TEST(DesktopFile, RefusesMoreLevelsThanItGoesDown) {
+    const auto nested = [](std::size_t levels) { return std::string(levels, '[') + std::string(levels, ']'); };
+    EXPECT_EQ(complaintAbout(R"({"user": [{"at": 0, "do": )" + nested(497) + "}]}"), "");
+    const std::string complaint = complaintAbout(R"({"user": [{"at": 0, "do": )" + nested(100'000) + "}]}");
+    EXPECT_EQ(complaint.substr(0, 15), "user[0].do[0][0");
+    EXPECT_EQ(complaint.substr(complaint.find(": ")), ": expected at most 500 levels of arrays and objects");
+}
+
 TEST(DesktopFile, RefusesActionsThatAreNone) {
     const std::string verbs =
-        "expected an object with exactly one of the keys ignores, all, copies, copiesItems, copiesSelectionOf, "
-        "pastesInto, deletesSelectionOf, reads, types, clicks, setsCounters, selects, rewrites, scripts, "
-        "bringsToFront, quits, hangs, refusesWrites, failsKeyStrokes, setsTrusted, setsEventAccess, endsTheTool";
+        "an array of actions, or an object with exactly one of the keys ignores, all, copies, copiesItems, "
+        "copiesSelectionOf, pastesInto, deletesSelectionOf, reads, types, clicks, setsCounters, selects, rewrites, "
+        "scripts, bringsToFront, starts, quits, hangs, recovers, refusesWrites, failsKeyStrokes, setsTrusted, "
+        "setsEventAccess, endsTheTool, beside which \"after\" may stand";
+    const std::string action = "expected " + verbs;
+    const std::string reaction = "applications[0].onCopy: expected {\"inTurn\": [reactions]}, " + verbs;
     expectRefusals({
-        {applicationWith(R"("onCopy": {})"), "applications[0].onCopy: " + verbs},
-        {applicationWith(R"("onCopy": {"copies": "a", "types": 1})"), "applications[0].onCopy: " + verbs},
-        {applicationWith(R"("onCopy": {"cuts": "a"})"), "applications[0].onCopy: " + verbs},
+        {applicationWith(R"("onCopy": {})"), reaction},
+        {applicationWith(R"("onCopy": "a")"), reaction},
+        {applicationWith(R"("onCopy": {"after": 1})"), reaction},
+        {applicationWith(R"("onCopy": {"copies": "a", "types": 1})"), reaction},
+        {applicationWith(R"("onCopy": {"cuts": "a"})"), reaction},
         {applicationWith(R"("onCopy": {"inTurn": []})"),
          "applications[0].onCopy.inTurn: expected at least one reaction"},
-        {R"({"user": [{"at": 1, "do": {"types": 1, "after": 1}}]})", "user[0].do: " + verbs},
+        {applicationWith(R"("onCopy": {"inTurn": [{"types": 1}], "after": 1})"),
+         "applications[0].onCopy: expected \"inTurn\" alone; \"after\" may stand in each of its reactions"},
+        {applicationWith(R"("onCopy": [{"inTurn": [{"types": 1}]}])"),
+         "applications[0].onCopy[0]: expected no \"inTurn\" here, which stands alone and is a whole reaction"},
+        {R"({"user": [{"at": 1, "do": {"after": 1}}]})", "user[0].do: " + action},
         {R"({"user": [{"at": 1, "do": {"clicks": "middle"}}]})",
          "user[0].do.clicks: expected \"left\", \"right\" or \"other\""},
         {R"({"user": [{"at": 1, "do": [{"types": 1}, {"setsCounters": {"keyDown": -1}}]}]})",
@@ -195,25 +299,18 @@ TEST(DesktopFile, RefusesActionsThatAreNone) {
     });
 }
 
-TEST(HostSteps, AreRefusedBeforeAnyIsTaken) {
-    const std::vector<Refusal> refusals{
-        {"{}", "expected an array"},
-        {R"([{"capture": "selection"}, {"wait": 1}])",
-         "[1]: expected an object with one of the keys look, capture, markSubmitted, replaceIfCurrent, drop, "
-         "permission, traces, runMainQueue, user"},
-        {R"([{"capture": "all"}])", "[0].capture: expected \"selection\" or \"selectionOrChat\""},
-        {R"([{"capture": "selection", "limit": 1}])",
-         "[0].limit: unknown key; expected one of: capture, as, beforeLimit, afterLimit, fallback"},
-        {R"([{"markSubmitted": "session"}])",
-         "[0].markSubmitted: expected the name of a session that an earlier step captures"},
-        {R"([{"capture": "selection", "as": "a"}, {"replaceIfCurrent": "a"}])",
-         "[1]: expected an object with the key \"with\""},
-        {R"([{"traces": "erase"}])", "[0].traces: expected \"snapshot\" or \"reset\""},
-        {R"([{"permission": "grant"}])", "[0].permission: expected \"check\" or \"ask\""},
-        {R"([{"runMainQueue": "long"}])", "[0].runMainQueue: expected a number of seconds from 0 to 1000000"},
+TEST(DesktopFile, TakesTheSignalsThatEndAProcessAndCanBeCaught) {
+    const auto complaintAboutSignal = [](const std::string& number) {
+        return complaintAbout(R"({"user": [{"at": 1, "do": {"endsTheTool": )" + number + "}}]}");
     };
-    for (const Refusal& refusal : refusals) {
-        EXPECT_EQ(complaintAboutSteps(refusal.contents), refusal.complaint) << refusal.contents;
+    for (const int number : {1, 2, 8, 10, 13, 15, 24, 27, 30, 31}) {
+        EXPECT_EQ(complaintAboutSignal(std::to_string(number)), "") << number;
+    }
+    for (const char* wrong : {"-1", "0", "9", "16", "17", "19", "23", "28", "29", "32", "64", "15.0", "\"TERM\""}) {
+        EXPECT_EQ(complaintAboutSignal(wrong),
+                  "user[0].do.endsTheTool: expected a signal that ends a process and can be caught: 1 to 8, 10 to 15, "
+                  "24 to 27, 30 or 31")
+            << wrong;
     }
 }
 

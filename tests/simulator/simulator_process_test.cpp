@@ -53,6 +53,9 @@ TEST_F(Simulator, AnswersAsTheToolItself) {
 TEST_F(Simulator, RefusesOptionsThatItDoesNotKnow) {
     EXPECT_EQ(run({}), complaint("--desktop FILE is missing"));
     EXPECT_EQ(run({"--desktop"}), complaint("--desktop requires a file"));
+    for (const std::string option : {"--desktop", "--report", "--host"}) {
+        EXPECT_EQ(run({option, "a", option, "b", "--"}), complaint(option + " stands twice"));
+    }
     EXPECT_EQ(run({"--desktop", "a", "read-selection"}),
               complaint("unknown option \"read-selection\"; the arguments of the tool stand behind --"));
     EXPECT_EQ(run({"--desktop", "a"}), complaint("either --host STEPS or -- and the arguments of the tool"));
@@ -75,6 +78,21 @@ TEST_F(Simulator, RefusesFilesWithTheirNameAndRunsNothing) {
     const ProcessResult refused = run({"--desktop", path("desktop.json"), "--host", "-"}, options);
     EXPECT_EQ(std::pair(refused.status, refused.output), std::pair(64, std::string()));
     EXPECT_EQ(refused.error.substr(0, 42), "lomaris-bridge-simulator: -: [1]: expected");
+}
+
+TEST_F(Simulator, RefusesFoldersInThePlaceOfFiles) {
+    const std::string folder = path("");
+    EXPECT_EQ(run({"--desktop", folder, "--"}), complaint(folder + ": expected a file that can be read"));
+    EXPECT_EQ(run({"--desktop", path("desktop.json"), "--host", folder}),
+              complaint(folder + ": expected a file that can be read"));
+    EXPECT_EQ(run({"--desktop", path("desktop.json"), "--report", folder, "--"}),
+              complaint(folder + ": expected a file that can be written"));
+}
+
+TEST_F(Simulator, ReadsFilesThatAreLongerThanOnePiece) {
+    write("long.json", "{" + std::string(10'000, ' ') + "\"trusted\": false}");
+    EXPECT_EQ(run({"--desktop", path("long.json"), "--", "permission-status"}),
+              (ProcessResult{2, "not-granted\n", ""}));
 }
 
 TEST_F(Simulator, SaysWhereTheReportCouldNotBeWritten) {

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "accessibility/service/accessibility_service.h"
+#include "simulator/json_file.h"
+#include "simulator/stage.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace lomaris::simulator {
+
+/// A program that embeds the library: a service and the sessions that it captured, by name.
+struct Host {
+    explicit Host(Stage& where) : stage(where), service(where.desktop) {}
+
+    Stage& stage;
+    LomarisAccessibilityService service;
+    std::map<std::string, std::unique_ptr<AppSelectionSession>, std::less<>> sessions;
+};
+
+/// What one step does; the result is what its line shows. Throws `BridgeError`.
+using HostAct = std::function<Json(Host& host)>;
+
+}  // namespace lomaris::simulator

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "simulator/host.h"
+#include "simulator/json_node.h"
+
+#include <cstdint>
+
+/// The steps that ask the library for something without a session.
+namespace lomaris::simulator {
+
+/// Units of context, as `LomarisAccessibilityService` takes them.
+struct ContextLimits {
+    std::int64_t before = 0;
+    std::int64_t after = 0;
+};
+
+/// `beforeLimit` and `afterLimit` of a step.
+[[nodiscard]] ContextLimits readLimits(const JsonNode& node);
+
+/// Each takes the whole step, an object with the verb as a key.
+[[nodiscard]] HostAct readReadStep(const JsonNode& node);
+[[nodiscard]] HostAct readReplaceStep(const JsonNode& node);
+[[nodiscard]] HostAct readReplaceByRequestStep(const JsonNode& node);
+[[nodiscard]] HostAct readDiagnoseStep(const JsonNode& node);
+[[nodiscard]] HostAct readPermissionStep(const JsonNode& node);
+
+}  // namespace lomaris::simulator

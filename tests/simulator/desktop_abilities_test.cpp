@@ -1,0 +1,211 @@
+// What applications do over time: several reactions to one stroke, sets that are more than an answer, beginning and
+// end, hanging and answering again.
+
+#include "platform/attributes.h"
+#include "simulator/desktop_file.h"
+#include "simulator/json_file.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace lomaris::test {
+namespace {
+
+using simulator::Json;
+using simulator::JsonNode;
+using simulator::Stage;
+using std::chrono::milliseconds;
+
+constexpr KeyStroke copyKey{8, commandFlag};
+
+std::unique_ptr<Stage> stageOf(const std::string& contents) {
+    const Json file = simulator::parseJson(contents);
+    return simulator::readDesktop(JsonNode(file));
+}
+
+void press(Stage& stage, KeyStroke keyStroke) {
+    stage.desktop.events().postToSession(*stage.desktop.events().createKeyStroke(keyStroke));
+}
+
+AttributeAnswer read(Stage& stage, const std::string& name, std::string_view attribute) {
+    return stage.desktop.accessibility().copyAttribute(stage.named.at(name).element(), attribute);
+}
+
+AttributeAnswer readRoot(Stage& stage, ProcessIdentifier process, std::string_view attribute) {
+    Accessibility& service = stage.desktop.accessibility();
+    return service.copyAttribute(service.applicationElement(process), attribute);
+}
+
+/// What stands on the pasteboard at each of these moments.
+std::vector<std::optional<Text>> pasteboardAt(Stage& stage, const std::vector<Moment>& moments) {
+    std::vector<std::optional<Text>> texts;
+    for (const Moment moment : moments) {
+        stage.desktop.scheduling().sleep(moment - stage.desktop.now());
+        texts.push_back(stage.desktop.pasteboard().string());
+    }
+    return texts;
+}
+
+TEST(ReactionsTogether, HappenEachAtItsOwnDelay) {
+    const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "front": true,
+        "onCopy": [{"copies": ""}, {"after": 0.3, "copies": "late"}, {"after": 0.1, "copies": "soon"}]}]})");
+    press(*stage, copyKey);
+    EXPECT_EQ(pasteboardAt(*stage, {Moment(0), milliseconds(99), milliseconds(100), milliseconds(300)}),
+              (std::vector<std::optional<Text>>{u"", u"", u"soon", u"late"}));
+}
+
+TEST(ReactionsTogether, AddTheirDelaysToThatOfTheWhole) {
+    const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "front": true,
+        "onCopy": {"inTurn": [{"after": 0.2, "all": [{"copies": "a"}, [{"after": 0.1, "copies": "b"}]]}]}}]})");
+    press(*stage, copyKey);
+    EXPECT_EQ(pasteboardAt(*stage, {milliseconds(199), milliseconds(200), milliseconds(299), milliseconds(300)}),
+              (std::vector<std::optional<Text>>{std::nullopt, u"a", u"a", u"b"}));
+}
+
+TEST(ReactionsTogether, OfOneMomentGoOnWhenTheApplicationQuitsAmongThem) {
+    const auto stage = stageOf(R"({"applications": [
+        {"processIdentifier": 812, "front": true,
+         "onCopy": [{"quits": 812}, {"bringsToFront": 913}, {"after": 0.1, "copies": "a"}]},
+        {"processIdentifier": 913}]})");
+    press(*stage, copyKey);
+    EXPECT_EQ(stage->desktop.front(), 913);
+    EXPECT_EQ(pasteboardAt(*stage, {milliseconds(100)}), (std::vector<std::optional<Text>>{std::nullopt}));
+}
+
+TEST(ActionsOfTheUser, MayComeLater) {
+    const auto stage = stageOf(R"({"user": [
+        {"at": 0.1, "do": [{"copies": "a"}, {"after": 0.2, "copies": "b"}]}]})");
+    EXPECT_EQ(pasteboardAt(*stage, {milliseconds(100), milliseconds(299), milliseconds(300)}),
+              (std::vector<std::optional<Text>>{u"a", u"a", u"b"}));
+}
+
+/// Runs `attribute` of the element "field" through a set of "new".
+struct SetOutcome {
+    AXError answer = AXError::success;
+    AttributeAnswer readAfter;
+};
+
+SetOutcome setNew(Stage& stage, std::string_view attribute) {
+    const AXError answer =
+        stage.desktop.accessibility().setAttribute(stage.named.at("field").element(), attribute, Text(u"new"));
+    return {answer, read(stage, "field", attribute)};
+}
+
+TEST(ScriptedSet, MayWriteAndStillAnswerAnError) {
+    const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "elements": [
+        {"name": "field", "text": {"value": "old", "selection": [0, 3]}, "attributes": {"plain": "old"},
+         "set": {"AXValue": {"answers": "cannotComplete", "writes": true}, "plain": {"answers": -1, "writes": true},
+                 "AXSelectedText": {"answers": "failure"}, "unknown": {"writes": false}}}]}]})");
+    SetOutcome set = setNew(*stage, attribute::selectedText);
+    EXPECT_EQ(set.answer, AXError::failure);
+    EXPECT_EQ(set.readAfter, answer(Text(u"old")));
+    set = setNew(*stage, attribute::value);
+    EXPECT_EQ(set.answer, AXError::cannotComplete);
+    EXPECT_EQ(set.readAfter, answer(Text(u"new")));
+    set = setNew(*stage, "plain");
+    EXPECT_EQ(set.answer, AXError{-1});
+    EXPECT_EQ(set.readAfter, answer(Text(u"new")));
+    set = setNew(*stage, "unknown");
+    EXPECT_EQ(set.answer, AXError::success);
+    EXPECT_EQ(set.readAfter, answer(AXError::attributeUnsupported));
+}
+
+TEST(ScriptedSet, HasTheApplicationReactInTurnAndLater) {
+    const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812,
+        "attributes": {"AXFocusedUIElement": {"element": "other"}},
+        "elements": [{"name": "other"}, {"name": "field", "set": {"AXFocused": {"does": {"inTurn": [
+            {"ignores": true},
+            {"after": 0.1, "scripts": {"element": {"application": 812},
+                                       "attributes": {"AXFocusedUIElement": {"element": "field"}}}}]}}}}]}]})");
+    const AttributeAnswer other = answer(stage->named.at("other").element());
+    const AttributeAnswer field = answer(stage->named.at("field").element());
+    const auto focusAfterSet = [&stage] {
+        EXPECT_EQ(setNew(*stage, attribute::focused).answer, AXError::success);
+        stage->desktop.scheduling().sleep(milliseconds(99));
+        const AttributeAnswer before = readRoot(*stage, 812, attribute::focusedUIElement);
+        stage->desktop.scheduling().sleep(milliseconds(1));
+        return std::pair(before, readRoot(*stage, 812, attribute::focusedUIElement));
+    };
+    EXPECT_EQ(focusAfterSet(), std::pair(other, other));
+    EXPECT_EQ(focusAfterSet(), std::pair(other, field));
+}
+
+TEST(ScriptedSet, HasNoReactionInAnApplicationThatHangs) {
+    const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "hangs": true, "elements": [
+        {"name": "field", "set": {"AXFocused": {"does": {"copies": "a"}}}}]}]})");
+    EXPECT_EQ(setNew(*stage, attribute::focused).answer, AXError::cannotComplete);
+    EXPECT_EQ(stage->desktop.pasteboard().string(), std::nullopt);
+}
+
+TEST(ScriptsOfTheFile, ReachTheRootsAndTheSystem) {
+    const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812}],
+        "user": [{"at": 0.1, "do": [
+            {"scripts": {"element": {"application": 812}, "attributes": {"AXTitle": "Notes"}}},
+            {"scripts": {"element": "systemWide", "attributes": {"AXTitle": "System"}}}]}]})");
+    EXPECT_EQ(readRoot(*stage, 812, attribute::title), answer(AXError::attributeUnsupported));
+    stage->desktop.scheduling().sleep(milliseconds(100));
+    EXPECT_EQ(readRoot(*stage, 812, attribute::title), answer(Text(u"Notes")));
+    EXPECT_EQ(read(*stage, "systemWide", attribute::title), answer(Text(u"System")));
+}
+
+TEST(AnApplicationThatHangs, AnswersAgainAndHasLostWhatCameDueMeanwhile) {
+    const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "front": true,
+        "attributes": {"AXTitle": "Notes"}, "onCopy": [{"after": 0.1, "copies": "a"}, {"after": 0.3, "types": 1}]}],
+        "user": [{"at": 0.05, "do": {"hangs": 812}}, {"at": 0.2, "do": {"recovers": 812}}]})");
+    SimulatedDesktop& desktop = stage->desktop;
+    press(*stage, copyKey);
+    desktop.scheduling().sleep(milliseconds(100));
+    EXPECT_EQ(readRoot(*stage, 812, attribute::title), answer(AXError::cannotComplete));
+    desktop.scheduling().sleep(milliseconds(100));
+    EXPECT_EQ(readRoot(*stage, 812, attribute::title), answer(Text(u"Notes")));
+    desktop.scheduling().sleep(milliseconds(100));
+    EXPECT_EQ(desktop.pasteboard().string(), std::nullopt);
+    // One is the stroke itself.
+    EXPECT_EQ(desktop.inputCounters().keyDown, 2U);
+}
+
+TEST(AnApplicationThatHangs, DoesNotCountTheStrokesThatItMisses) {
+    const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "front": true, "hangs": true,
+        "onCopy": {"inTurn": [{"copies": "a"}, {"copies": "b"}]}}],
+        "user": [{"at": 0.1, "do": {"recovers": 812}}]})");
+    press(*stage, copyKey);
+    stage->desktop.scheduling().sleep(milliseconds(100));
+    press(*stage, copyKey);
+    EXPECT_EQ(stage->desktop.pasteboard().string(), Text(u"a"));
+}
+
+TEST(AnApplicationThatStartsLater, IsAsIfItDidNotExistUntilThen) {
+    const auto stage = stageOf(R"({"applications": [
+        {"processIdentifier": 812, "front": true, "onCopy": {"starts": 913}},
+        {"processIdentifier": 913, "name": "Mail", "runs": false, "attributes": {"AXTitle": "Mail"},
+         "elements": [{"name": "field", "attributes": {"AXRole": "AXTextField"}}]}],
+        "user": [{"at": 0, "do": [{"bringsToFront": 913}, {"quits": 913}, {"hangs": 913}, {"recovers": 913}]},
+                 {"at": 1, "do": [{"bringsToFront": 913}]}, {"at": 2, "do": [{"quits": 913}, {"starts": 913}]}]})");
+    SimulatedDesktop& desktop = stage->desktop;
+    const auto isThere = [&] {
+        const bool runs = desktop.workspace().runningApplication(913).has_value();
+        const AttributeAnswer expected = runs ? answer(Text(u"Mail")) : answer(AXError::invalidUIElement);
+        EXPECT_EQ(readRoot(*stage, 913, attribute::title), expected);
+        EXPECT_EQ(read(*stage, "field", attribute::role),
+                  runs ? answer(Text(u"AXTextField")) : answer(AXError::invalidUIElement));
+        return runs;
+    };
+    desktop.scheduling().sleep(Duration(0));
+    EXPECT_FALSE(isThere());
+    EXPECT_EQ(desktop.front(), 812);
+    press(*stage, copyKey);
+    EXPECT_TRUE(isThere());
+    desktop.scheduling().sleep(std::chrono::seconds(1));
+    EXPECT_EQ(desktop.front(), 913);
+    desktop.scheduling().sleep(std::chrono::seconds(1));
+    EXPECT_FALSE(isThere());
+}
+
+}  // namespace
+}  // namespace lomaris::test
