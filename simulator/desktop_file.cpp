@@ -40,15 +40,40 @@ void readPermissions(const JsonNode& file, SimulatedDesktop& desktop) {
 }
 
 void readLatency(const JsonNode& node, SimulatedDesktop& desktop) {
-    constexpr std::array<std::string_view, 7> calls{"copyAttribute", "copyElementAttribute", "copyAttributes",
-                                                    "setAttribute",  "isAttributeSettable",  "areAttributesSettable",
-                                                    "performAction"};
+    // All calls but those whose own business is time.
+    constexpr std::array<std::string_view, 27> calls{"isProcessTrusted",
+                                                     "applicationElement",
+                                                     "systemWideElement",
+                                                     "copyAttribute",
+                                                     "copyElementAttribute",
+                                                     "copyAttributes",
+                                                     "setAttribute",
+                                                     "isAttributeSettable",
+                                                     "areAttributesSettable",
+                                                     "performAction",
+                                                     "processIdentifier",
+                                                     "containsIgnoringCase",
+                                                     "frontmostApplication",
+                                                     "runningApplication",
+                                                     "items",
+                                                     "types",
+                                                     "data",
+                                                     "string",
+                                                     "changeCount",
+                                                     "clearContents",
+                                                     "writeItems",
+                                                     "inputCounter",
+                                                     "createKeyStroke",
+                                                     "postToSession",
+                                                     "postToProcess",
+                                                     "preflightPostEventAccess",
+                                                     "requestPostEventAccess"};
     if (node.value().is_number()) {
         desktop.setLatency(node.seconds());
         return;
     }
     if (!node.value().is_object()) {
-        node.refuse("a number of seconds, or an object with seconds for some of: " + listOf(calls));
+        node.refuse("a number of seconds, or an object of calls and seconds");
     }
     node.allowKeys(calls);
     for (const auto& [call, latency] : node.entries()) {

@@ -175,13 +175,15 @@ TEST(DesktopBuilding, HasApplicationsReactInTurnAndLater) {
 }
 
 TEST(DesktopBuilding, TakesTimeForCalls) {
-    const auto stage = stageOf(R"({"latency": {"copyAttribute": 0.002}, "applications": [
+    const auto stage = stageOf(R"({"latency": {"copyAttribute": 0.002, "string": 0.05}, "applications": [
         {"processIdentifier": 812, "elements": [{"name": "field"}]}]})");
     static_cast<void>(read(*stage, "field", attribute::value));
     EXPECT_EQ(stage->desktop.now(), milliseconds(2));
     EXPECT_EQ(stage->desktop.accessibility().performAction(stage->named.at("field").element(), action::press),
               AXError::actionUnsupported);
     EXPECT_EQ(stage->desktop.now(), milliseconds(2));
+    static_cast<void>(stage->desktop.pasteboard().string());
+    EXPECT_EQ(stage->desktop.now(), milliseconds(52));
 }
 
 TEST(DesktopBuilding, ReportsTheStateInTheWordsOfTheFile) {
