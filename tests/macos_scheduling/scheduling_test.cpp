@@ -1,11 +1,10 @@
 #include "platform/macos/scheduling.h"
 #include "tests/macos_scheduling/fake_run_loop.h"
+#include "tests/support/termination_suite.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <csignal>
-#include <iostream>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -185,52 +184,11 @@ TEST_F(MacOSSchedulingTest, ABlockInALongWaitEndsWithTheService) {
     EXPECT_LT(std::chrono::steady_clock::now() - realStart, seconds(50));
 }
 
-/// Says on standard error in which order things end.
-class EndingScheduling {
-public:
-    EndingScheduling() { scheduling_.termination().catchSignals(); }
-    MacOSScheduling& operator*() { return scheduling_; }
-
-private:
-    MacOSScheduling scheduling_{[] { std::cerr << "services "; }};
-};
-
-void endDuring(const std::function<void(Scheduling&)>& wait) {
-    EndingScheduling ending;
-    const auto guard = (*ending).onTermination([] { std::cerr << "cleanUp "; });
-    (*ending).runInBackground([] {
-        std::this_thread::sleep_for(milliseconds(20));
-        kill(getpid(), SIGTERM);
-    });
-    wait(*ending);
-    std::cerr << "survived";
-}
-
-TEST(MacOSSchedulingDeathTest, ASleepEndsWhenTheProcessIsToldToEnd) {
-    EXPECT_EXIT(endDuring([](Scheduling& scheduling) { scheduling.sleep(seconds(60)); }),
-                testing::KilledBySignal(SIGTERM), "^cleanUp services $");
-}
-
-TEST(MacOSSchedulingDeathTest, WaitsLastToTheirEndWhereAGuardHoldsTheEndOff) {
-    const auto waitHeldOff = [] {
-        EndingScheduling ending;
-        auto guard = (*ending).onTermination([] { std::cerr << "cleanUp "; });
-        guard->holdOff();
-        kill(getpid(), SIGTERM);
-        (*ending).sleep(milliseconds(5));
-        std::cerr << "slept ";
-        (*ending).runLoopSlice(milliseconds(5));
-        std::cerr << "turned ";
-        guard.reset();
-        std::cerr << "survived";
-    };
-    EXPECT_EXIT(waitHeldOff(), testing::KilledBySignal(SIGTERM), "^slept turned cleanUp services $");
-}
-
-TEST(MacOSSchedulingDeathTest, ASliceEndsWhenTheProcessIsToldToEnd) {
-    EXPECT_EXIT(endDuring([](Scheduling& scheduling) { scheduling.runLoopSlice(seconds(60)); }),
-                testing::KilledBySignal(SIGTERM), "^cleanUp services $");
-}
-
 }  // namespace
 }  // namespace lomaris::macos
+
+namespace lomaris::test {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(MacOS, TerminationDeathTest, macos::MacOSScheduling);
+
+}  // namespace lomaris::test

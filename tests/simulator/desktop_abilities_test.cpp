@@ -2,8 +2,7 @@
 // end, hanging and answering again.
 
 #include "platform/attributes.h"
-#include "simulator/desktop_file.h"
-#include "simulator/json_file.h"
+#include "tests/simulator/described_desktop.h"
 
 #include <gtest/gtest.h>
 
@@ -17,24 +16,13 @@
 namespace lomaris::test {
 namespace {
 
-using simulator::Json;
-using simulator::JsonNode;
 using simulator::Stage;
 using std::chrono::milliseconds;
 
 constexpr KeyStroke copyKey{8, commandFlag};
 
-std::unique_ptr<Stage> stageOf(const std::string& contents) {
-    const Json file = simulator::parseJson(contents);
-    return simulator::readDesktop(JsonNode(file));
-}
-
 void press(Stage& stage, KeyStroke keyStroke) {
     stage.desktop.events().postToSession(*stage.desktop.events().createKeyStroke(keyStroke));
-}
-
-AttributeAnswer read(Stage& stage, const std::string& name, std::string_view attribute) {
-    return stage.desktop.accessibility().copyAttribute(stage.named.at(name).element(), attribute);
 }
 
 AttributeAnswer readRoot(Stage& stage, ProcessIdentifier process, std::string_view attribute) {

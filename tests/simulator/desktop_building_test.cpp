@@ -2,10 +2,9 @@
 
 #include "platform/attributes.h"
 #include "simulator/base64.h"
-#include "simulator/desktop_file.h"
 #include "simulator/element_tree.h"
-#include "simulator/json_file.h"
 #include "simulator/report.h"
+#include "tests/simulator/described_desktop.h"
 
 #include <gtest/gtest.h>
 
@@ -20,18 +19,8 @@ namespace lomaris::test {
 namespace {
 
 using simulator::Json;
-using simulator::JsonNode;
 using simulator::Stage;
 using std::chrono::milliseconds;
-
-std::unique_ptr<Stage> stageOf(const std::string& contents) {
-    const Json file = simulator::parseJson(contents);
-    return simulator::readDesktop(JsonNode(file));
-}
-
-AttributeAnswer read(Stage& stage, const std::string& name, std::string_view attribute) {
-    return stage.desktop.accessibility().copyAttribute(stage.named.at(name).element(), attribute);
-}
 
 /// A desktop with one text area, and something that somebody does at once.
 std::unique_ptr<Stage> stageAfter(const std::string& action) {
