@@ -1,5 +1,7 @@
 #include "platform/simulated/scheduler.h"
 
+#include "platform/simulated/meanwhile.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -40,9 +42,8 @@ void Scheduler::runDueTimersOfActions() {
 }
 
 void Scheduler::act(const std::function<void()>& action) {
-    ++acting_;
+    const Meanwhile acting(acting_, acting_ + 1);
     action();
-    --acting_;
 }
 
 void Scheduler::actAfter(Duration delay, const std::function<void()>& action) {

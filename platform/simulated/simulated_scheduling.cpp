@@ -1,6 +1,7 @@
 #include "platform/simulated/simulated_scheduling.h"
 
 #include "platform/simulated/describe.h"
+#include "platform/simulated/meanwhile.h"
 #include "platform/simulated/simulated_condition.h"
 
 #include <algorithm>
@@ -49,9 +50,8 @@ void SimulatedScheduling::runLoopSlice(Duration duration) {
         if (scheduler_.now() >= end) {
             return;
         }
-        isTurning_ = true;
+        const Meanwhile turning(isTurning_, true);
         process_.waitUntil(end);
-        isTurning_ = false;
     }
 }
 
@@ -117,13 +117,12 @@ void SimulatedScheduling::drainMainQueue() {
     if (isDraining_) {
         return;
     }
-    isDraining_ = true;
+    const Meanwhile draining(isDraining_, true);
     while (!mainQueue_.empty()) {
         const std::function<void()> block = std::move(mainQueue_.front());
         mainQueue_.pop_front();
         block();
     }
-    isDraining_ = false;
 }
 
 void SimulatedScheduling::wakeRunLoop() {

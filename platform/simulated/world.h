@@ -35,11 +35,8 @@ struct World {
     World& operator=(const World&) = delete;
     /// Everything is still there while promises are resolved and background blocks come to their end.
     ~World() {
-        if (!process.isOver()) {
-            pasteboard.resolvePromises();
-        }
+        process.finish();
         scheduler.finish();
-        process.leave();
     }
 };
 

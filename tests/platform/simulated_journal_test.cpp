@@ -8,6 +8,7 @@
 #include <chrono>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -138,6 +139,14 @@ TEST(SimulatedJournal, HasTheLineOfACallWhileItStillLasts) {
     static_cast<void>(desktop.accessibility().copyAttribute(notes.element().element(), attribute::role));
     EXPECT_EQ(during, (Lines{"0.000000000 copyAttribute(812, AXRole)"}));
     EXPECT_EQ(desktop.journal(), (Lines{"0.000000000 copyAttribute(812, AXRole) -> error -25205"}));
+}
+
+TEST(SimulatedJournal, TakesNobodyForTheUserAfterAnActionThatFailed) {
+    SimulatedDesktop desktop;
+    desktop.beforeCall(1, [] { throw std::runtime_error("failed"); });
+    EXPECT_THROW(static_cast<void>(desktop.pasteboard().changeCount()), std::runtime_error);
+    desktop.scheduling().sleep(std::chrono::milliseconds(1));
+    EXPECT_EQ(desktop.journal(), (Lines{"0.000000000 sleep(0.001000000)"}));
 }
 
 }  // namespace

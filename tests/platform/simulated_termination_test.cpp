@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -181,6 +182,36 @@ TEST_F(SimulatedProcessEnd, HoldingOffComesTooLateForWhatHasCome) {
     desktop.terminate(15);
     EXPECT_EQ(signalOf([&] { guard->holdOff(); }), 15);
     EXPECT_EQ(cleanUps, 1);
+}
+
+/// Looks at the pasteboard when it is asked for its text.
+class LookingProvider final : public PasteboardDataProvider {
+public:
+    explicit LookingProvider(SimulatedDesktop& desktop) : desktop_(desktop) {}
+    void provideData(PromisedItem& item, const PasteboardType& type) override {
+        static_cast<void>(desktop_.pasteboard().changeCount());
+        item.setData("promised", type);
+    }
+
+private:
+    SimulatedDesktop& desktop_;
+};
+
+TEST_F(SimulatedProcessEnd, IsNotInterruptedByASignalThatComesWhileTheDesktopGoes) {
+    bool wasTold = false;
+    {
+        SimulatedDesktop going;
+        std::vector<NewPasteboardItem> items(1);
+        items[0].promisedTypes.push_back(stringType);
+        items[0].provider = std::make_shared<LookingProvider>(going);
+        going.pasteboard().clearContents();
+        EXPECT_TRUE(going.pasteboard().writeItems(std::move(items)));
+        going.beforeCall(3, [&] {
+            wasTold = true;
+            going.terminate(15);
+        });
+    }
+    EXPECT_TRUE(wasTold);
 }
 
 TEST_F(SimulatedProcessEnd, IsNotInterruptedByASignalThatComesWhileItEndsByItself) {
