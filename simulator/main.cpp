@@ -8,6 +8,7 @@
 #include "simulator/json_text.h"
 #include "simulator/options.h"
 #include "simulator/report.h"
+#include "simulator/tool_streams.h"
 #include "text/utf8.h"
 
 #include <array>
@@ -73,7 +74,8 @@ int runTool(const Options& options, Stage& stage, StandardStreams& streams) {
     for (const std::string& argument : options.arguments) {
         arguments.push_back(textFromUtf8(argument));
     }
-    return runCommandLine(arguments, stage.desktop, streams);
+    ToolStreams toolStreams(streams, stage.desktop);
+    return runCommandLine(arguments, stage.desktop, toolStreams);
 }
 
 int runHost(const std::vector<HostStep>& steps, StandardStreams& streams) {

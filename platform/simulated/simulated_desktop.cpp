@@ -87,6 +87,7 @@ void SimulatedDesktop::beforeCall(std::size_t number, std::function<void()> acti
 }
 
 void SimulatedDesktop::terminate(int signalNumber) { world_->process.tell(signalNumber); }
+bool SimulatedDesktop::admitsOutput() { return world_->process.passOutput(); }
 std::optional<int> SimulatedDesktop::endedBySignal() const { return world_->process.endedBy(); }
 
 void SimulatedDesktop::endProcess() {

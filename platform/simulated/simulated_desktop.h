@@ -170,6 +170,9 @@ public:
     /// a second one could not leave a destructor. From the end on calls do nothing, answer a failure or nothing, and
     /// are not journalled; only waits still take their time, so that nobody turns in circles before a deadline.
     void terminate(int signalNumber);
+    /// Whether this process may write to its standard output: not any more once it was told to end. Where that ends it
+    /// at its next call, or has ended it, this throws `SimulatedTermination` as the call would.
+    [[nodiscard]] bool admitsOutput();
     /// The number that ended this process, or nothing where none did.
     [[nodiscard]] std::optional<int> endedBySignal() const;
 

@@ -80,6 +80,11 @@ void ThisProcess::passCall() {
     throwWhatIsOwed();
 }
 
+bool ThisProcess::passOutput() {
+    passCall();
+    return !told_ && !isOver_;
+}
+
 void ThisProcess::passWait() {
     if (scheduler_.isActing()) {
         return;

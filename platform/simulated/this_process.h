@@ -34,6 +34,8 @@ public:
 
     /// To be passed by each call: ends the process where it was told to and there was never a guard. May throw.
     void passCall();
+    /// Whether what this process writes still goes out. May throw, as a call does.
+    [[nodiscard]] bool passOutput();
     /// To be passed before and during each wait of the main thread: ends the process where it was told to and no guard
     /// holds that off. May throw.
     void passWait();
