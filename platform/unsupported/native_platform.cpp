@@ -96,13 +96,13 @@ private:
     std::condition_variable_any condition_;
 };
 
-/// Time by the standard library alone.
 /// Nothing catches signals here.
 class InertGuard final : public TerminationGuard {
 public:
     void holdOff() override {}
 };
 
+/// Time by the standard library alone.
 class StandardScheduling final : public Scheduling {
 public:
     ~StandardScheduling() override {

@@ -176,6 +176,37 @@ TEST_F(ClipboardReplace, DoesNotLeaveADeletionWithoutItsPasteWhenToldToEndInBetw
     EXPECT_EQ(text.text(), u"The quick www.example.org");
 }
 
+TEST_F(ClipboardReplace, IsDoneOrNotBegunAtWhateverCallTheProcessIsToldToEnd) {
+    std::optional<int> endedBy = SIGTERM;
+    std::size_t call = 0;
+    std::size_t done = 0;
+    while (endedBy) {
+        SimulatedDesktop fresh;
+        KeyboardClipboardFallback freshFallback(fresh);
+        auto freshNotes = fresh.addApplication(812, std::nullopt, std::nullopt);
+        auto freshText = freshNotes.addTextElement(u"The quick brown fox", {10, 9});
+        freshNotes.onDelete(deletesSelectionOf(freshText)).onPaste(pastesInto(freshText));
+        fresh.bringToFront(812);
+        fresh.userCopies(u"mine");
+        fresh.beforeCall(++call, [&fresh] { fresh.terminate(SIGTERM); });
+        try {
+            freshFallback.replaceSelectedText(u"www.example.org", 812);
+        } catch (const SimulatedTermination&) {
+        }
+        fresh.endProcess();
+        endedBy = fresh.endedBySignal();
+        if (fresh.postedKeyStrokes().empty()) {
+            EXPECT_EQ(freshText.text(), u"The quick brown fox") << "told to end before call " << call;
+            EXPECT_EQ(fresh.pasteboardContents(), before) << "told to end before call " << call;
+        } else {
+            EXPECT_EQ(freshText.text(), u"The quick www.example.org") << "told to end before call " << call;
+            ++done;
+        }
+    }
+    EXPECT_GT(done, 5U);
+    EXPECT_GT(call - done, 5U);
+}
+
 TEST_F(ClipboardReplace, RestoresTheClipboardWhenToldToEndBeforeAPasteThatCannotBePosted) {
     desktop.at(40ms, [this] {
         desktop.terminate(SIGTERM);

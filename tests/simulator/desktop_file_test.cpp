@@ -158,8 +158,7 @@ TEST(DesktopFile, RefusesWhatContradictsItself) {
          "applications[0].elements[1].name: expected a name that no other element has"},
         {elementWith(R"("name": "systemWide")"),
          "applications[0].elements[0].name: expected a name other than \"systemWide\", which is that of the "
-         "system-wide "
-         "element"},
+         "system-wide element"},
         {elementWith(R"("generate": {"elements": 3, "members": [{"at": 2}, {"at": 1}, {"at": 2}]})"),
          "applications[0].elements[0].generate.members[2].at: expected a position that no other member has"},
         {applicationWith(R"("runs": false, "front": true)"),

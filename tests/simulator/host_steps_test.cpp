@@ -1,9 +1,8 @@
 // What a host may be told to do, and what its steps answer.
 
 #include "simulator/host_steps.h"
-#include "simulator/desktop_file.h"
 #include "simulator/file_error.h"
-#include "simulator/json_file.h"
+#include "tests/simulator/described_desktop.h"
 
 #include <gtest/gtest.h>
 
@@ -33,8 +32,7 @@ std::string complaintAbout(const std::string& contents) {
 
 /// The lines of the steps, one JSON each.
 std::vector<Json> linesOf(const std::string& desktop, const std::string& steps) {
-    const Json desktopFile = simulator::parseJson(desktop);
-    const auto stage = simulator::readDesktop(JsonNode(desktopFile));
+    const auto stage = stageOf(desktop);
     const Json file = simulator::parseJson(steps);
     std::vector<Json> lines;
     for (const simulator::HostStep& step : simulator::readHostSteps(JsonNode(file), *stage)) {
@@ -63,7 +61,7 @@ TEST(HostSteps, LetTimePassWithoutTurningTheRunLoop) {
 
 TEST(HostSteps, OfferWhatTheLibraryDoesWithoutASession) {
     const std::string desktop = R"({"applications": [{"processIdentifier": 812, "front": true, "name": "Notes",
-        "attributes": {"AXFocusedUIElement": {"element": "editor"}},
+        "attributes": {"AXFocusedUIElement": {"element": "editor"}, "AXFocusedWindow": {"element": "editor"}},
         "elements": [{"name": "editor", "text": {"value": "one two six", "selection": [4, 3]}}]}]})";
     const std::vector<Json> lines = linesOf(desktop, R"([
         {"read": "text"},
@@ -84,7 +82,8 @@ TEST(HostSteps, OfferWhatTheLibraryDoesWithoutASession) {
     EXPECT_EQ(lines[3].at("replace"), "replaced");
     EXPECT_EQ(lines[4].at("replace").at("error"), "invalidInput");
     EXPECT_EQ(lines[5].at("replaceByRequest").at("error"), "invalidInput");
-    EXPECT_TRUE(lines[6].at("diagnose").at("relevantNodes").is_array());
+    ASSERT_EQ(lines[6].at("diagnose").at("relevantNodes").size(), 1U);
+    EXPECT_EQ(lines[6].at("diagnose").at("relevantNodes")[0].at("role"), "AXTextArea");
     EXPECT_EQ(lines[8].at("read").at("error"), "accessibilityPermissionRequired");
     EXPECT_EQ(lines[9].at("look").at("texts").at("editor").at("value"), "one four six");
 }

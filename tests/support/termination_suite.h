@@ -11,6 +11,7 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <thread>
 
 namespace lomaris::test {
@@ -28,6 +29,7 @@ protected:
         [[nodiscard]] std::unique_ptr<TerminationGuard> guard() {
             return service_.onTermination([] { std::cerr << "cleanUp "; });
         }
+        [[nodiscard]] int descriptor() { return service_.termination().descriptor(); }
         Scheduling& operator*() { return service_; }
 
     private:
@@ -52,12 +54,39 @@ protected:
         auto guard = ending.guard();
         guard->holdOff();
         tellToEnd();
+        // Or the waits would turn without rest.
+        std::cerr << (ending.descriptor() < 0 ? "unwatched " : "watched ");
         (*ending).sleep(std::chrono::milliseconds(5));
         std::cerr << "slept ";
         (*ending).runLoopSlice(std::chrono::milliseconds(5));
         std::cerr << "turned ";
         guard.reset();
         std::cerr << "survived";
+    }
+
+    static void holdOffWithAnotherGuardInside() {
+        Ending ending;
+        auto outer = ending.guard();
+        outer->holdOff();
+        {
+            const auto inner = ending.guard();
+            tellToEnd();
+        }
+        std::cerr << "inner gone ";
+        outer.reset();
+        std::cerr << "survived";
+    }
+
+    static void failHeldOff() {
+        Ending ending;
+        try {
+            const auto guard = ending.guard();
+            guard->holdOff();
+            tellToEnd();
+            throw std::runtime_error("failed");
+        } catch (const std::runtime_error&) {
+            std::cerr << "survived";
+        }
     }
 
     static void holdOffTooLate() {
@@ -82,15 +111,25 @@ TYPED_TEST_P(TerminationDeathTest, ASliceEndsWhenTheProcessIsToldToEnd) {
 }
 
 TYPED_TEST_P(TerminationDeathTest, WaitsLastToTheirEndWhereAGuardHoldsTheEndOff) {
-    EXPECT_EXIT(this->waitHeldOff(), testing::KilledBySignal(SIGTERM), "^slept turned cleanUp services $");
+    EXPECT_EXIT(this->waitHeldOff(), testing::KilledBySignal(SIGTERM), "^unwatched slept turned cleanUp services $");
 }
 
 TYPED_TEST_P(TerminationDeathTest, HoldingOffComesTooLateForWhatHasCome) {
     EXPECT_EXIT(this->holdOffTooLate(), testing::KilledBySignal(SIGTERM), "^cleanUp services $");
 }
 
+TYPED_TEST_P(TerminationDeathTest, AnOuterGuardHoldsTheEndOffForAnInnerOne) {
+    EXPECT_EXIT(this->holdOffWithAnotherGuardInside(), testing::KilledBySignal(SIGTERM),
+                "^inner gone cleanUp services $");
+}
+
+TYPED_TEST_P(TerminationDeathTest, AFailureEndsWhatWasHeldOff) {
+    EXPECT_EXIT(this->failHeldOff(), testing::KilledBySignal(SIGTERM), "^cleanUp services $");
+}
+
 REGISTER_TYPED_TEST_SUITE_P(TerminationDeathTest, ASleepEndsWhenTheProcessIsToldToEnd,
                             ASliceEndsWhenTheProcessIsToldToEnd, WaitsLastToTheirEndWhereAGuardHoldsTheEndOff,
+                            AnOuterGuardHoldsTheEndOffForAnInnerOne, AFailureEndsWhatWasHeldOff,
                             HoldingOffComesTooLateForWhatHasCome);
 
 }  // namespace lomaris::test
