@@ -39,10 +39,14 @@ public:
     }
 
     AttributeAnswer copyAttribute(const Element& element, std::string_view attribute) override {
-        if (gate_.pass(Kind::copy, "copyAttribute", attribute) == Fate::answered) {
-            return accessibility_.copyAttribute(element, attribute);
+        if (gate_.pass(Kind::copy, "copyAttribute", attribute) != Fate::answered) {
+            return {gate_.errorCode(), NullValue{}};
         }
-        return {gate_.errorCode(), NullValue{}};
+        AttributeAnswer answer = accessibility_.copyAttribute(element, attribute);
+        if (answer.error != AXError::success) {
+            gate_.noteNoValue();
+        }
+        return answer;
     }
 
     ElementAnswer copyElementAttribute(const Element& element, std::string_view attribute) override {
@@ -237,7 +241,8 @@ public:
     }
 
     std::uint32_t inputCounter(InputEventType type) override {
-        return gate_.pass(Kind::plain, "inputCounter") == Fate::answered ? events_.inputCounter(type) : 0;
+        const bool isAnswered = gate_.pass(Kind::plain, "inputCounter", test::nameOf(type)) == Fate::answered;
+        return isAnswered ? events_.inputCounter(type) : 0;
     }
 
 private:
@@ -269,6 +274,20 @@ private:
 };
 
 }  // namespace
+
+std::string_view nameOf(InputEventType counter) {
+    switch (counter) {
+        case InputEventType::keyDown:
+            return "key down";
+        case InputEventType::leftMouseDown:
+            return "left mouse down";
+        case InputEventType::rightMouseDown:
+            return "right mouse down";
+        case InputEventType::otherMouseDown:
+            return "other mouse down";
+    }
+    return "";
+}
 
 CallGate::CallGate(Happenings& happenings, Observe observe, std::optional<Fault> fault,
                    std::optional<Interruption> interruption)

@@ -44,6 +44,9 @@ struct Interruption {
     std::function<void()> act;
 };
 
+/// What a call for a counter is about, in the list of happenings.
+[[nodiscard]] std::string_view nameOf(InputEventType counter);
+
 /// What the pasteboard said of one item when the tool asked for it.
 using ToldItems = std::vector<StandingItem>;
 
@@ -70,6 +73,9 @@ public:
 
     /// A call arrives; the answer is what becomes of it.
     Fate pass(Kind kind, std::string_view what, std::string_view about = {});
+
+    /// The copy that arrived last found no value. Nothing may have happened since.
+    void noteNoValue() { happenings_.back().foundValue = false; }
 
     /// The code that a call of kind `copy` or `write` answers when it fails.
     [[nodiscard]] AXError errorCode() const;

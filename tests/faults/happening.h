@@ -43,6 +43,8 @@ struct Happening {
     std::string what;
     std::string about = {};
     Fate fate = Fate::answered;
+    /// Of a copy of an attribute that was answered: whether the element had such a value.
+    bool foundValue = true;
     /// The target's document just before.
     Document document = {};
     /// How many lines the journal of the desktop had.
@@ -56,9 +58,21 @@ struct Happening {
 
 using Happenings = std::vector<Happening>;
 
+/// The tool copied this attribute and got a value.
+[[nodiscard]] inline bool isValueRead(const Happening& happening, std::string_view attribute) {
+    return happening.isCall("copyAttribute", attribute) && happening.fate == Fate::answered && happening.foundValue;
+}
+
 /// A key stroke that the tool posted.
 [[nodiscard]] inline bool isPost(const Happening& happening) {
     return happening.isCall("postToSession") || happening.isCall("postToProcess");
+}
+
+[[nodiscard]] inline bool isPaste(const Happening& happening) {
+    return isPost(happening) && happening.about == "paste";
+}
+[[nodiscard]] inline bool isDelete(const Happening& happening) {
+    return isPost(happening) && happening.about == "delete";
 }
 
 /// The tool sets the selected text of an element, with whatever result.

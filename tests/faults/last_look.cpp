@@ -12,7 +12,7 @@ const Document* documentAtReading(std::string_view attribute, const Happenings& 
     while (position-- > 0) {
         const Happening& happening = happenings[position];
         if (happening.isCall("copyAttribute", attribute)) {
-            return happening.fate == Fate::answered ? &happening.document : nullptr;
+            return isValueRead(happening, attribute) ? &happening.document : nullptr;
         }
     }
     return nullptr;
@@ -25,7 +25,7 @@ std::optional<Look> lookByReading(const Happenings& happenings, std::size_t posi
     if (atRange != nullptr) {
         look.range = atRange->selection;
     }
-    if (happenings[position].fate == Fate::answered) {
+    if (isValueRead(happenings[position], attribute::selectedText)) {
         look.selectedText = happenings[position].document.selectedText();
     }
     const Document* const atText = documentAtReading(attribute::value, happenings, position);

@@ -4,6 +4,7 @@
 #include "bridge/execute.h"
 #include "tests/faults/expected_documents.h"
 #include "tests/faults/last_look.h"
+#include "tests/faults/writing_promises.h"
 #include "text/utf8.h"
 
 #include <algorithm>
@@ -14,13 +15,7 @@
 namespace lomaris::test {
 namespace {
 
-using Broken = std::optional<std::string>;
 using std::chrono::milliseconds;
-
-template <typename Predicate>
-std::size_t countOf(const Run& run, const Predicate& predicate) {
-    return static_cast<std::size_t>(std::count_if(run.happenings.begin(), run.happenings.end(), predicate));
-}
 
 std::string joined(const std::vector<std::string>& writes) {
     std::string text;
@@ -70,9 +65,6 @@ Broken endsInTime(const Scenario& scenario, const Run& run) {
                ? Broken()
                : "it took " + std::to_string(std::chrono::duration_cast<milliseconds>(run.elapsed).count()) + " ms";
 }
-
-bool isPaste(const Happening& happening) { return isPost(happening) && happening.about == "paste"; }
-bool isDelete(const Happening& happening) { return isPost(happening) && happening.about == "delete"; }
 
 /// Whether the tool could not save all that the user copied: the pasteboard did not tell it, or had other contents
 /// before all of them were told, or had lost them before because it refused to be written.
@@ -127,7 +119,7 @@ std::vector<StandingItem> expectedClipboard(const Run& run) {
     if (!isEmptied) {
         return users;
     }
-    if (countOf(run, isPaste) > 0) {
+    if (std::any_of(run.happenings.begin(), run.happenings.end(), isPaste)) {
         return stagedText();
     }
     return isRefused ? std::vector<StandingItem>() : run.told.back();
@@ -144,9 +136,7 @@ Broken keepsTheClipboard(const Scenario& /*scenario*/, const Run& run) {
     return run.clipboardAfter == expectedClipboard(run) ? Broken() : "the user's clipboard is not what it must be";
 }
 
-Broken releasesEveryKey(const Scenario& /*scenario*/, const Run& run) {
-    // The boundary posts key-down and key-up at once, so a key stays pressed only where a stroke is posted in parts or
-    // by other means: each one that was made is posted, once, before the next one is made.
+Broken postsEachKeyStrokeOnce(const Scenario& /*scenario*/, const Run& run) {
     std::optional<std::string> made;
     for (const Happening& happening : run.happenings) {
         if (happening.isCall("createKeyStroke") && happening.fate == Fate::answered) {
@@ -162,62 +152,6 @@ Broken releasesEveryKey(const Scenario& /*scenario*/, const Run& run) {
         }
     }
     return made ? Broken("a key stroke was made and not posted") : Broken();
-}
-
-Broken writesOnceAndReportsIt(const Scenario& scenario, const Run& run) {
-    const std::size_t attempts = countOf(run, isAttemptToWrite);
-    const std::size_t pastes = countOf(run, isPaste);
-    const std::size_t deletions = countOf(run, isDelete);
-    if (!isReplacement(scenario.command)) {
-        return attempts + pastes + deletions == 0 ? Broken() : "a command that only reads writes nothing";
-    }
-    if (attempts + pastes > 1) {
-        return "a selection is written once, by one way";
-    }
-    const std::size_t done = countOf(run, [](const Happening& happening) {
-        return isAttemptToWrite(happening) && happening.fate == Fate::answered;
-    });
-    if (run.status == exit_status::success) {
-        return done + pastes == 1 ? Broken() : "success was reported and nothing written";
-    }
-    // A write whose answer is lost is a failure for the tool, and cannot be anything else. The target may as well be
-    // gone by then. The deletion before a web address is the only thing that a failure may leave behind.
-    if (pastes > 0 || (done > 0 && !scenario.isDisturbedBy(UserAct::quitsTheTarget))) {
-        return "something was written and a failure reported";
-    }
-    return std::nullopt;
-}
-
-Broken writesOverWhatItSaw(const Scenario& scenario, const Run& run) {
-    const auto write = std::find_if(run.happenings.begin(), run.happenings.end(), [](const Happening& happening) {
-        return isPaste(happening) || isDelete(happening) ||
-               (isAttemptToWrite(happening) && happening.fate != Fate::refused);
-    });
-    if (write == run.happenings.end()) {
-        return std::nullopt;
-    }
-    const auto position = static_cast<std::size_t>(write - run.happenings.begin());
-    const auto last = lastLookBefore(run.happenings, position);
-    const auto deciding = decidingLookBefore(run.happenings, position);
-    if (!last || !deciding) {
-        return "a selection was written that had not been looked at";
-    }
-    if (last->selectedText != deciding->selectedText) {
-        return "another text was selected at the last look";
-    }
-    if (last->method == Look::Method::read && last->range != deciding->range) {
-        return "the selection stood elsewhere at the last look";
-    }
-    if (scenario.command == Command::replaceIfCurrent) {
-        if (last->selectedText != run.targetBefore.selectedText()) {
-            return "another text was selected than the request expected";
-        }
-        const bool isRangeKnown = last->method == Look::Method::read && last->range && scenario.world.expectsRange;
-        if (isRangeKnown && *last->range != run.targetBefore.selection) {
-            return "the selection stood elsewhere than the request expected";
-        }
-    }
-    return std::nullopt;
 }
 
 Broken leavesTheDocumentsAsExpected(const Scenario& scenario, const Run& run) {
@@ -299,14 +233,16 @@ Duration longestTime(const Scenario& scenario) {
         // The copying that makes sure that the selection is still the same.
         longest += copying;
     }
-    return isReplacement(scenario.command) ? longest + afterDeleting : longest;
+    const bool mayDelete = isReplacement(scenario.command) && scenario.world.replacesByWebAddress;
+    return mayDelete ? longest + afterDeleting : longest;
 }
 
 std::vector<std::string> brokenPromises(const Scenario& scenario, const Run& run) {
     std::vector<std::string> broken;
     for (const auto promise :
-         {speaksOnce, endsInTime, keepsTheClipboard, releasesEveryKey, writesOnceAndReportsIt, writesOverWhatItSaw,
-          leavesTheDocumentsAsExpected, leavesTheOtherApplicationAlone, readsWhatWasSelected}) {
+         {speaksOnce, endsInTime, keepsTheClipboard, postsEachKeyStrokeOnce, writesOnceAndReportsIt,
+          deletesOnlyForAWebAddress, writesOverWhatItSaw, writesOverWhatWasExpected, leavesTheDocumentsAsExpected,
+          leavesTheOtherApplicationAlone, readsWhatWasSelected}) {
         if (auto message = promise(scenario, run)) {
             broken.push_back(std::move(*message));
         }

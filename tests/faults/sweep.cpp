@@ -21,7 +21,9 @@ void forEveryNumber(Failure failure, Persistence persistence, const RunWith& run
 
 bool isSameCourse(const Run& first, const Run& second) {
     return first.journal == second.journal && first.status == second.status && first.output == second.output &&
-           first.error == second.error && first.targetAfter == second.targetAfter;
+           first.error == second.error && first.elapsed == second.elapsed &&
+           first.clipboardAfter == second.clipboardAfter && first.targetAfter == second.targetAfter &&
+           first.otherAfter == second.otherAfter;
 }
 
 }  // namespace
@@ -35,8 +37,12 @@ Sweep::Course Sweep::run(const Scenario& scenario) { return run(scenario, Repeat
 
 Sweep::Course Sweep::run(const Scenario& scenario, Repeats repeats) {
     const Run first = perform(scenario);
-    if (!first.faultWasReached || !first.disturbanceWasReached) {
+    if (!first.disturbanceWasReached) {
         return Course::ranOut;
+    }
+    if (!first.faultWasReached) {
+        // What the user does early may end the command before the fault; what is done later need not.
+        return scenario.disturbance ? Course::goesOn : Course::ranOut;
     }
     ++runs_;
     auto broken = brokenPromises(scenario, first);

@@ -17,7 +17,8 @@ public:
 
     enum class Course { goesOn, ranOut };
 
-    /// Runs one scenario; `ranOut` where the command ended before the fault or the disturbance had its turn.
+    /// Runs one scenario; `ranOut` where the command ended before the disturbance had its turn, or, without one, before
+    /// the fault had. A run in which only the fault had no turn is not judged and not counted.
     Course run(const Scenario& scenario);
 
     /// Every fault there is.

@@ -37,8 +37,15 @@ const std::vector<WorldPlan>& worldPlans() {
          .expectsRange = false},
         {.name = "KeyOnly", .focus = Focus::hidden, .expectsRange = false},
         {.name = "DisabledMenu", .focus = Focus::hidden, .copyMenu = CopyMenu::isDisabled, .expectsRange = false},
-        {.name = "WebAddress", .focus = Focus::hidden, .replacement = u"https://example.org", .expectsRange = false},
-        {.name = "WebAddressIntoAnEditor", .writing = Writing::pasteOnly, .replacement = u"www.example.org"},
+        {.name = "WebAddress",
+         .focus = Focus::hidden,
+         .replacement = u"https://example.org",
+         .replacesByWebAddress = true,
+         .expectsRange = false},
+        {.name = "WebAddressIntoAnEditor",
+         .writing = Writing::pasteOnly,
+         .replacement = u"www.example.org",
+         .replacesByWebAddress = true},
         {.name = "NothingCopies",
          .focus = Focus::hidden,
          .copyMenu = CopyMenu::doesNothing,
@@ -79,6 +86,22 @@ std::string_view nameOf(UserAct act) {
             return "quits the target";
     }
     return "";
+}
+
+std::optional<InputEventType> inputOf(UserAct act) {
+    switch (act) {
+        case UserAct::types:
+        case UserAct::quitsTheTarget:
+            return InputEventType::keyDown;
+        case UserAct::clicks:
+        case UserAct::selectsOtherWords:
+        case UserAct::selectsTheSameWordsElsewhere:
+        case UserAct::switchesApplication:
+            return InputEventType::leftMouseDown;
+        case UserAct::copies:
+            break;
+    }
+    return std::nullopt;
 }
 
 Document after(UserAct act, Document document) {
@@ -137,6 +160,12 @@ FaultWorld::FaultWorld(const WorldPlan& plan, Happenings& happenings)
 
 void FaultWorld::userDoes(UserAct act) {
     note(Who::user, nameOf(act));
+    const auto input = inputOf(act);
+    if (input == InputEventType::keyDown) {
+        desktop.userTypes();
+    } else if (input) {
+        desktop.userClicks(*input);
+    }
     switch (act) {
         case UserAct::copies:
             desktop.userCopies(world::copiedMeanwhile);
@@ -144,20 +173,15 @@ void FaultWorld::userDoes(UserAct act) {
         case UserAct::switchesApplication:
             desktop.bringToFront(world::other);
             desktop.systemWide().answers(attribute::focusedUIElement, otherFocus_.element());
-            desktop.userClicks();
             return;
         case UserAct::quitsTheTarget:
             desktop.quit(world::target);
             desktop.systemWide().answers(attribute::focusedUIElement, AXError::noValue);
-            desktop.userTypes();
             return;
         case UserAct::types:
-            desktop.userTypes();
-            break;
         case UserAct::clicks:
         case UserAct::selectsOtherWords:
         case UserAct::selectsTheSameWordsElsewhere:
-            desktop.userClicks();
             break;
     }
     Document document = after(act, targetDocument());

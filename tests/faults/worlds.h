@@ -3,6 +3,7 @@
 #include "platform/simulated/simulated_desktop.h"
 #include "tests/faults/happening.h"
 
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -41,6 +42,8 @@ struct WorldPlan {
     CopyMenu copyMenu = CopyMenu::none;
     CopyKey copyKey = CopyKey::copies;
     Text replacement = u"red fox";
+    /// Whether the replacement is a web address: where it is pasted, the selection must be deleted before.
+    bool replacesByWebAddress = false;
     /// Whether a guarded replacement expects the range of the selection, as after a read by accessibility. Else it
     /// expects none, as after a read by keyboard.
     bool expectsRange = true;
@@ -75,6 +78,9 @@ enum class UserAct {
 
 [[nodiscard]] const std::vector<UserAct>& userActs();
 [[nodiscard]] std::string_view nameOf(UserAct act);
+
+/// The counter that moves when the user does this; nothing where none does.
+[[nodiscard]] std::optional<InputEventType> inputOf(UserAct act);
 
 /// The document after the user did this in the target.
 [[nodiscard]] Document after(UserAct act, Document document);
