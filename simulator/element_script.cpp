@@ -101,7 +101,7 @@ void apply(const ElementScript& script, SimulatedElement element) {
         element.onActionInTurn(action.name, action.reactions, action.answer);
     }
     if (script.processIdentifierFails) {
-        element.processIdentifierFails();
+        element.processIdentifierFails(*script.processIdentifierFails);
     }
 }
 

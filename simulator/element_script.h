@@ -3,6 +3,7 @@
 #include "simulator/json_node.h"
 #include "simulator/stage.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,7 +31,7 @@ struct ElementScript {
     std::vector<std::pair<std::string, SettableAnswer>> settable;
     std::vector<Set> sets;
     std::vector<Action> actions;
-    bool processIdentifierFails = false;
+    std::optional<bool> processIdentifierFails;
 };
 
 /// The keys of a script, together with the other keys that the object may have.

@@ -92,8 +92,8 @@ SimulatedElement& SimulatedElement::onActionInTurn(std::string_view action, std:
     return *this;
 }
 
-SimulatedElement& SimulatedElement::processIdentifierFails() {
-    state_->processIdentifierFails = true;
+SimulatedElement& SimulatedElement::processIdentifierFails(bool fails) {
+    state_->processIdentifierFails = fails;
     return *this;
 }
 

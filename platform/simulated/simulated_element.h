@@ -70,8 +70,8 @@ public:
     SimulatedElement& onActionInTurn(std::string_view action, std::vector<Reaction> reactions,
                                      AXError error = AXError::success);
 
-    /// Asking for the process identifier fails from now on.
-    SimulatedElement& processIdentifierFails();
+    /// Asking for the process identifier fails from now on, or no longer does.
+    SimulatedElement& processIdentifierFails(bool fails = true);
 
     /// What stands behind the handle, for the desktop itself.
     [[nodiscard]] simulated::ElementState& state() const { return *state_; }

@@ -168,6 +168,16 @@ TEST(AnApplicationThatHangs, DoesNotCountTheStrokesThatItMisses) {
     EXPECT_EQ(stage->desktop.pasteboard().string(), Text(u"a"));
 }
 
+TEST(AScript, TakesBackThatAskingForTheProcessFails) {
+    const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812,
+        "elements": [{"name": "field", "processIdentifierFails": true}]}],
+        "user": [{"at": 1, "do": {"scripts": {"element": "field", "processIdentifierFails": false}}}]})");
+    const Element field = stage->named.at("field").element();
+    EXPECT_EQ(stage->desktop.accessibility().processIdentifier(field), std::nullopt);
+    stage->desktop.scheduling().sleep(std::chrono::seconds(1));
+    EXPECT_EQ(stage->desktop.accessibility().processIdentifier(field), 812);
+}
+
 TEST(AnApplicationThatStartsLater, IsAsIfItDidNotExistUntilThen) {
     const auto stage = stageOf(R"({"applications": [
         {"processIdentifier": 812, "front": true, "onCopy": {"starts": 913}},
