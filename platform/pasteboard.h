@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/accessibility.h"
+#include "platform/scheduling.h"
 #include "text/text.h"
 
 #include <cstddef>
@@ -71,6 +73,13 @@ public:
     /// A reader asks for `type`; the provider may set it on `item`. Called on the thread whose run loop turns, during a
     /// run-loop slice, when this process itself reads the type, or at the end of the platform. Must not throw.
     virtual void provideData(PromisedItem& item, const PasteboardType& type) = 0;
+
+    /// The bytes that `provideData` would set for `type`, or nothing if they cannot be known in advance. Does not count
+    /// as a reader's request. A platform that has another process keep the promise calls it when the item is written,
+    /// and calls `provideData` when a reader has requested the type there. Must not throw.
+    [[nodiscard]] virtual std::optional<Bytes> promisedData(const PasteboardType& /*type*/) const {
+        return std::nullopt;
+    }
 };
 
 /// An item to be written: bytes that are handed over at once, and types that are only promised.
@@ -79,6 +88,43 @@ struct NewPasteboardItem {
     std::vector<PasteboardType> promisedTypes;
     /// Asked for the promised types; null where there are none.
     std::shared_ptr<PasteboardDataProvider> provider;
+};
+
+/// The bytes of one item by type, in the order of the item.
+using PasteboardItemContents = std::vector<std::pair<PasteboardType, Bytes>>;
+
+/// Exclusive use of the pasteboard by one operation, among all processes of the desktop, and what happens to the
+/// pasteboard if this process dies during it. Returned by `Pasteboard::tryHold`; owned by the caller.
+///
+/// Destroying it ends the operation: the pasteboard keeps its contents, and exclusive use ends, at once or, after
+/// `expectPaste`, when the target has read the staged text, at the latest when the grace wait is over or the contents
+/// change. That holds also if the process has ended by then. The system releases the hold of a process that dies.
+///
+/// A platform may have a keeper, a process of its own that restores the pasteboard after a sudden death of this one. If
+/// it has none, or cannot start it, everything but `retake` does nothing. Main thread; never throws.
+class PasteboardHold {
+public:
+    PasteboardHold() = default;
+    PasteboardHold(const PasteboardHold&) = delete;
+    PasteboardHold& operator=(const PasteboardHold&) = delete;
+    virtual ~PasteboardHold() = default;
+
+    /// The contents to restore if this process dies from now on; they are copied. Called before the operation changes
+    /// the pasteboard; once more with new contents, these count.
+    virtual void protect(const std::vector<PasteboardItemContents>& saved) = 0;
+
+    /// The target is about to be told to copy: contents that it writes within `wait` belong to this operation, also
+    /// after a death. Contents that any other program writes do not.
+    virtual void expectCopy(std::optional<ProcessIdentifier> target, Duration wait) = 0;
+
+    /// The target is about to be told to paste what was written last, or was just told. After a death from now on, the
+    /// contents stay until their promised text was read, `minimumWait` from now at the earliest and `graceWait` from
+    /// now at the latest. Called before the first key and again after the last one.
+    virtual void expectPaste(Duration minimumWait, Duration graceWait) = 0;
+
+    /// Makes the use exclusive again for another operation of this process, after `expectPaste`. False if another
+    /// process holds the pasteboard by now. Does not wait.
+    [[nodiscard]] virtual bool retake() = 0;
 };
 
 /// The general pasteboard. Called on the main thread; never throws.
@@ -108,6 +154,11 @@ public:
     /// Writes items onto the pasteboard after a `clearContents`; answers whether the pasteboard took them. Takes the
     /// items over.
     [[nodiscard]] virtual bool writeItems(std::vector<NewPasteboardItem> items) = 0;
+
+    /// Begins exclusive use of the pasteboard, or returns null if another process, or another hold of this one, has it.
+    /// Does not wait. If there is no pasteboard to hold, the result is a hold that does nothing. The pasteboard
+    /// outlives its holds.
+    [[nodiscard]] virtual std::unique_ptr<PasteboardHold> tryHold() = 0;
 };
 
 }  // namespace lomaris

@@ -54,6 +54,7 @@ bool standsAsExpected(const SelectionSnapshot& current, const GuardedReplacement
 
 void MacOSAccessibilityAdapter::replaceSelectionIfCurrent(const GuardedReplacementRequest& request,
                                                           const SelectionReadOptions& options) {
+    const auto scope = operation();
     // First of all, as what follows posts keys that count as well.
     const bool activityIsUnchanged = sampleInputActivity(platform_->events()) == request.expectedInputActivity;
     ReplacementGuardTrace::shared().reset();

@@ -42,6 +42,9 @@ public:
     /// See `lomaris::diagnoseSelection`.
     [[nodiscard]] AccessibilityDiagnosticPayload diagnoseSelection();
 
+    /// Makes the calls up to the end of the scope one operation for the clipboard; see `KeyboardClipboardFallback`.
+    [[nodiscard]] ClipboardHold::Scope operation() { return keyboardClipboardFallback_.operation(); }
+
     [[nodiscard]] Platform& platform() { return *platform_; }
 
 private:

@@ -29,6 +29,7 @@ void replaceByPasting(KeyboardClipboardFallback& fallback, const SelectionPayloa
     if (!options.allowClipboardFallback) {
         throw BridgeError::clipboardFallbackDisabled();
     }
+    const auto operation = fallback.operation();
     if (!options.justVerified) {
         const Text current =
             fallback.readSelectedText(payload.processIdentifier, ClipboardSelectionReadPolicy::standard, nullptr);

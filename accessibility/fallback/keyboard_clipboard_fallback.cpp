@@ -24,8 +24,6 @@ constexpr Duration waitAfterMenu = milliseconds(200);
 constexpr Duration waitAfterMenuBeforeReplacement = milliseconds(1000);
 constexpr Duration pauseBetweenAttempts = milliseconds(80);
 constexpr Duration pauseAfterCollapse = milliseconds(80);
-constexpr Duration minimumWaitAfterPaste = milliseconds(300);
-constexpr Duration graceWaitAfterPaste = milliseconds(2500);
 
 int attemptCount(ClipboardSelectionReadPolicy policy) {
     return policy == ClipboardSelectionReadPolicy::shortcut ? 2 : 3;
@@ -116,7 +114,8 @@ Text KeyboardClipboardFallback::readSelectedText(std::optional<ProcessIdentifier
                                                  ClipboardSelectionReadPolicy policy,
                                                  const std::function<void()>& copyCommand) {
     Pasteboard& pasteboard = platform_.pasteboard();
-    const PasteboardSnapshot snapshot = PasteboardSnapshot::capture(pasteboard);
+    const auto scope = operation();
+    const PasteboardSnapshot snapshot = hold_.saveClipboard();
     const ClipboardRestore restore(platform_, snapshot);
     const bool beforeReplacement = policy == ClipboardSelectionReadPolicy::guardedReplacement;
     const int attempts = attemptCount(policy);
@@ -130,9 +129,13 @@ Text KeyboardClipboardFallback::readSelectedText(std::optional<ProcessIdentifier
         static_cast<void>(stagePrivately(pasteboard, platform_.scheduling(), Text()));
         const std::int64_t count = pasteboard.changeCount();
         const bool byKey = beforeReplacement && attempt == attempts;
+        // The copy may arrive before the press returns; which of the waits applies is known only afterwards.
+        hold_.expectCopy(targetProcessIdentifier, waitAfterKey);
         const CopyMethod method =
             pressCopy(platform_, targetProcessIdentifier, byKey ? std::function<void()>() : copyCommand);
-        if (waitForPasteboardChange(count, waitAfter(method, policy))) {
+        const Duration wait = waitAfter(method, policy);
+        hold_.expectCopy(targetProcessIdentifier, wait);
+        if (waitForPasteboardChange(count, wait)) {
             const auto text = pasteboard.string();
             if (text && !text->empty()) {
                 return *text;
@@ -149,8 +152,9 @@ Text KeyboardClipboardFallback::readSelectedText(std::optional<ProcessIdentifier
 void KeyboardClipboardFallback::replaceSelectedText(TextView text,
                                                     std::optional<ProcessIdentifier> targetProcessIdentifier) {
     Pasteboard& pasteboard = platform_.pasteboard();
+    const auto scope = operation();
     // Shared, as the blocks that carry it to the restore are copied on their way.
-    const auto snapshot = std::make_shared<const PasteboardSnapshot>(PasteboardSnapshot::capture(pasteboard));
+    const auto snapshot = std::make_shared<const PasteboardSnapshot>(hold_.saveClipboard());
     ClipboardRestore restore(platform_, *snapshot);
     const auto tracker = stagePrivately(pasteboard, platform_.scheduling(), text);
     if (!tracker) {
@@ -158,19 +162,16 @@ void KeyboardClipboardFallback::replaceSelectedText(TextView text,
     }
     // To end between the deletion and the paste would cost the user what was selected.
     restore.holdOffTermination();
+    hold_.expectPaste();
     if (requiresSelectionCollapse(text)) {
         postKey(platform_, key_stroke::collapseSelection, targetProcessIdentifier);
         platform_.scheduling().sleep(pauseAfterCollapse);
     }
     postKey(platform_, key_stroke::paste, targetProcessIdentifier);
+    hold_.expectPaste();
     // From here on the target must find the text, however late it comes for it.
     restore.release();
-    const std::int64_t count = pasteboard.changeCount();
-    tracker->whenReleasable(minimumWaitAfterPaste, graceWaitAfterPaste, [&pasteboard, count, snapshot] {
-        if (pasteboard.changeCount() == count) {
-            snapshot->restore(pasteboard);
-        }
-    });
+    hold_.restoreAfterPaste(snapshot, tracker);
 }
 
 }  // namespace lomaris

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "accessibility/fallback/clipboard_hold.h"
 #include "platform/platform.h"
 #include "text/text.h"
 
@@ -19,13 +20,20 @@ enum class ClipboardSelectionReadPolicy : std::uint8_t {
     guardedReplacement = 2,
 };
 
-/// Reads and replaces the selection of applications that do not show it: makes them copy and paste, with the user's
-/// clipboard saved before and put back afterwards. A process that is told to end in the middle puts it back too, unless
-/// the target has been told to paste. Main thread; synchronous but for the restore after a paste. Borrows
-/// the platform, which must outlive it.
+/// Reads and replaces the selection of applications that do not expose it: makes them copy and paste, with the user's
+/// clipboard saved before and restored afterwards, also if the process is told to end in the middle, unless the target
+/// has been told to paste. Only one operation of all processes uses the clipboard at a time: one that finds it in use
+/// waits for up to 10 s and then fails, having touched nothing. An operation that follows a paste of this object waits
+/// until the target has read the text and restores what that paste had saved.
+///
+/// Main thread; synchronous except for the restore after a paste. Borrows the platform, which must outlive it.
 class KeyboardClipboardFallback {
 public:
-    explicit KeyboardClipboardFallback(Platform& platform) : platform_(platform) {}
+    explicit KeyboardClipboardFallback(Platform& platform) : platform_(platform), hold_(platform) {}
+
+    /// Makes everything up to the end of the scope one operation: no other operation uses the clipboard between its
+    /// reads and its paste. Scopes nest.
+    [[nodiscard]] ClipboardHold::Scope operation() { return ClipboardHold::Scope(hold_); }
 
     /// Makes the target copy and answers the text. `copyCommand`, where there is one, presses the target's Copy menu
     /// item and throws `BridgeError` where it cannot. Every exit has restored the clipboard. Throws `BridgeError`:
@@ -44,6 +52,7 @@ private:
     [[nodiscard]] bool waitForPasteboardChange(std::int64_t count, Duration timeout);
 
     Platform& platform_;
+    ClipboardHold hold_;
 };
 
 }  // namespace lomaris

@@ -21,6 +21,15 @@ void PasteboardConsumptionTracker::provideData(PromisedItem& item, const Pastebo
     condition_->broadcast();
 }
 
+std::optional<Bytes> PasteboardConsumptionTracker::promisedData(const PasteboardType& type) const {
+    return type == pasteboard_type::string ? std::optional(data_) : std::nullopt;
+}
+
+bool PasteboardConsumptionTracker::isConsumed() const {
+    const std::lock_guard guard(*condition_);
+    return consumed_;
+}
+
 void PasteboardConsumptionTracker::whenReleasable(Duration minimumWait, Duration graceWait,
                                                   std::function<void()> then) {
     scheduling_.runInBackground([self = shared_from_this(), minimumWait, graceWait, then = std::move(then)] {

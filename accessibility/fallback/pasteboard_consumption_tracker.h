@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,11 @@ public:
 
     /// Provides the plain text, and nothing for any other type. Only the plain text counts as consumption.
     void provideData(PromisedItem& item, const PasteboardType& type) override;
+
+    [[nodiscard]] std::optional<Bytes> promisedData(const PasteboardType& type) const override;
+
+    /// Whether a reader has requested the text. Any thread.
+    [[nodiscard]] bool isConsumed() const;
 
     /// Waits on a background thread until the text was consumed, at most `graceWait` after the wait began and at least
     /// `minimumWait` in all, and then queues `then` for the main queue. Returns at once. The tracker must be owned by a

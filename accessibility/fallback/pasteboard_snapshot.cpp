@@ -5,7 +5,7 @@ namespace lomaris {
 PasteboardSnapshot PasteboardSnapshot::capture(Pasteboard& pasteboard) {
     PasteboardSnapshot snapshot;
     for (const auto& item : pasteboard.items()) {
-        ItemContents contents;
+        PasteboardItemContents contents;
         for (const auto& type : item->types()) {
             if (auto bytes = item->data(type)) {
                 contents.emplace_back(type, std::move(*bytes));

@@ -2,7 +2,6 @@
 
 #include "platform/pasteboard.h"
 
-#include <utility>
 #include <vector>
 
 namespace lomaris {
@@ -11,9 +10,6 @@ namespace lomaris {
 /// owns its bytes; it stays valid whatever becomes of the pasteboard, and can be restored any number of times.
 class PasteboardSnapshot {
 public:
-    /// The bytes of one item by type, in the order of the item.
-    using ItemContents = std::vector<std::pair<PasteboardType, Bytes>>;
-
     /// Reads every type of every item, which fetches what other applications only promised. A type without data is left
     /// out; an item of which nothing came is kept, empty. Never fails. Main thread.
     [[nodiscard]] static PasteboardSnapshot capture(Pasteboard& pasteboard);
@@ -22,10 +18,10 @@ public:
     /// reported. Main thread.
     void restore(Pasteboard& pasteboard) const;
 
-    [[nodiscard]] const std::vector<ItemContents>& items() const { return items_; }
+    [[nodiscard]] const std::vector<PasteboardItemContents>& items() const { return items_; }
 
 private:
-    std::vector<ItemContents> items_;
+    std::vector<PasteboardItemContents> items_;
 };
 
 }  // namespace lomaris

@@ -46,6 +46,7 @@ void LomarisAccessibilityService::replaceCurrentSelection(TextView replacement, 
     if (replacement.empty()) {
         throw BridgeError::invalidInput(u"Replacement text must not be empty.");
     }
+    const auto operation = adapter_->operation();
     const SelectionSnapshot snapshot = readSelection(beforeLimit, afterLimit);
     adapter_->replaceSelection(snapshot, replacement, {.allowClipboardFallback = true, .justVerified = false});
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/linux_pasteboard.h"
 
+#include "platform/inert_pasteboard_hold.h"
 #include "platform/linux/clipboard_desk.h"
 #include "platform/linux/clipboard_successor.h"
 
@@ -64,6 +65,8 @@ bool LinuxPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     const auto desk = this->desk();
     return desk && desk->write(std::move(items));
 }
+
+std::unique_ptr<PasteboardHold> LinuxPasteboard::tryHold() { return std::make_unique<InertPasteboardHold>(); }
 
 void LinuxPasteboard::finish() {
     state_ = State::gone;

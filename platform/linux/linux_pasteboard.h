@@ -32,6 +32,7 @@ public:
     [[nodiscard]] std::int64_t changeCount() override;
     void clearContents() override;
     [[nodiscard]] bool writeItems(std::vector<NewPasteboardItem> items) override;
+    [[nodiscard]] std::unique_ptr<PasteboardHold> tryHold() override;
 
     /// Asks providers for what is still promised and leaves the process behind. From then on there is no clipboard.
     /// Also to be called before a signal ends the process, though not from its handler. Does not wait.

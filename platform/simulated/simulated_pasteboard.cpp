@@ -1,5 +1,6 @@
 #include "platform/simulated/simulated_pasteboard.h"
 
+#include "platform/inert_pasteboard_hold.h"
 #include "platform/simulated/describe.h"
 #include "text/utf8.h"
 
@@ -197,6 +198,8 @@ bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     journal_.line(call) += ") -> true";
     return true;
 }
+
+std::unique_ptr<PasteboardHold> SimulatedPasteboard::tryHold() { return std::make_unique<InertPasteboardHold>(); }
 
 std::optional<Bytes> SimulatedPasteboard::fetch(const std::shared_ptr<StoredItem>& item, const PasteboardType& type) {
     StoredEntry* entry = item->isGone ? nullptr : item->find(type);

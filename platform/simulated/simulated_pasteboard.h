@@ -31,6 +31,7 @@ public:
     std::int64_t changeCount() override;
     void clearContents() override;
     bool writeItems(std::vector<NewPasteboardItem> items) override;
+    std::unique_ptr<PasteboardHold> tryHold() override;
 
     /// The bytes of one type of an item, asked from whoever promised them.
     [[nodiscard]] std::optional<Bytes> fetch(const std::shared_ptr<StoredItem>& item, const PasteboardType& type);

@@ -1,5 +1,7 @@
 #include "platform/native_platform.h"
 
+#include "platform/inert_pasteboard_hold.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -57,6 +59,7 @@ private:
 
 class NoPasteboard final : public Pasteboard {
 public:
+    std::unique_ptr<PasteboardHold> tryHold() override { return std::make_unique<InertPasteboardHold>(); }
     std::vector<std::unique_ptr<PasteboardItem>> items() override { return {}; }
     std::optional<Text> string() override { return std::nullopt; }
     std::int64_t changeCount() override { return 0; }

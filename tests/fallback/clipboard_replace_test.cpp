@@ -103,15 +103,20 @@ TEST_F(ClipboardReplace, RestoresTheClipboardAfter2500MillisecondsWhereNobodyPas
     EXPECT_EQ(restoredAt(), "2.500000000");
 }
 
-TEST_F(ClipboardReplace, SavesTheStagedTextOfAPasteThatIsNotOverYet) {
-    // The clipboard is not the user's again before the first paste is over: a read in between puts back what it found.
+TEST_F(ClipboardReplace, RestoresWhatThePasteHadSavedAfterAReadThatFollowsIt) {
     notes.onPaste(pastesInto(text));
     notes.onCopy(copies(u"something"));
     replace(u"red fox");
     turnFor(100ms);
-    static_cast<void>(fallback.readSelectedText(812, ClipboardSelectionReadPolicy::standard, nullptr));
+    EXPECT_EQ(fallback.readSelectedText(812, ClipboardSelectionReadPolicy::standard, nullptr), u"something");
+    EXPECT_EQ(desktop.now(), 100ms);
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+    const std::size_t calls = desktop.journal().size();
     turnFor(4s);
-    EXPECT_EQ(desktop.pasteboardStringForOthers(), u"red fox");
+    EXPECT_EQ(desktop.pasteboardContents(), before);
+    for (std::size_t call = calls; call < desktop.journal().size(); ++call) {
+        EXPECT_EQ(desktop.journal()[call].find("writeItems"), std::string::npos) << desktop.journal()[call];
+    }
 }
 
 TEST_F(ClipboardReplace, LeavesAloneWhatTheUserCopiesAfterThePaste) {

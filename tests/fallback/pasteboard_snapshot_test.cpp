@@ -72,8 +72,8 @@ TEST_F(Snapshot, LeavesOutATypeWithoutDataAndKeepsAnItemOfWhichNothingCame) {
     });
     const auto snapshot = capture();
     ASSERT_EQ(snapshot.items().size(), 2U);
-    EXPECT_EQ(snapshot.items()[0], (PasteboardSnapshot::ItemContents{{"public.png", "pixels"}}));
-    EXPECT_EQ(snapshot.items()[1], PasteboardSnapshot::ItemContents());
+    EXPECT_EQ(snapshot.items()[0], (PasteboardItemContents{{"public.png", "pixels"}}));
+    EXPECT_EQ(snapshot.items()[1], PasteboardItemContents());
     snapshot.restore(desktop.pasteboard());
     EXPECT_EQ(desktop.pasteboardContents(),
               (Contents{{.data = {{"public.png", "pixels"}}, .promised = {}}, {.data = {}, .promised = {}}}));

@@ -190,6 +190,9 @@ public:
 
     [[nodiscard]] const std::vector<ToldItems>& told() const { return told_; }
 
+    // Nobody but a scripted holder makes it fail.
+    std::unique_ptr<PasteboardHold> tryHold() override { return pasteboard_.tryHold(); }
+
 private:
     Pasteboard& pasteboard_;
     CallGate& gate_;
