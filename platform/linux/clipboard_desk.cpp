@@ -155,6 +155,7 @@ std::vector<std::unique_ptr<PasteboardItem>> ClipboardDesk::foreignItems() {
         }
         PasteboardType type = typeOfTarget(names[index]);
         if (foreign.targets.try_emplace(type, atoms[index]).second) {
+            foreign.look.unread.push_back(atoms[index]);
             foreign.types.push_back(std::move(type));
         }
     }

@@ -1,6 +1,6 @@
 #include "platform/linux/clipboard_reader.h"
 
-#include "platform/linux/monotonic_clock.h"
+#include "platform/linux/progress_deadline.h"
 
 #include <algorithm>
 #include <chrono>
@@ -9,11 +9,14 @@ namespace lomaris {
 
 namespace {
 
-/// How long the owner may take for each step.
-constexpr Duration longestStep = std::chrono::seconds(1);
-
-/// How long all steps of one look may take.
+/// How long all waits of one look may take together.
 constexpr Duration longestLook = std::chrono::seconds(10);
+
+/// How many conversions may be pending at once.
+constexpr std::size_t mostPending = 256;
+
+/// How many windows of abandoned conversions are kept.
+constexpr std::size_t mostAbandoned = 4 * mostPending;
 
 /// Contents beyond this are as good as none.
 constexpr std::size_t mostBytes = std::size_t{512} * 1024 * 1024;
@@ -28,72 +31,162 @@ bool isUnit(std::uint8_t format) { return format == 8 || format == 16 || format 
 ClipboardLook ClipboardReader::look() {
     const std::optional<xcb_timestamp_t> now = session_.serverTime();
     // After the exchange with the server, which may have told of another owner.
-    return {ownership_.changeCount(), now.value_or(XCB_CURRENT_TIME), longestLook, !now};
+    return {.changeCount = ownership_.changeCount(),
+            .time = now.value_or(XCB_CURRENT_TIME),
+            .patience = longestLook,
+            .isGivenUp = !now};
 }
 
 std::optional<ReadTarget> ClipboardReader::read(ClipboardLook& look, xcb_atom_t target) {
-    if (look.isGivenUp || !isStillThere(look)) {
+    std::erase(look.unread, target);
+    if (!isStillThere(look)) {
         return std::nullopt;
     }
-    if (window_ == XCB_WINDOW_NONE) {
-        window_ = session_.createWindow();
+    if (const auto collected = look.collected.find(target); collected != look.collected.end()) {
+        return collected->second;
     }
-    const ClipboardNames& names = session_.names();
-    answer_.reset();
-    session_.xcb().convert_selection(session_.handle(), window_, names.clipboard, target, names.transfer, look.time);
-    const auto isAnswered = [this, target] { return answer_ && answer_->target == target; };
-    if (!waitFor(look, isAnswered)) {
-        abandon(look);
+    if (look.isGivenUp) {
         return std::nullopt;
     }
-    if (answer_->property != names.transfer) {
+    const Moment begin = monotonicNow();
+    const bool hasStalled = collect(look, target);
+    look.patience = std::max(look.patience - (monotonicNow() - begin), Duration::zero());
+    // The reply may be that of an owner that took over meanwhile; the server reported that owner first.
+    const auto collected = look.collected.find(target);
+    if (!isStillThere(look) || collected == look.collected.end()) {
         return std::nullopt;
     }
-    std::optional<ReadTarget> contents = readProperty(names.transfer);
-    if (contents && contents->type == names.incremental) {
-        contents = readIncrementally(look);
-        if (!contents) {
-            abandon(look);
-        }
+    if (hasStalled) {
+        return collected->second;
     }
-    // The answer may have come from an owner that took over meanwhile; the server told of that first.
-    return isStillThere(look) ? std::move(contents) : std::nullopt;
+    std::optional<ReadTarget> contents = std::move(collected->second);
+    look.collected.erase(collected);
+    return contents;
 }
 
-std::optional<ReadTarget> ClipboardReader::readIncrementally(ClipboardLook& look) {
-    std::optional<ReadTarget> whole;
-    for (;;) {
-        if (!waitFor(look, [this] { return hasNewValue_; })) {
-            return std::nullopt;
-        }
-        std::optional<ReadTarget> piece = readProperty(session_.names().transfer);
-        if (!piece) {
-            return std::nullopt;
-        }
-        const bool isLast = piece->bytes.empty();
-        if (!whole) {
-            whole = std::move(piece);
-        } else if (!isLast) {
-            if (piece->type != whole->type || piece->format != whole->format ||
-                whole->bytes.size() + piece->bytes.size() > mostBytes) {
-                return std::nullopt;
+bool ClipboardReader::collect(ClipboardLook& look, xcb_atom_t target) {
+    const Moment begin = monotonicNow();
+    ProgressDeadline progress(begin, later(begin, look.patience));
+    bool hasStalled = false;
+    request(look, target, true);
+    while (!pending_.empty() && isStillThere(look)) {
+        bool hasProgressed = false;
+        const auto isOver = [&] {
+            serve_();
+            hasProgressed = collectArrived(look, progress);
+            return hasProgressed || !isStillThere(look);
+        };
+        if (!session_.waitUntil(isOver, progress.deadline())) {
+            if (!progress.beginStall(monotonicNow())) {
+                look.isGivenUp = true;
+                break;
             }
-            whole->bytes += piece->bytes;
+            hasStalled = true;
         }
-        if (isLast) {
-            return whole;
+        if (hasStalled) {
+            requestUnread(look);
         }
     }
+    for (const Conversion& conversion : pending_) {
+        abandon(conversion.window);
+    }
+    pending_.clear();
+    return hasStalled;
 }
 
-/// Takes a property away, so that the owner may send the next piece.
-std::optional<ReadTarget> ClipboardReader::readProperty(xcb_atom_t property) {
-    hasNewValue_ = false;
+void ClipboardReader::request(const ClipboardLook& look, xcb_atom_t target, bool isOldest) {
+    const ClipboardNames& names = session_.names();
+    pending_.push_back({.target = target, .window = takeWindow(), .isOldest = isOldest});
+    session_.xcb().convert_selection(session_.handle(), pending_.back().window, names.clipboard, target, names.transfer,
+                                     look.time);
+}
+
+void ClipboardReader::requestUnread(ClipboardLook& look) {
+    const std::size_t count = std::min(look.unread.size(), mostPending - pending_.size());
+    const auto end = look.unread.begin() + static_cast<std::ptrdiff_t>(count);
+    std::for_each(look.unread.begin(), end, [&](xcb_atom_t target) { request(look, target, false); });
+    look.unread.erase(look.unread.begin(), end);
+}
+
+bool ClipboardReader::collectArrived(ClipboardLook& look, ProgressDeadline& progress) {
+    bool hasProgressed = false;
+    for (auto conversion = pending_.begin(); conversion != pending_.end();) {
+        const Outcome outcome = advance(*conversion);
+        if (outcome == Outcome::nothingNew) {
+            ++conversion;
+            continue;
+        }
+        hasProgressed = true;
+        progress.noteProgress(monotonicNow(), conversion->isOldest);
+        if (outcome == Outcome::isUnderWay) {
+            ++conversion;
+            continue;
+        }
+        if (outcome == Outcome::ended) {
+            freeWindows_.push_back(conversion->window);
+        } else {
+            abandon(conversion->window);
+            conversion->pieces.reset();
+        }
+        look.collected.insert_or_assign(conversion->target, std::move(conversion->pieces));
+        conversion = pending_.erase(conversion);
+    }
+    return hasProgressed;
+}
+
+ClipboardReader::Outcome ClipboardReader::advance(Conversion& conversion) {
+    if (conversion.isIncremental) {
+        return conversion.hasNewValue ? addPiece(conversion) : Outcome::nothingNew;
+    }
+    if (!conversion.reply) {
+        return Outcome::nothingNew;
+    }
+    if (*conversion.reply == XCB_ATOM_NONE) {
+        return Outcome::ended;
+    }
+    if (*conversion.reply != session_.names().transfer) {
+        return Outcome::broken;
+    }
+    conversion.pieces = readProperty(conversion);
+    if (!conversion.pieces) {
+        return Outcome::broken;
+    }
+    if (conversion.pieces->type != session_.names().incremental) {
+        return Outcome::ended;
+    }
+    conversion.pieces.reset();
+    conversion.isIncremental = true;
+    return Outcome::isUnderWay;
+}
+
+ClipboardReader::Outcome ClipboardReader::addPiece(Conversion& conversion) {
+    std::optional<ReadTarget> piece = readProperty(conversion);
+    if (!piece) {
+        return Outcome::broken;
+    }
+    const bool isLast = piece->bytes.empty();
+    std::optional<ReadTarget>& whole = conversion.pieces;
+    if (!whole) {
+        whole = std::move(piece);
+    } else if (!isLast) {
+        if (piece->type != whole->type || piece->format != whole->format ||
+            whole->bytes.size() + piece->bytes.size() > mostBytes) {
+            return Outcome::broken;
+        }
+        whole->bytes += piece->bytes;
+    }
+    return isLast ? Outcome::ended : Outcome::isUnderWay;
+}
+
+/// Deletes the property, so that the owner may send the next piece.
+std::optional<ReadTarget> ClipboardReader::readProperty(Conversion& conversion) {
+    conversion.hasNewValue = false;
     ReadTarget contents;
     std::uint32_t offset = 0;
     for (;;) {
-        const auto reply = session_.connection().wait<xcb_get_property_reply_t>(session_.xcb().get_property(
-            session_.handle(), 1, window_, property, XCB_GET_PROPERTY_TYPE_ANY, offset, part));
+        const auto reply = session_.connection().wait<xcb_get_property_reply_t>(
+            session_.xcb().get_property(session_.handle(), 1, conversion.window, session_.names().transfer,
+                                        XCB_GET_PROPERTY_TYPE_ANY, offset, part));
         if (!reply || reply->type == XCB_ATOM_NONE || !isUnit(reply->format)) {
             return std::nullopt;
         }
@@ -112,17 +205,20 @@ std::optional<ReadTarget> ClipboardReader::readProperty(xcb_atom_t property) {
 }
 
 void ClipboardReader::handle(const xcb_generic_event_t& event) {
-    // The answer comes from the owner, an event that a program sent.
+    // The reply is an event that the owner sent.
     if ((event.response_type & 0x7F) == XCB_SELECTION_NOTIFY) {
-        const auto& answer = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
-        if (answer.requestor == window_ && answer.selection == session_.names().clipboard) {
-            answer_ = answer;
+        const auto& reply = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
+        const auto conversion = std::ranges::find(pending_, reply.requestor, &Conversion::window);
+        if (conversion != pending_.end() && reply.selection == session_.names().clipboard &&
+            reply.target == conversion->target) {
+            conversion->reply = reply.property;
         }
     } else if (event.response_type == XCB_PROPERTY_NOTIFY) {
         const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        if (change.window == window_ && change.atom == session_.names().transfer &&
+        const auto conversion = std::ranges::find(pending_, change.window, &Conversion::window);
+        if (conversion != pending_.end() && change.atom == session_.names().transfer &&
             change.state == XCB_PROPERTY_NEW_VALUE) {
-            hasNewValue_ = true;
+            conversion->hasNewValue = true;
         }
     }
 }
@@ -131,24 +227,21 @@ bool ClipboardReader::isStillThere(const ClipboardLook& look) const {
     return ownership_.changeCount() == look.changeCount;
 }
 
-bool ClipboardReader::waitFor(ClipboardLook& look, const std::function<bool()>& isReached) {
-    const Moment begin = monotonicNow();
-    bool isReachedInTime = false;
-    const auto isOver = [&] {
-        serve_();
-        isReachedInTime = isReached();
-        return isReachedInTime || !isStillThere(look);
-    };
-    static_cast<void>(session_.waitUntil(isOver, later(begin, std::min(longestStep, look.patience))));
-    look.patience = std::max(look.patience - (monotonicNow() - begin), Duration::zero());
-    return isReachedInTime;
+xcb_window_t ClipboardReader::takeWindow() {
+    if (freeWindows_.empty()) {
+        return session_.createWindow();
+    }
+    const xcb_window_t window = freeWindows_.back();
+    freeWindows_.pop_back();
+    return window;
 }
 
-void ClipboardReader::abandon(ClipboardLook& look) {
-    look.isGivenUp = true;
-    // What comes late arrives in a window that nobody looks at any more. It is not destroyed: the owner might end over
-    // a window that is gone.
-    window_ = XCB_WINDOW_NONE;
+void ClipboardReader::abandon(xcb_window_t window) {
+    abandonedWindows_.push_back(window);
+    if (abandonedWindows_.size() > mostAbandoned) {
+        session_.xcb().destroy_window(session_.handle(), abandonedWindows_.front());
+        abandonedWindows_.pop_front();
+    }
 }
 
 }  // namespace lomaris

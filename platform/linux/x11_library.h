@@ -15,6 +15,7 @@ namespace lomaris {
     X(connection_has_error)      \
     X(convert_selection)         \
     X(create_window)             \
+    X(destroy_window)            \
     X(disconnect)                \
     X(flush)                     \
     X(generate_id)               \

@@ -27,31 +27,94 @@ TEST_F(Clipboard, HasNoItemsWhereTheOwnerDoesNotListItsTargets) {
     }
 }
 
-TEST_F(Clipboard, ATypeThatDoesNotArriveHasNoData) {
+TEST_F(Clipboard, ATypeThatDoesNotArriveCostsNoOther) {
     const Bytes bytes = longBytes(200000);
     struct Case {
         const char* name;
         OfferedTarget offered;
-        bool isFollowed;
     };
     const std::vector<Case> cases{
-        {"refused", {"image/png", {"", 8, bytes}, Conduct::refuses}, true},
-        {"not there", {"image/png", {"", 8, bytes}, Conduct::answersNothing}, true},
-        {"elsewhere", {"image/png", {"", 8, bytes}, Conduct::answersElsewhere}, true},
-        {"silent", {"image/png", {"", 8, bytes}, Conduct::isSilent}, false},
-        {"stops", {"image/png", {"", 8, bytes}, Conduct::stopsAfterOnePiece}, false},
-        {"changes", {"image/png", {"", 8, bytes}, Conduct::changesItsMind}, false},
+        {"refused", {"image/png", {"", 8, bytes}, Conduct::refuses}},
+        {"not there", {"image/png", {"", 8, bytes}, Conduct::answersNothing}},
+        {"elsewhere", {"image/png", {"", 8, bytes}, Conduct::answersElsewhere}},
+        {"silent", {"image/png", {"", 8, bytes}, Conduct::isSilent}},
+        {"stops", {"image/png", {"", 8, bytes}, Conduct::stopsAfterOnePiece}},
+        {"changes", {"image/png", {"", 8, bytes}, Conduct::changesItsMind}},
     };
     for (const Case& tested : cases) {
         const OtherOwner owner({{"text/html", {"", 8, "<b>"}}, tested.offered, {"UTF8_STRING", {"", 8, "words"}}});
-        // A program that was waited for in vain is not asked for the rest.
-        const std::optional<Bytes> words = tested.isFollowed ? std::optional<Bytes>("words") : std::nullopt;
         EXPECT_EQ(contents(),
-                  (std::vector<Contents>{{{"text/html", "<b>"}, {"image/png", std::nullopt}, {stringType, words}}}))
+                  (std::vector<Contents>{{{"text/html", "<b>"}, {"image/png", std::nullopt}, {stringType, "words"}}}))
             << tested.name;
         // The next look begins anew.
         EXPECT_EQ(pasteboard().string(), Text(u"words")) << tested.name;
     }
+}
+
+TEST_F(Clipboard, CollectsWhatArrivesBesideDeadTypes) {
+    const Bytes bytes = longBytes(200000);
+    const OtherOwner owner({{"x-test/dead", {"", 8, "dead"}, Conduct::isSilent},
+                            {"text/html", {"", 8, "<b>"}, Conduct::answersAfterALaterRequest},
+                            {"image/png", {"", 8, bytes}, Conduct::answersInPieces},
+                            {"image/bmp", {"", 8, longBytes(150000)}, Conduct::answersInPieces},
+                            {"x-test/stops", {"", 8, bytes}, Conduct::stopsAfterOnePiece},
+                            {"x-test/changes", {"", 8, bytes}, Conduct::changesItsMind},
+                            {"x-test/refused", {"", 8, "no"}, Conduct::refuses},
+                            {"UTF8_STRING", {"", 8, "words"}},
+                            {"x-test/dead-too", {"", 8, "dead"}, Conduct::isSilent}});
+    const auto items = pasteboard().items();
+    ASSERT_EQ(items.size(), 1U);
+    const std::vector<std::pair<PasteboardType, std::optional<Bytes>>> expected{
+        {"x-test/dead", std::nullopt},    {"text/html", "<b>"},           {"image/png", bytes},
+        {"image/bmp", longBytes(150000)}, {"x-test/stops", std::nullopt}, {"x-test/changes", std::nullopt},
+        {"x-test/refused", std::nullopt}, {stringType, "words"},          {"x-test/dead-too", std::nullopt},
+    };
+    for (int round = 0; round < 2; ++round) {
+        for (const auto& [type, data] : expected) {
+            // The bytes would fill the screen.
+            EXPECT_TRUE(items[0]->data(type) == data) << type << round;
+        }
+    }
+    // Each target was requested once.
+    EXPECT_EQ(owner.asked().size(), expected.size() + 1);
+}
+
+TEST_F(Clipboard, ASilentOwnerHasNoDataAndIsAskedOnce) {
+    const OtherOwner owner({{"text/html", {"", 8, "<b>"}, Conduct::isSilent},
+                            {"image/png", {"", 8, "png"}, Conduct::isSilent},
+                            {"UTF8_STRING", {"", 8, "words"}, Conduct::isSilent}});
+    EXPECT_EQ(contents(), (std::vector<Contents>{
+                              {{"text/html", std::nullopt}, {"image/png", std::nullopt}, {stringType, std::nullopt}}}));
+    EXPECT_EQ(owner.asked(), (std::vector<std::string>{"TARGETS", "text/html", "image/png", "UTF8_STRING"}));
+}
+
+TEST_F(Clipboard, LosesNothingOfASlowOwner) {
+    constexpr std::chrono::milliseconds work(600);
+    const OtherOwner owner({{"text/html", {"", 8, "<b>"}, Conduct::answers, work},
+                            {"image/png", {"", 8, "png"}, Conduct::answers, work},
+                            {"text/rtf", {"", 8, "rtf"}, Conduct::answers, work},
+                            {"UTF8_STRING", {"", 8, "words"}, Conduct::answers, work}});
+    EXPECT_EQ(contents(),
+              (std::vector<Contents>{
+                  {{"text/html", "<b>"}, {"image/png", "png"}, {"text/rtf", "rtf"}, {stringType, "words"}}}));
+}
+
+TEST_F(Clipboard, ALateReplyIsNotTakenForALaterOne) {
+    const OtherOwner owner(
+        {{"UTF8_STRING", {"", 8, "words"}, Conduct::answersTheFirstLate}, {"text/html", {"", 8, "<b>"}}});
+    EXPECT_EQ(pasteboard().string(), std::nullopt);
+    EXPECT_EQ(contents(), (std::vector<Contents>{{{stringType, "words"}, {"text/html", "<b>"}}}));
+}
+
+TEST_F(Clipboard, CollectsMoreTypesThanArePendingAtOnce) {
+    std::vector<OfferedTarget> offered{{"x-test/dead", {"", 8, "dead"}, Conduct::isSilent}};
+    Contents expected{{"x-test/dead", std::nullopt}};
+    for (int number = 0; number < 1000; ++number) {
+        expected.emplace_back("x-test/" + std::to_string(number), std::to_string(number));
+        offered.push_back({expected.back().first, {"", 8, *expected.back().second}});
+    }
+    const OtherOwner owner(std::move(offered));
+    EXPECT_EQ(contents(), std::vector<Contents>{expected});
 }
 
 TEST_F(Clipboard, PlainTextOfAnotherKindIsNoText) {

@@ -75,10 +75,24 @@ void OtherOwner::answer(const xcb_selection_request_event_t& request) {
     asked_.push_back(peer_->name(request.target));
     const auto found = byAtom_.find(request.target);
     const Conduct conduct = found == byAtom_.end() ? Conduct::refuses : found->second->conduct;
+    if (found != byAtom_.end()) {
+        std::this_thread::sleep_for(found->second->work);
+    }
     switch (conduct) {
         case Conduct::answers:
-            peer_->setProperty(request.requestor, request.property, found->second->value);
-            notify(request, request.property);
+            answerWith(request, found->second->value);
+            answerHeldBack();
+            return;
+        case Conduct::answersAfterALaterRequest:
+            holdBack(request, found->second->value);
+            return;
+        case Conduct::answersTheFirstLate:
+            if (!hasHeldBack_) {
+                holdBack(request, {found->second->value.type, 8, "late"});
+                return;
+            }
+            answerHeldBack();
+            answerWith(request, found->second->value);
             return;
         case Conduct::refuses:
             notify(request, XCB_ATOM_NONE);
@@ -101,6 +115,22 @@ void OtherOwner::answer(const xcb_selection_request_event_t& request) {
     peer_->setProperty(request.requestor, request.property, {"INCR", 32, std::string("\1\0\0\0", 4)});
     transfers_[{request.requestor, request.property}] = {found->second, 0};
     notify(request, request.property);
+}
+
+void OtherOwner::answerWith(const xcb_selection_request_event_t& request, const PropertyValue& value) {
+    peer_->setProperty(request.requestor, request.property, value);
+    notify(request, request.property);
+}
+
+void OtherOwner::holdBack(const xcb_selection_request_event_t& request, const PropertyValue& value) {
+    heldBack_.emplace(request, value);
+    hasHeldBack_ = true;
+}
+
+void OtherOwner::answerHeldBack() {
+    if (const auto heldBack = std::exchange(heldBack_, std::nullopt)) {
+        answerWith(heldBack->first, heldBack->second);
+    }
 }
 
 void OtherOwner::sendPiece(const Place& place) {

@@ -3,8 +3,10 @@
 #include "tests/real/clipboard_peer.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -29,12 +31,18 @@ enum class Conduct {
     endsAfterOnePiece,
     /// Describes the second piece as another type than the first.
     changesItsMind,
+    /// Replies only after the reply to a later request.
+    answersAfterALaterRequest,
+    /// Replies to the first request late, with bytes that nobody wants, and properly to all later ones.
+    answersTheFirstLate,
 };
 
 struct OfferedTarget {
     std::string target;
     PropertyValue value;
     Conduct conduct = Conduct::answers;
+    /// What the owner does for so long before it replies; other requests wait.
+    std::chrono::milliseconds work{};
 };
 
 /// Another program that owns the clipboard; returns from the constructor once it does. It answers on a thread of its
@@ -60,6 +68,9 @@ private:
     void run();
     void handle(const xcb_generic_event_t& event);
     void answer(const xcb_selection_request_event_t& request);
+    void holdBack(const xcb_selection_request_event_t& request, const PropertyValue& value);
+    void answerHeldBack();
+    void answerWith(const xcb_selection_request_event_t& request, const PropertyValue& value);
     void sendPiece(const Place& place);
     void notify(const xcb_selection_request_event_t& request, xcb_atom_t property);
 
@@ -68,6 +79,8 @@ private:
     std::map<xcb_atom_t, const OfferedTarget*> byAtom_;
     std::map<Place, Transfer> transfers_;
     std::vector<std::string> asked_;
+    std::optional<std::pair<xcb_selection_request_event_t, PropertyValue>> heldBack_;
+    bool hasHeldBack_ = false;
     std::atomic<bool> isEnding_ = false;
     std::thread thread_;
 };
