@@ -29,6 +29,11 @@ std::vector<xcb_atom_t> atomsOf(const ReadTarget& list, xcb_atom_t targets) {
     return atoms;
 }
 
+/// Some toolkits count the terminating NUL as part of their plain text.
+std::string_view withoutTrailingNuls(std::string_view bytes) {
+    return bytes.substr(0, bytes.find_last_not_of('\0') + 1);
+}
+
 }  // namespace
 
 /// What another program offered when it was asked.
@@ -204,7 +209,8 @@ std::optional<Text> ClipboardDesk::foreignString() {
     for (const xcb_atom_t target : session_.atoms().atoms(names)) {
         const std::optional<ReadTarget> read = reader_.read(look, target);
         if (read && read->format == 8) {
-            return textFromUtf8(read->type == XCB_ATOM_STRING ? utf8FromLatin1(read->bytes) : read->bytes);
+            const std::string_view bytes = withoutTrailingNuls(read->bytes);
+            return read->type == XCB_ATOM_STRING ? textFromUtf8(utf8FromLatin1(bytes)) : textFromUtf8(bytes);
         }
     }
     return std::nullopt;

@@ -79,6 +79,30 @@ TEST_F(Clipboard, HasOneItemWithTheTypesOfAnotherProgram) {
     EXPECT_EQ(owner.asked(), (std::vector<std::string>{"TARGETS", "text/html", "UTF8_STRING"}));
 }
 
+TEST_F(Clipboard, DropsTheTrailingNulsOfATextAlone) {
+    struct Case {
+        Bytes bytes;
+        Text text;
+    };
+    const std::vector<Case> cases{
+        {Bytes("words\0", 6), u"words"},
+        {Bytes("words\0\0", 7), u"words"},
+        {Bytes("a\0b\0", 4), Text(u"a\0b", 3)},
+        {Bytes("\0words", 6), Text(u"\0words", 6)},
+        {Bytes("\0\0", 2), u""},
+        {"", u""},
+    };
+    for (const char* const target : {"UTF8_STRING", "text/plain;charset=utf-8", "STRING", "text/plain"}) {
+        for (const Case& tested : cases) {
+            const OtherOwner owner({{target, {"", 8, tested.bytes}}});
+            EXPECT_EQ(pasteboard().string(), tested.text) << target;
+            // What is saved is what is restored.
+            ASSERT_EQ(contents().size(), 1U) << target;
+            EXPECT_EQ(contents()[0][0].second, tested.bytes) << target;
+        }
+    }
+}
+
 TEST_F(Clipboard, NeverAsksForWhatWouldMakeTheOwnerDoSomething) {
     std::vector<OfferedTarget> offered;
     for (const char* const target :
