@@ -1,6 +1,7 @@
 #include "accessibility/fallback/key_strokes.h"
 
 #include "accessibility/model/bridge_error.h"
+#include "text/character_breaker.h"
 #include "text/equality.h"
 
 #include <algorithm>
@@ -25,6 +26,18 @@ bool isWhiteSpace(char16_t unit) {
     return (unit >= 0x9 && unit <= 0xD) || unit == 0x20 || unit == 0x85 || unit == 0xA0 || unit == 0x1680 ||
            (unit >= 0x2000 && unit <= 0x200A) || unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F ||
            unit == 0x3000;
+}
+
+/// Where the first character is that does not begin with white space; marks belong to the character before them.
+std::size_t endOfLeadingWhiteSpace(TextView text) {
+    std::size_t end = 0;
+    while (end < text.size() && isWhiteSpace(text[end])) {
+        const TextView rest = text.substr(end);
+        const auto run = std::find_if_not(rest.begin(), rest.end(), isWhiteSpace) - rest.begin();
+        // Only the last white space of a run can have marks. A text may be megabytes of white space.
+        end = characterEnd(text, end + static_cast<std::size_t>(run) - 1);
+    }
+    return end;
 }
 
 /// No letter outside of ASCII has one of the letters of the prefixes as its lower case.
@@ -56,8 +69,7 @@ void postKey(Platform& platform, KeyStroke keyStroke, std::optional<ProcessIdent
 }
 
 bool requiresSelectionCollapse(TextView text) {
-    const auto start = std::find_if_not(text.begin(), text.end(), isWhiteSpace);
-    Text beginning(text.substr(static_cast<std::size_t>(start - text.begin()), unitsLookedAt));
+    Text beginning(text.substr(endOfLeadingWhiteSpace(text), unitsLookedAt));
     std::transform(beginning.begin(), beginning.end(), beginning.begin(), lowercased);
     return std::any_of(webAddressPrefixes.begin(), webAddressPrefixes.end(),
                        [&](TextView prefix) { return hasCharacterPrefix(beginning, prefix); });

@@ -4,6 +4,7 @@
 #include "tests/support/journal.h"
 #include "tests/support/thrown_error.h"
 #include "tests/support/vectors.h"
+#include "text/utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -94,6 +95,38 @@ TEST(SelectionCollapse, PassesOverEveryKindOfWhiteSpaceAndNothingElse) {
         EXPECT_EQ(requiresSelectionCollapse(Text(1, unit) + u"www.example.org"), whiteSpace.find(unit) != Text::npos)
             << static_cast<unsigned>(unit);
     }
+}
+
+TEST(SelectionCollapse, PassesOverWhiteSpaceWithItsMarks) {
+    const std::vector<Text> skipped = {
+        u" \u0301",
+        u"\u00A0\u200D",
+        u"\u3000\uFE0F",
+        u" \u0301\u0302\u200D\uFE0F",
+        u" \u0301 \u0302\u00A0\u2003\u0301\n",
+        u"\r\n \u0903",
+        u" \U000E0100",
+        Text(1 << 20U, u' ') + u"\u0301",
+    };
+    for (const Text& start : skipped) {
+        EXPECT_TRUE(requiresSelectionCollapse(start + u"www.x")) << utf8FromText(start.substr(0, 20));
+    }
+    const std::vector<Text> kept = {
+        // A mark does not join a line break.
+        u"\n\u0301",
+        u"\r\n\u200D",
+        u"\u2028\uFE0F",
+        // Nor does a mark at the start count as white space.
+        u"\u0301 ",
+        u" \u0301a",
+        u" \u200B",
+        u"\u0600 ",
+    };
+    for (const Text& start : kept) {
+        EXPECT_FALSE(requiresSelectionCollapse(start + u"www.x")) << utf8FromText(start);
+    }
+    EXPECT_FALSE(requiresSelectionCollapse(u" \u0301"));
+    EXPECT_FALSE(requiresSelectionCollapse(Text(1 << 20U, u' ')));
 }
 
 TEST(SelectionCollapse, LooksOnlyAtTheStart) {
