@@ -8,7 +8,8 @@ namespace lomaris {
 enum class SelectionPurpose : std::uint8_t {
     /// A plain read: no early refusal, no look for the Copy command after a failure.
     standard = 0,
-    /// The user invoked the assistant by its shortcut: file managers and untrusted terminal selections are refused.
+    /// The user invoked the assistant by its shortcut: file managers are refused, and a terminal's selection without a
+    /// range is not read directly.
     shortcut = 1,
     /// The second look before a guarded replacement.
     guardedReplacement = 2,
@@ -16,7 +17,8 @@ enum class SelectionPurpose : std::uint8_t {
 
 /// What a caller wants to read, whatever the purpose.
 struct SelectionReadOptions {
-    /// UTF-16 units of context wanted before and after the selection. A negative limit means no context at all.
+    /// UTF-16 units of context wanted before and after the selection. If one of them is negative, both
+    /// sides are empty.
     std::int64_t beforeLimit = 0;
     std::int64_t afterLimit = 0;
     /// Whether the keyboard/clipboard route may be used.

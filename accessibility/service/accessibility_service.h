@@ -15,8 +15,8 @@ namespace lomaris {
 /// selection of the application in front. Each call looks at the front application afresh. Used from one thread at a
 /// time, the main thread.
 ///
-/// Limits are the UTF-16 units of context wanted before and after the selection; a negative limit means none. JSON is
-/// pretty-printed with sorted keys, UTF-8, without a line feed at the end.
+/// Limits are the UTF-16 units of context wanted before and after the selection; if one of them is negative, both sides
+/// are empty. JSON is pretty-printed with sorted keys, UTF-8, without a line feed at the end.
 ///
 /// After a paste the main queue restores the user's clipboard, 2.5 s later at most; the call returns before. A host
 /// keeps the service, a session or its platform for so long. Where the platform's main queue is that of the process
