@@ -27,6 +27,20 @@ if(LOMARIS_FUZZ)
 endif()
 include(cmake/Hardening.cmake)
 
+# lomaris_small_program(name): for a program that may live for milliseconds: it has no time to load what nothing in it
+# calls, or the C++ runtime from elsewhere.
+function(lomaris_small_program name)
+  if(LOMARIS_SANITIZE)
+    return()
+  endif()
+  if(APPLE)
+    target_link_options(${name} PRIVATE -Wl,-dead_strip)
+  else()
+    target_link_options(${name} PRIVATE
+      -static-libstdc++ -static-libgcc -Wl,--as-needed -Wl,--gc-sections -Wl,-O1)
+  endif()
+endfunction()
+
 # lomaris_add_library(name source...): a static library of this project. Its options are not those of programs that link
 # an installed copy.
 function(lomaris_add_library name)

@@ -4,6 +4,7 @@ include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
 set(LOMARIS_HEADER_DIR ${CMAKE_INSTALL_INCLUDEDIR}/lomaris-macos-bridge)
+set(LOMARIS_KEEPER_INSTALL_DIR ${CMAKE_INSTALL_LIBEXECDIR}/lomaris-macos-bridge)
 set(LOMARIS_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/LomarisMacOSAccessibility)
 
 # lomaris_export(target name): the target becomes Lomaris::name to those who find the package.
@@ -18,14 +19,23 @@ endfunction()
 lomaris_export(lomaris_accessibility Accessibility)
 lomaris_export(lomaris_platform Platform)
 lomaris_export(lomaris_native_platform NativePlatform)
+lomaris_export(lomaris_keeping Keeping)
 lomaris_export(lomaris_posix Posix)
 lomaris_export(lomaris_text Text)
 install(EXPORT LomarisMacOSAccessibilityTargets NAMESPACE Lomaris:: DESTINATION ${LOMARIS_PACKAGE_DIR})
+
+# Where hosts find the program that keeps the clipboard for them; only Linux has one.
+set(LOMARIS_PACKAGE_KEEPER "")
+if(TARGET lomaris-clipboard-keeper)
+  set(LOMARIS_PACKAGE_KEEPER ${LOMARIS_KEEPER_INSTALL_DIR}/lomaris-clipboard-keeper)
+  install(TARGETS lomaris-clipboard-keeper RUNTIME DESTINATION ${LOMARIS_KEEPER_INSTALL_DIR})
+endif()
 
 configure_package_config_file(
   cmake/LomarisMacOSAccessibilityConfig.cmake.in
   ${PROJECT_BINARY_DIR}/package/LomarisMacOSAccessibilityConfig.cmake
   INSTALL_DESTINATION ${LOMARIS_PACKAGE_DIR}
+  PATH_VARS LOMARIS_PACKAGE_KEEPER
   NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(
   ${PROJECT_BINARY_DIR}/package/LomarisMacOSAccessibilityConfigVersion.cmake

@@ -3,6 +3,7 @@
 #include "platform/platform.h"
 
 #include <memory>
+#include <string>
 
 namespace lomaris {
 
@@ -18,6 +19,11 @@ enum class ProcessRole {
 
 /// The platform that this build runs on; the build chooses the implementation. Cheap: it connects to nothing and loads
 /// nothing until a service is used. The caller owns the result. Main thread.
-[[nodiscard]] std::unique_ptr<Platform> nativePlatform(ProcessRole role = ProcessRole::host);
+///
+/// `clipboardKeeper`: the path of the program that restores the clipboard if a host dies in the middle of an operation,
+/// and serves the clipboard after its end; on Linux, for hosts. If it is empty, the program is looked for beside that of
+/// the host, then where this build installs it. Without the program both are left undone.
+[[nodiscard]] std::unique_ptr<Platform> nativePlatform(ProcessRole role = ProcessRole::host,
+                                                       const std::string& clipboardKeeper = {});
 
 }  // namespace lomaris

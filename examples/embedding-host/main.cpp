@@ -119,7 +119,7 @@ int fail(std::string_view message) {
 
 int run(const Request& request) {
     // Made here rather than by the service, as this program has no main loop that would turn its run loop.
-    const auto platform = lomaris::nativePlatform(lomaris::ProcessRole::host);
+    const auto platform = lomaris::nativePlatform(lomaris::ProcessRole::host, LOMARIS_CLIPBOARD_KEEPER);
     try {
         const auto session = capture(*platform, request);
         print(session->details());

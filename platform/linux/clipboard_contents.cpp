@@ -160,10 +160,15 @@ std::optional<ServedTarget> ClipboardContents::served(std::string_view target) {
         return std::nullopt;
     }
     const Offer offer = found->second;
+    const bool isSecret = offer.encoding == Encoding::secret;
+    return encoded(target, offer, isSecret ? nullptr : fetch(items_[offer.item], offer.entry));
+}
+
+std::optional<ServedTarget> ClipboardContents::encoded(std::string_view target, const Offer& offer,
+                                                       SharedBytes bytes) const {
     if (offer.encoding == Encoding::secret) {
         return textOfType(target, share("secret"));
     }
-    SharedBytes bytes = fetch(items_[offer.item], offer.entry);
     if (!bytes) {
         return std::nullopt;
     }
@@ -180,6 +185,62 @@ std::optional<ServedTarget> ClipboardContents::served(std::string_view target) {
         return std::nullopt;
     }
     return textOfType(clipboard_target::utf8String, std::move(bytes));
+}
+
+/// The bytes of each entry of an item, without a provider noticing, if it knows them in advance.
+std::vector<SharedBytes> ClipboardContents::inAdvance(Item& item) {
+    std::vector<SharedBytes> all;
+    all.reserve(item.entries.size());
+    for (std::size_t entry = 0; entry < item.entries.size(); ++entry) {
+        std::optional<Bytes> bytes;
+        if (!item.entries[entry].bytes && item.provider) {
+            bytes = item.provider->promisedData(item.entries[entry].type);
+        }
+        all.push_back(bytes ? share(std::move(*bytes)) : fetch(item, entry));
+    }
+    return all;
+}
+
+std::vector<KeptTarget> ClipboardContents::kept() {
+    std::vector<std::vector<SharedBytes>> bytes;
+    bytes.reserve(items_.size());
+    for (Item& item : items_) {
+        bytes.push_back(inAdvance(item));
+    }
+    std::vector<KeptTarget> all;
+    all.reserve(targets_.size());
+    for (const std::string& target : targets_) {
+        const Offer offer = offers_.at(target);
+        const bool isSecret = offer.encoding == Encoding::secret;
+        auto served = encoded(target, offer, isSecret ? nullptr : bytes[offer.item][offer.entry]);
+        if (!served) {
+            continue;
+        }
+        const bool isPromised = !isSecret && !items_[offer.item].entries[offer.entry].bytes;
+        all.push_back(
+            {.target = target,
+             .form = std::move(served->form),
+             .bytes = std::move(served->bytes),
+             .isPromisedText = isPromised && items_[offer.item].entries[offer.entry].type == pasteboard_type::string});
+    }
+    return all;
+}
+
+bool ClipboardContents::hasPromise() const {
+    return std::any_of(items_.begin(), items_.end(), [](const Item& item) {
+        return item.provider && std::any_of(item.entries.begin(), item.entries.end(),
+                                            [](const Entry& entry) { return entry.bytes == nullptr; });
+    });
+}
+
+void ClipboardContents::noteTextRead() {
+    for (Item& item : items_) {
+        for (std::size_t entry = 0; entry < item.entries.size(); ++entry) {
+            if (item.entries[entry].type == pasteboard_type::string) {
+                static_cast<void>(fetch(item, entry));
+            }
+        }
+    }
 }
 
 void ClipboardContents::keepPromises() {

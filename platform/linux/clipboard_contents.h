@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/linux/kept_contents.h"
+#include "platform/linux/served_contents.h"
 #include "platform/pasteboard.h"
 
 #include <cstddef>
@@ -14,29 +16,12 @@
 
 namespace lomaris {
 
-/// Bytes that a transfer to a slow reader may still need when the contents are long gone.
-using SharedBytes = std::shared_ptr<const Bytes>;
-
-/// How an X11 program describes the bytes of a target: the name of their type, and the bits of one unit (8, 16, 32).
-struct PropertyForm {
-    std::string type;
-    std::uint8_t format = 8;
-
-    friend bool operator==(const PropertyForm&, const PropertyForm&) = default;
-};
-
 /// The forms of pasteboard types for which it is not simply the name of the target and 8 bits.
 using PropertyForms = std::map<PasteboardType, PropertyForm>;
 
-/// What answers a request for one target.
-struct ServedTarget {
-    PropertyForm form;
-    SharedBytes bytes;
-};
-
 /// What this process has put on the clipboard: its items, and the targets under which other programs find them. Knows
 /// nothing of a connection. Main thread.
-class ClipboardContents {
+class ClipboardContents final : public ServedContents {
 public:
     /// Adds items. `forms` says how to describe types that another program owned once and that now come back.
     void append(std::vector<NewPasteboardItem> items, const PropertyForms& forms);
@@ -54,11 +39,21 @@ public:
 
     /// The targets to offer, in order, each once: the types of all items; for a promised plain text its other names;
     /// for a concealed item the hint that keeps it out of clipboard histories. Asks no provider.
-    [[nodiscard]] std::vector<std::string_view> targets() const;
+    [[nodiscard]] std::vector<std::string_view> targets() const override;
 
     /// The answer for one of the targets, or nothing where there are no bytes for it. Of several items that have it
     /// the first one wins. Asks the provider for what is only promised.
-    [[nodiscard]] std::optional<ServedTarget> served(std::string_view target);
+    [[nodiscard]] std::optional<ServedTarget> served(std::string_view target) override;
+
+    /// Everything that is offered, for another process to serve. What is promised comes from the provider in advance,
+    /// or, if it cannot know the bytes in advance, as if a reader had requested it.
+    [[nodiscard]] std::vector<KeptTarget> kept();
+
+    /// A reader has requested the promised text from the process that serves these contents.
+    void noteTextRead();
+
+    /// Whether anything is still only promised.
+    [[nodiscard]] bool hasPromise() const;
 
     /// Asks the providers for everything that is still only promised.
     void keepPromises();
@@ -66,6 +61,7 @@ public:
 private:
     struct Entry {
         PasteboardType type;
+        /// Null while the bytes are only promised.
         SharedBytes bytes;
         PropertyForm form;
     };
@@ -85,6 +81,9 @@ private:
     void store(Item& item, std::string_view type, Bytes bytes, const PropertyForms& forms);
     [[nodiscard]] static Entry* find(Item& item, std::string_view type);
     [[nodiscard]] SharedBytes fetch(Item& item, std::size_t entry);
+    [[nodiscard]] std::vector<SharedBytes> inAdvance(Item& item);
+    [[nodiscard]] std::optional<ServedTarget> encoded(std::string_view target, const Offer& offer,
+                                                      SharedBytes bytes) const;
     void listOffers();
     void offer(std::string_view target, Offer offer);
 

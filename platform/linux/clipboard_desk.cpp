@@ -14,9 +14,6 @@ namespace lomaris {
 
 namespace {
 
-/// How long the last readers of what is no longer on the clipboard may take for a piece.
-constexpr Duration lastReaders = std::chrono::seconds(10);
-
 /// The numbers of a list of targets, or none where it is no such list.
 std::vector<xcb_atom_t> atomsOf(const ReadTarget& list, xcb_atom_t targets) {
     if (list.format != 32 || (list.type != XCB_ATOM_ATOM && list.type != targets)) {
@@ -65,7 +62,7 @@ private:
     /// Lets go of the contents where another program has taken over.
     void settle() {
         if (const auto desk = desk_.lock()) {
-            desk->session_.settle();
+            desk->settle();
         }
     }
 
@@ -95,10 +92,11 @@ private:
     ForeignContents contents_;
 };
 
-ClipboardDesk::ClipboardDesk()
+ClipboardDesk::ClipboardDesk(KeeperStart startKeeper)
     : ownership_(session_, [this] { contents_.reset(); }),
-      server_(session_, ownership_, contents_),
-      reader_(session_, ownership_, [this] { server_.serve(); }) {}
+      server_(session_, ownership_, [this] { return contents_; }),
+      reader_(session_, ownership_, [this] { server_.serve(); }),
+      keeper_(std::move(startKeeper)) {}
 
 bool ClipboardDesk::open() {
     return session_.open([this](const xcb_generic_event_t& event) { handle(event); });
@@ -110,15 +108,26 @@ void ClipboardDesk::handle(const xcb_generic_event_t& event) {
     server_.handle(event);
 }
 
-std::int64_t ClipboardDesk::changeCount() {
+void ClipboardDesk::settle() {
+    if (isUnpublished_) {
+        static_cast<void>(publish());
+    }
     session_.settle();
+}
+
+std::int64_t ClipboardDesk::changeCount() {
+    settle();
     return ownership_.changeCount();
 }
 
 void ClipboardDesk::clear() {
     session_.settle();
     contents_.reset();
-    if (ownership_.acquire()) {
+    isUnpublished_ = session_.isAlive() && keeper_.isThere();
+    if (isUnpublished_) {
+        ownership_.countContents();
+        contents_ = std::make_shared<ClipboardContents>();
+    } else if (ownership_.acquire()) {
         contents_ = std::make_shared<ClipboardContents>();
     }
 }
@@ -129,11 +138,31 @@ bool ClipboardDesk::write(std::vector<NewPasteboardItem> items) {
         return false;
     }
     contents_->append(std::move(items), forms_);
-    return true;
+    return keeper_.isThere() || isUnpublished_ ? publish() : true;
+}
+
+/// Has the keeper own the clipboard with the contents of this process, or becomes the owner if there is no keeper.
+bool ClipboardDesk::publish() {
+    isUnpublished_ = false;
+    if (!contents_) {
+        return false;
+    }
+    promised_ = contents_->hasPromise() ? contents_ : nullptr;
+    if (const auto published = keeper_.publish(contents_->kept())) {
+        keeperWindow_ = published->window;
+        ownership_.setKeeper(keeperWindow_);
+        // Another program may have taken over since.
+        session_.settle();
+        return contents_ != nullptr;
+    }
+    const std::shared_ptr<ClipboardContents> contents = contents_;
+    const bool isOwner = ownership_.acquire();
+    contents_ = isOwner ? contents : nullptr;
+    return isOwner;
 }
 
 std::vector<std::unique_ptr<PasteboardItem>> ClipboardDesk::items() {
-    session_.settle();
+    settle();
     return contents_ ? ownItems() : foreignItems();
 }
 
@@ -198,7 +227,7 @@ std::optional<Bytes> ClipboardDesk::foreignData(ForeignContents& foreign, const 
 }
 
 std::optional<Text> ClipboardDesk::string() {
-    session_.settle();
+    settle();
     return contents_ ? contents_->string() : foreignString();
 }
 
@@ -217,38 +246,65 @@ std::optional<Text> ClipboardDesk::foreignString() {
 }
 
 void ClipboardDesk::serve() {
+    if (isUnpublished_) {
+        static_cast<void>(publish());
+    }
     session_.pump();
     do {
         server_.serve();
     } while (session_.flush());
+    if (keeper_.textWasRead() && promised_) {
+        promised_->noteTextRead();
+    }
 }
 
-bool ClipboardDesk::keepPromises() {
-    session_.settle();
-    if (!contents_ || !session_.isAlive()) {
+bool ClipboardDesk::beginOperation() {
+    settle();
+    if (!session_.isAlive() || !exclusion_.take(keeperWindow_)) {
         return false;
     }
-    contents_->keepPromises();
-    session_.settle();
-    return session_.isAlive() && contents_ && !contents_->targets().empty();
+    isProtected_ = false;
+    keeper_.begin();
+    return true;
 }
 
-void ClipboardDesk::serveToTheEnd() {
-    while (session_.isAlive()) {
-        bool hasArrived = false;
-        const auto isAnythingThere = [this, &hasArrived] {
-            server_.serve();
-            return std::exchange(hasArrived, true);
-        };
-        if (contents_) {
-            static_cast<void>(session_.waitUntil(isAnythingThere, Moment::max()));
-        } else {
-            server_.dropStalledTransfers();
-            if (!server_.isTransferring() || !session_.waitUntil(isAnythingThere, later(monotonicNow(), lastReaders))) {
-                return;
-            }
-        }
+void ClipboardDesk::protect(const std::vector<PasteboardItemContents>& saved) {
+    if (!keeper_.isThere()) {
+        return;
     }
+    ClipboardContents contents;
+    std::vector<NewPasteboardItem> items;
+    items.reserve(saved.size());
+    for (const PasteboardItemContents& item : saved) {
+        items.push_back({.data = item, .promisedTypes = {}, .provider = nullptr});
+    }
+    contents.append(std::move(items), forms_);
+    isProtected_ = keeper_.protect(contents.kept());
+}
+
+void ClipboardDesk::expectPaste(Duration minimumWait, Duration graceWait) {
+    settle();
+    keeper_.expectPaste(minimumWait, graceWait);
+    if (keeper_.descriptor() >= 0) {
+        // The keeper has the clipboard until the text was read, also if this process never restores it.
+        exclusion_.release();
+    }
+}
+
+void ClipboardDesk::endOperation() {
+    settle();
+    isProtected_ = false;
+    keeper_.end();
+    exclusion_.release();
+}
+
+void ClipboardDesk::finish() {
+    settle();
+    if (contents_ && session_.isAlive()) {
+        contents_->keepPromises();
+    }
+    exclusion_.release();
+    keeper_.finish();
 }
 
 }  // namespace lomaris

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "platform/linux/clipboard_contents.h"
+#include "platform/linux/clipboard_exclusion.h"
 #include "platform/linux/clipboard_ownership.h"
 #include "platform/linux/clipboard_reader.h"
 #include "platform/linux/clipboard_server.h"
 #include "platform/linux/clipboard_session.h"
+#include "platform/linux/keeper_link.h"
 
 #include <cstdint>
 #include <memory>
@@ -13,13 +15,15 @@
 
 namespace lomaris {
 
-/// The clipboard of an X11 session as this process has it: what it owns, what others own, and who asks. Main thread.
+/// The clipboard of an X11 session as this process has it: what it owns and what others own. Main thread.
 ///
-/// Requests of other programs are answered by `serve` only, and while another owner is waited for (when this process
-/// owns nothing), so that a provider is never asked at any other time.
+/// What this process puts there is published by its keeper, which owns the clipboard for it; a copy stays here. Without
+/// a keeper, this process owns the clipboard itself. Requests of other programs are then served by `serve` only, and
+/// while another owner is waited for (when this process owns nothing), so that a provider is never called at any other
+/// time.
 class ClipboardDesk final : public std::enable_shared_from_this<ClipboardDesk> {
 public:
-    ClipboardDesk();
+    explicit ClipboardDesk(KeeperStart startKeeper);
 
     /// Whether the clipboard can be used at all; to be called first, and once.
     [[nodiscard]] bool open();
@@ -33,15 +37,25 @@ public:
     void clear();
     [[nodiscard]] bool write(std::vector<NewPasteboardItem> items);
 
-    /// Looks what has arrived and answers the requests among it.
+    /// Handles what has arrived: requests of other programs, and what the keeper has to say.
     void serve();
 
-    /// Asks for everything that is still only promised, where this process owns the clipboard; whether it then has
-    /// anything to offer.
-    [[nodiscard]] bool keepPromises();
+    /// Readable when the keeper has something to say; negative if there is no keeper.
+    [[nodiscard]] int keeperDescriptor() const { return keeper_.descriptor(); }
 
-    /// Serves until another program owns the clipboard, or there is no server any more.
-    void serveToTheEnd();
+    // An operation with exclusive use of the clipboard; see `PasteboardHold`.
+    /// Whether the clipboard was free for it.
+    [[nodiscard]] bool beginOperation();
+    void protect(const std::vector<PasteboardItemContents>& saved);
+    /// Whether the keeper restores the clipboard if this process dies now.
+    [[nodiscard]] bool isProtected() const { return isProtected_ && keeper_.descriptor() >= 0; }
+    void expectCopy(std::optional<ProcessIdentifier> target, Duration wait) { keeper_.expectCopy(target, wait); }
+    void expectPaste(Duration minimumWait, Duration graceWait);
+    void endOperation();
+
+    /// Calls providers for everything that is still only promised, if this process owns the clipboard, and leaves it to
+    /// the keeper.
+    void finish();
 
 private:
     class OwnItem;
@@ -53,6 +67,8 @@ private:
     [[nodiscard]] std::optional<Text> foreignString();
     [[nodiscard]] std::optional<Bytes> foreignData(ForeignContents& foreign, const PasteboardType& type);
     void handle(const xcb_generic_event_t& event);
+    void settle();
+    bool publish();
 
     ClipboardSession session_;
     ClipboardOwnership ownership_;
@@ -61,6 +77,16 @@ private:
     ClipboardServer server_;
     ClipboardReader reader_;
     PropertyForms forms_;
+    ClipboardExclusion exclusion_{session_};
+    KeeperLink keeper_;
+    /// The window with which the keeper owns the clipboard; nothing before it has done so.
+    xcb_window_t keeperWindow_ = XCB_WINDOW_NONE;
+    /// Contents that were cleared and not written yet: the keeper gets them with the write, or with the next call, so
+    /// that no reader finds the empty clipboard in between.
+    bool isUnpublished_ = false;
+    bool isProtected_ = false;
+    /// The contents whose promised text the keeper serves. They may have been replaced by another program's.
+    std::shared_ptr<ClipboardContents> promised_;
 };
 
 }  // namespace lomaris

@@ -25,8 +25,9 @@ void ClipboardOwnership::handle(const xcb_generic_event_t& event) {
     if (change.selection != session_.names().clipboard) {
         return;
     }
-    if (change.owner == session_.window()) {
-        // Counted by whoever acquired it.
+    const bool isKeeper = keeper_ != XCB_WINDOW_NONE && change.owner == keeper_;
+    if (change.owner == session_.window() || isKeeper) {
+        // Counted when it was acquired.
         isOwner_ = true;
         acquiredAt_ = change.selection_timestamp;
         return;

@@ -7,7 +7,7 @@
 
 namespace lomaris {
 
-/// Who owns the clipboard, as far as this process is concerned, and how often that changed.
+/// The owner of the clipboard as far as this process is concerned, and how often that changed.
 ///
 /// The notifications of the server are the only source: they come for every new owner, this process included, in the
 /// order in which the server saw them. An event that says that the selection was lost comes only sometimes, and may be
@@ -17,6 +17,12 @@ public:
     /// `whenLost` is called when another program became the owner. `session` outlives this.
     ClipboardOwnership(ClipboardSession& session, std::function<void()> whenLost)
         : session_(session), whenLost_(std::move(whenLost)) {}
+
+    /// The keeper of this process owns the clipboard with this window, on behalf of this process.
+    void setKeeper(xcb_window_t keeper) { keeper_ = keeper; }
+
+    /// Counts new contents of this process that the keeper is about to own.
+    void countContents() { ++changeCount_; }
 
     /// Makes this process the owner, once more where it is already; whether it became it.
     [[nodiscard]] bool acquire();
@@ -34,6 +40,7 @@ public:
 private:
     ClipboardSession& session_;
     std::function<void()> whenLost_;
+    xcb_window_t keeper_ = XCB_WINDOW_NONE;
     bool isOwner_ = false;
     xcb_timestamp_t acquiredAt_ = XCB_CURRENT_TIME;
     std::int64_t changeCount_ = 0;

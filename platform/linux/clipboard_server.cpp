@@ -37,7 +37,7 @@ void ClipboardServer::serve() {
         // Clients of old leave the choice of the property to the owner.
         const xcb_atom_t property = request.property == xcb_atom_t{XCB_ATOM_NONE} ? request.target : request.property;
         // A provider may not live longer than the contents, but the contents live until it returns.
-        const std::shared_ptr<ClipboardContents> contents = contents_;
+        const std::shared_ptr<ServedContents> contents = contents_();
         const bool isAnswered =
             contents && isForUs(request) && answer(*contents, request.requestor, request.target, property);
         notify(request, isAnswered ? property : xcb_atom_t{XCB_ATOM_NONE});
@@ -51,8 +51,7 @@ bool ClipboardServer::isForUs(const Request& request) const {
            (request.time == XCB_CURRENT_TIME || !isBefore(request.time, ownership_.acquiredAt()));
 }
 
-bool ClipboardServer::answer(ClipboardContents& contents, xcb_window_t requestor, xcb_atom_t target,
-                             xcb_atom_t property) {
+bool ClipboardServer::answer(ServedContents& contents, xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property) {
     const ClipboardNames& names = session_.names();
     if (target == names.targets) {
         answerTargets(contents, requestor, property);
@@ -68,7 +67,7 @@ bool ClipboardServer::answer(ClipboardContents& contents, xcb_window_t requestor
     return answerContents(contents, requestor, target, property);
 }
 
-void ClipboardServer::answerTargets(const ClipboardContents& contents, xcb_window_t requestor, xcb_atom_t property) {
+void ClipboardServer::answerTargets(const ServedContents& contents, xcb_window_t requestor, xcb_atom_t property) {
     const ClipboardNames& names = session_.names();
     std::vector<xcb_atom_t> targets{names.targets, names.timestamp, names.multiple};
     for (const xcb_atom_t target : session_.atoms().atoms(contents.targets())) {
@@ -83,7 +82,7 @@ void ClipboardServer::answerTargets(const ClipboardContents& contents, xcb_windo
     }
 }
 
-bool ClipboardServer::answerMultiple(ClipboardContents& contents, xcb_window_t requestor, xcb_atom_t property) {
+bool ClipboardServer::answerMultiple(ServedContents& contents, xcb_window_t requestor, xcb_atom_t property) {
     std::vector<xcb_atom_t> pairs = readPairs(requestor, property);
     if (pairs.empty()) {
         return false;
@@ -116,7 +115,7 @@ std::vector<xcb_atom_t> ClipboardServer::readPairs(xcb_window_t requestor, xcb_a
     return pairs;
 }
 
-bool ClipboardServer::answerContents(ClipboardContents& contents, xcb_window_t requestor, xcb_atom_t target,
+bool ClipboardServer::answerContents(ServedContents& contents, xcb_window_t requestor, xcb_atom_t target,
                                      xcb_atom_t property) {
     const std::string name = session_.atoms().names({&target, 1}).front();
     const std::optional<ServedTarget> served = contents.served(name);

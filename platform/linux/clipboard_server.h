@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace lomaris {
@@ -14,11 +15,12 @@ namespace lomaris {
 /// until `serve`, as an answer may need a provider, which may be asked at certain times only. Main thread.
 class ClipboardServer {
 public:
-    /// Everything outlives the server. `contents` is what is on the clipboard when a request is answered; null where
-    /// another program owns it.
-    ClipboardServer(ClipboardSession& session, const ClipboardOwnership& ownership,
-                    const std::shared_ptr<ClipboardContents>& contents)
-        : session_(session), ownership_(ownership), contents_(contents), transfers_(session) {}
+    /// The contents of the clipboard when a request is answered; null if another program owns it.
+    using Contents = std::function<std::shared_ptr<ServedContents>()>;
+
+    /// `session` and `ownership` outlive the server.
+    ClipboardServer(ClipboardSession& session, const ClipboardOwnership& ownership, Contents contents)
+        : session_(session), ownership_(ownership), contents_(std::move(contents)), transfers_(session) {}
 
     void handle(const xcb_generic_event_t& event);
 
@@ -34,18 +36,17 @@ private:
     using Request = xcb_selection_request_event_t;
 
     [[nodiscard]] bool isForUs(const Request& request) const;
-    [[nodiscard]] bool answer(ClipboardContents& contents, xcb_window_t requestor, xcb_atom_t target,
-                              xcb_atom_t property);
-    [[nodiscard]] bool answerMultiple(ClipboardContents& contents, xcb_window_t requestor, xcb_atom_t property);
-    [[nodiscard]] bool answerContents(ClipboardContents& contents, xcb_window_t requestor, xcb_atom_t target,
+    [[nodiscard]] bool answer(ServedContents& contents, xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
+    [[nodiscard]] bool answerMultiple(ServedContents& contents, xcb_window_t requestor, xcb_atom_t property);
+    [[nodiscard]] bool answerContents(ServedContents& contents, xcb_window_t requestor, xcb_atom_t target,
                                       xcb_atom_t property);
-    void answerTargets(const ClipboardContents& contents, xcb_window_t requestor, xcb_atom_t property);
+    void answerTargets(const ServedContents& contents, xcb_window_t requestor, xcb_atom_t property);
     [[nodiscard]] std::vector<xcb_atom_t> readPairs(xcb_window_t requestor, xcb_atom_t property);
     void notify(const Request& request, xcb_atom_t property);
 
     ClipboardSession& session_;
     const ClipboardOwnership& ownership_;
-    const std::shared_ptr<ClipboardContents>& contents_;
+    Contents contents_;
     ClipboardTransfers transfers_;
     std::deque<Request> requests_;
 };

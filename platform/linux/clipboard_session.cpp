@@ -60,11 +60,13 @@ bool ClipboardSession::internNames() {
         std::string_view name;
         xcb_atom_t* atom;
     };
-    const std::array<Name, 8> wanted{{
+    const std::array<Name, 10> wanted{{
         {"ATOM_PAIR", &names_.atomPair},
         {"CLIPBOARD", &names_.clipboard},
         {"INCR", &names_.incremental},
+        {"_LOMARIS_CLIPBOARD_KEEPER", &names_.keeper},
         {"MULTIPLE", &names_.multiple},
+        {"_LOMARIS_CLIPBOARD_OPERATION", &names_.operation},
         {"TARGETS", &names_.targets},
         {"TIMESTAMP", &names_.timestamp},
         {"LOMARIS_TRANSFER", &names_.transfer},
@@ -106,8 +108,11 @@ xcb_window_t ClipboardSession::createWindow() {
 }
 
 bool ClipboardSession::isOwnWindow(xcb_window_t window) const {
-    const xcb_setup_t& setup = *xcb().get_setup(handle());
-    return (window & ~setup.resource_id_mask) == setup.resource_id_base;
+    return clientOf(window) == xcb().get_setup(handle())->resource_id_base;
+}
+
+std::uint32_t ClipboardSession::clientOf(xcb_window_t window) const {
+    return window & ~xcb().get_setup(handle())->resource_id_mask;
 }
 
 bool ClipboardSession::isOwnerChange(const xcb_generic_event_t& event) const {

@@ -18,7 +18,9 @@ struct ClipboardNames {
     xcb_atom_t atomPair = XCB_ATOM_NONE;
     xcb_atom_t clipboard = XCB_ATOM_NONE;
     xcb_atom_t incremental = XCB_ATOM_NONE;
+    xcb_atom_t keeper = XCB_ATOM_NONE;
     xcb_atom_t multiple = XCB_ATOM_NONE;
+    xcb_atom_t operation = XCB_ATOM_NONE;
     xcb_atom_t targets = XCB_ATOM_NONE;
     xcb_atom_t timestamp = XCB_ATOM_NONE;
     xcb_atom_t transfer = XCB_ATOM_NONE;
@@ -30,6 +32,9 @@ struct ClipboardNames {
 class ClipboardSession {
 public:
     using Handler = std::function<void(const xcb_generic_event_t&)>;
+
+    explicit ClipboardSession(X11Connection::Connecting connecting = X11Connection::Connecting::withDeadline)
+        : connection_(connecting) {}
 
     /// Connects; whether there is an X server with everything that is needed. Everything else may be called only
     /// after it answered yes. `handler` may not call back into anything that hands out events.
@@ -53,6 +58,9 @@ public:
 
     /// Whether this connection made the window.
     [[nodiscard]] bool isOwnWindow(xcb_window_t window) const;
+
+    /// The connection that made a window or any other resource; the same number for all of its resources.
+    [[nodiscard]] std::uint32_t clientOf(xcb_window_t window) const;
 
     /// Whether the server tells of a new owner of a selection.
     [[nodiscard]] bool isOwnerChange(const xcb_generic_event_t& event) const;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/clipboard_contents.h"
 #include "platform/linux/clipboard_session.h"
+#include "platform/linux/served_contents.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,16 +2,66 @@
 
 #include "platform/inert_pasteboard_hold.h"
 #include "platform/linux/clipboard_desk.h"
-#include "platform/linux/clipboard_successor.h"
 
 #include <utility>
 
 namespace lomaris {
 
+/// The exclusive use of the clipboard by one operation. Does nothing more once the clipboard is gone.
+class LinuxPasteboard::Hold final : public PasteboardHold {
+public:
+    Hold(std::weak_ptr<ClipboardDesk> desk, std::function<void()> whenProtected, std::shared_ptr<void> mark)
+        : desk_(std::move(desk)), whenProtected_(std::move(whenProtected)), mark_(std::move(mark)) {}
+    ~Hold() override {
+        if (const auto desk = desk_.lock()) {
+            desk->endOperation();
+        }
+    }
+
+    void protect(const std::vector<PasteboardItemContents>& saved) override {
+        const auto desk = desk_.lock();
+        if (!desk) {
+            return;
+        }
+        desk->protect(saved);
+        if (desk->isProtected() && whenProtected_) {
+            whenProtected_();
+        }
+    }
+
+    void expectCopy(std::optional<ProcessIdentifier> target, Duration wait) override {
+        if (const auto desk = desk_.lock()) {
+            desk->expectCopy(target, wait);
+        }
+    }
+
+    void expectPaste(Duration minimumWait, Duration graceWait) override {
+        if (const auto desk = desk_.lock()) {
+            desk->expectPaste(minimumWait, graceWait);
+        }
+    }
+
+    [[nodiscard]] bool retake() override {
+        const auto desk = desk_.lock();
+        return !desk || desk->beginOperation();
+    }
+
+private:
+    std::weak_ptr<ClipboardDesk> desk_;
+    std::function<void()> whenProtected_;
+    /// Exists as long as the hold does.
+    std::shared_ptr<void> mark_;
+};
+
+LinuxPasteboard::LinuxPasteboard(RunLoop& runLoop, KeeperStart startKeeper, std::function<void()> whenProtected)
+    : runLoop_(runLoop), startKeeper_(std::move(startKeeper)), whenProtected_(std::move(whenProtected)) {}
+
+LinuxPasteboard::~LinuxPasteboard() { finish(); }
+
 std::shared_ptr<ClipboardDesk> LinuxPasteboard::desk() {
     if (state_ == State::unopened) {
         state_ = State::gone;
-        auto opened = std::make_shared<ClipboardDesk>();
+        auto opened = std::make_shared<ClipboardDesk>(startKeeper_);
         if (opened->open()) {
             state_ = State::open;
             desk_ = std::move(opened);
@@ -26,6 +76,7 @@ std::shared_ptr<ClipboardDesk> LinuxPasteboard::desk() {
 
 void LinuxPasteboard::letGo() {
     runLoop_.removeReader(desk_->descriptor());
+    runLoop_.removeReader(std::exchange(watchedKeeper_, -1));
     desk_.reset();
     state_ = State::gone;
 }
@@ -33,8 +84,24 @@ void LinuxPasteboard::letGo() {
 void LinuxPasteboard::serve() {
     if (const auto desk = this->desk()) {
         desk->serve();
+        watchKeeper();
         // A connection that is lost has input for ever.
         static_cast<void>(this->desk());
+    }
+}
+
+/// Has the run loop notice what the keeper says, once it was started, and no longer once it is gone.
+void LinuxPasteboard::watchKeeper() {
+    const int keeper = desk_ ? desk_->keeperDescriptor() : -1;
+    if (keeper == watchedKeeper_) {
+        return;
+    }
+    if (watchedKeeper_ >= 0) {
+        runLoop_.removeReader(watchedKeeper_);
+    }
+    watchedKeeper_ = keeper;
+    if (keeper >= 0) {
+        runLoop_.addReader(keeper, [this] { serve(); });
     }
 }
 
@@ -58,6 +125,7 @@ std::int64_t LinuxPasteboard::changeCount() {
 void LinuxPasteboard::clearContents() {
     if (const auto desk = this->desk()) {
         desk->clear();
+        watchKeeper();
     }
 }
 
@@ -66,17 +134,25 @@ bool LinuxPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     return desk && desk->write(std::move(items));
 }
 
-std::unique_ptr<PasteboardHold> LinuxPasteboard::tryHold() { return std::make_unique<InertPasteboardHold>(); }
+std::unique_ptr<PasteboardHold> LinuxPasteboard::tryHold() {
+    const auto desk = this->desk();
+    if (!desk) {
+        return std::make_unique<InertPasteboardHold>();
+    }
+    if (!hold_.expired() || !desk->beginOperation()) {
+        return nullptr;
+    }
+    watchKeeper();
+    const auto mark = std::make_shared<char>();
+    hold_ = mark;
+    return std::make_unique<Hold>(desk, whenProtected_, mark);
+}
 
 void LinuxPasteboard::finish() {
     state_ = State::gone;
-    const auto desk = desk_;
-    if (!desk) {
-        return;
-    }
-    letGo();
-    if (desk->isAlive() && desk->keepPromises()) {
-        static_cast<void>(leaveSuccessor(desk->descriptor(), [&desk] { desk->serveToTheEnd(); }));
+    if (const auto desk = desk_) {
+        letGo();
+        desk->finish();
     }
 }
 

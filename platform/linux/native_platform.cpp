@@ -1,5 +1,6 @@
 #include "platform/native_platform.h"
 
+#include "platform/linux/keeper_process.h"
 #include "platform/linux/linux_accessibility.h"
 #include "platform/linux/linux_events.h"
 #include "platform/linux/linux_pasteboard.h"
@@ -12,9 +13,18 @@ namespace lomaris {
 
 namespace {
 
+KeeperStart keeperStart(ProcessRole role, const std::string& program) {
+    if (role == ProcessRole::tool) {
+        return forkKeeper;
+    }
+    return [program] { return spawnKeeper(keeperProgram(program)); };
+}
+
 class LinuxPlatform final : public Platform {
 public:
-    explicit LinuxPlatform(ProcessRole role) {
+    LinuxPlatform(ProcessRole role, const std::string& clipboardKeeper)
+        : pasteboard_(scheduling_, keeperStart(role, clipboardKeeper),
+                      [this] { scheduling_.termination().letSecondSignalEnd(); }) {
         if (role == ProcessRole::tool) {
             scheduling_.termination().catchSignals();
         }
@@ -39,13 +49,15 @@ private:
     X11Connection connection_;
     LinuxWorkspace workspace_{connection_};
     LinuxEvents events_{connection_};
-    LinuxPasteboard pasteboard_{scheduling_};
+    LinuxPasteboard pasteboard_;
     X11WindowRaiser windowRaiser_{connection_};
     std::unique_ptr<Accessibility> accessibility_ = makeLinuxAccessibility(workspace_, &windowRaiser_);
 };
 
 }  // namespace
 
-std::unique_ptr<Platform> nativePlatform(ProcessRole role) { return std::make_unique<LinuxPlatform>(role); }
+std::unique_ptr<Platform> nativePlatform(ProcessRole role, const std::string& clipboardKeeper) {
+    return std::make_unique<LinuxPlatform>(role, clipboardKeeper);
+}
 
 }  // namespace lomaris

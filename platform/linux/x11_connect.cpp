@@ -19,16 +19,6 @@ struct Handshake {
     bool abandoned = false;
 };
 
-X11Connected connectWithoutDeadline(const XcbFunctions& xcb) {
-    X11Connected result;
-    result.connection = xcb.connect(nullptr, &result.screen);
-    if (xcb.connection_has_error(result.connection) != 0) {
-        xcb.disconnect(result.connection);
-        result.connection = nullptr;
-    }
-    return result;
-}
-
 void shakeHands(const XcbFunctions& xcb, const std::shared_ptr<Handshake>& handshake) {
     const X11Connected result = connectWithoutDeadline(xcb);
     const std::lock_guard lock(handshake->mutex);
@@ -57,6 +47,16 @@ bool isGoingOn(std::shared_ptr<Handshake>& abandoned) {
 }
 
 }  // namespace
+
+X11Connected connectWithoutDeadline(const XcbFunctions& xcb) {
+    X11Connected result;
+    result.connection = xcb.connect(nullptr, &result.screen);
+    if (xcb.connection_has_error(result.connection) != 0) {
+        xcb.disconnect(result.connection);
+        result.connection = nullptr;
+    }
+    return result;
+}
 
 X11Connected connectToDisplay(const XcbFunctions& xcb, std::chrono::milliseconds deadline) {
     // At most one thread is left behind, however often a hanging server is tried.

@@ -18,4 +18,7 @@ struct X11Connected {
 /// caller owns the connection. Main thread.
 [[nodiscard]] X11Connected connectToDisplay(const XcbFunctions& xcb, std::chrono::milliseconds deadline);
 
+/// Connects to the X server, however long that takes. The caller owns the connection. Any thread.
+[[nodiscard]] X11Connected connectWithoutDeadline(const XcbFunctions& xcb);
+
 }  // namespace lomaris

@@ -54,7 +54,8 @@ bool X11Connection::open() {
     if (xcb_ == nullptr) {
         return false;
     }
-    const X11Connected connected = connectToDisplay(*xcb_, replyDeadline);
+    const X11Connected connected = connecting_ == Connecting::withDeadline ? connectToDisplay(*xcb_, replyDeadline)
+                                                                           : connectWithoutDeadline(*xcb_);
     connection_ = connected.connection;
     return connection_ != nullptr && chooseScreen(connected.screen) && internAtoms();
 }

@@ -34,7 +34,10 @@ struct X11Atoms {
 /// throws.
 class X11Connection {
 public:
-    X11Connection() = default;
+    /// Without a deadline the first use waits for the server as long as that takes, without a thread of its own.
+    enum class Connecting : std::uint8_t { withDeadline, withoutDeadline };
+
+    explicit X11Connection(Connecting connecting = Connecting::withDeadline) : connecting_(connecting) {}
     X11Connection(const X11Connection&) = delete;
     X11Connection& operator=(const X11Connection&) = delete;
     ~X11Connection();
@@ -71,6 +74,7 @@ private:
 
     enum class State : std::uint8_t { unopened, open, unusable };
 
+    Connecting connecting_;
     State state_ = State::unopened;
     const XcbFunctions* xcb_ = nullptr;
     xcb_connection_t* connection_ = nullptr;

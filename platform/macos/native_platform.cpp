@@ -42,6 +42,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Platform> nativePlatform(ProcessRole role) { return std::make_unique<MacOSPlatform>(role); }
+std::unique_ptr<Platform> nativePlatform(ProcessRole role, const std::string& /*clipboardKeeper*/) {
+    return std::make_unique<MacOSPlatform>(role);
+}
 
 }  // namespace lomaris

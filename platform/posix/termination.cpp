@@ -13,6 +13,7 @@ public:
     }
     ~Guard() override {
         holdsOff_ = false;
+        termination_.chooseWhatSecondSignalDoes();
         termination_.endIfAsked();
         termination_.guards_.erase(std::find(termination_.guards_.begin(), termination_.guards_.end(), this));
     }
@@ -20,6 +21,7 @@ public:
     void holdOff() override {
         termination_.endIfAsked();
         holdsOff_ = true;
+        termination_.chooseWhatSecondSignalDoes();
     }
 
     [[nodiscard]] bool holdsOff() const { return holdsOff_; }
@@ -34,6 +36,7 @@ private:
 std::unique_ptr<TerminationGuard> Termination::guard(std::function<void()> cleanUp) {
     if (catchesSignals_ && !signals_) {
         signals_.emplace();
+        chooseWhatSecondSignalDoes();
     }
     return std::make_unique<Guard>(*this, std::move(cleanUp));
 }
@@ -47,6 +50,17 @@ void Termination::endIfAsked() {
     }
     endServices_();
     signals_->endProcess();
+}
+
+void Termination::letSecondSignalEnd() {
+    secondSignalEnds_ = true;
+    chooseWhatSecondSignalDoes();
+}
+
+void Termination::chooseWhatSecondSignalDoes() {
+    if (signals_) {
+        signals_->setSecondSignalEnds(secondSignalEnds_ && !isHeldOff());
+    }
 }
 
 bool Termination::isHeldOff() const {

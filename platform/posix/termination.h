@@ -24,6 +24,10 @@ public:
     /// program that embeds the library, signals are that program's own.
     void catchSignals() { catchesSignals_ = true; }
 
+    /// From now on a second signal ends the process immediately, without clean-up, unless a guard holds requests off:
+    /// to be called when another process does the clean-up in that case.
+    void letSecondSignalEnd();
+
     [[nodiscard]] std::unique_ptr<TerminationGuard> guard(std::function<void()> cleanUp);
 
     /// Ends the process, in order, where it was asked to end and no guard holds that off; else returns. Waits call it
@@ -38,9 +42,11 @@ private:
     class Guard;
 
     [[nodiscard]] bool isHeldOff() const;
+    void chooseWhatSecondSignalDoes();
 
     std::function<void()> endServices_;
     bool catchesSignals_ = false;
+    bool secondSignalEnds_ = false;
     std::optional<TerminationSignals> signals_;
     /// Newest last.
     std::vector<const Guard*> guards_;

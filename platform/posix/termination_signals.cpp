@@ -18,10 +18,27 @@ constexpr std::array<int, 3> signals{SIGTERM, SIGINT, SIGHUP};
 // What the handler reaches: all of it without a lock.
 std::atomic<int> firstSignal{0};
 std::atomic<int> writeEnd{-1};
-static_assert(std::atomic<int>::is_always_lock_free);
+std::atomic<bool> secondSignalEnds{false};
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
 
 std::array<struct sigaction, signals.size()> earlierActions;
 int readEnd = -1;
+
+/// Ends the process by a signal as if it had not been caught. May be called in a handler.
+[[noreturn]] void endBy(int signal) {
+    struct sigaction byDefault {};
+    byDefault.sa_handler = SIG_DFL;
+    sigemptyset(&byDefault.sa_mask);
+    sigaction(signal, &byDefault, nullptr);
+    sigset_t only;
+    sigemptyset(&only);
+    sigaddset(&only, signal);
+    pthread_sigmask(SIG_UNBLOCK, &only, nullptr);
+    static_cast<void>(raise(signal));
+    // A process that no signal may end (the first one of a container) survives its own signal.
+    constexpr int endedBySignal = 128;
+    std::_Exit(endedBySignal + signal);
+}
 
 extern "C" void noteSignal(int signal) {
     const int savedError = errno;
@@ -29,6 +46,8 @@ extern "C" void noteSignal(int signal) {
     if (firstSignal.compare_exchange_strong(none, signal)) {
         const char byte = 0;
         static_cast<void>(!write(writeEnd.load(), &byte, 1));
+    } else if (secondSignalEnds) {
+        endBy(signal);
     }
     errno = savedError;
 }
@@ -60,6 +79,7 @@ void closeEnd(int end) {
 
 TerminationSignals::TerminationSignals() {
     firstSignal = 0;
+    secondSignalEnds = false;
     openPipe();
     struct sigaction note {};
     note.sa_handler = noteSignal;
@@ -88,21 +108,9 @@ std::optional<int> TerminationSignals::pending() const {
     return signal == 0 ? std::nullopt : std::optional(signal);
 }
 
-void TerminationSignals::endProcess() {
-    const int signal = firstSignal;
-    struct sigaction byDefault {};
-    byDefault.sa_handler = SIG_DFL;
-    sigemptyset(&byDefault.sa_mask);
-    sigaction(signal, &byDefault, nullptr);
-    sigset_t only;
-    sigemptyset(&only);
-    sigaddset(&only, signal);
-    pthread_sigmask(SIG_UNBLOCK, &only, nullptr);
-    static_cast<void>(raise(signal));
-    // A process that nobody else may end (the first one of a container) survives its own signal.
-    constexpr int endedBySignal = 128;
-    std::_Exit(endedBySignal + signal);
-}
+void TerminationSignals::setSecondSignalEnds(bool ends) { secondSignalEnds = ends; }
+
+void TerminationSignals::endProcess() { endBy(firstSignal); }
 
 int terminationDescriptor() { return readEnd; }
 

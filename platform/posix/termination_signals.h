@@ -24,6 +24,10 @@ public:
     /// The first signal that came. Any thread.
     [[nodiscard]] std::optional<int> pending() const;
 
+    /// Whether a signal after the first one ends the process immediately, inside the handler, instead of being ignored.
+    /// False at first. Any thread.
+    void setSecondSignalEnds(bool ends);
+
     /// Ends the process by the pending signal, as if it had not been caught, so that whoever waits for the process sees
     /// why it ended. There must be one.
     [[noreturn]] void endProcess();

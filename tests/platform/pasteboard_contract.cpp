@@ -28,6 +28,8 @@ public:
         item.setData(bytes_, type);
     }
 
+    [[nodiscard]] std::optional<Bytes> promisedData(const PasteboardType& /*type*/) const override { return bytes_; }
+
     std::vector<PasteboardType> asked;
 
 private:

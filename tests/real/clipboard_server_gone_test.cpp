@@ -63,7 +63,7 @@ TEST_F(ClipboardOfLostServer, IsNotThereWithoutAServer) {
     for (const char* const display : {"", ":64999", "nonsense"}) {
         setenv("DISPLAY", display, 1);
         LinuxScheduling loop;
-        LinuxPasteboard unavailable(loop);
+        LinuxPasteboard unavailable(loop, forkKeeper);
         EXPECT_EQ(unavailable.items().size(), 0U) << display;
         EXPECT_EQ(unavailable.string(), std::nullopt) << display;
         EXPECT_EQ(unavailable.changeCount(), 0) << display;
@@ -120,8 +120,8 @@ TEST_F(ClipboardOfLostServer, IsGoneWithAServerThatHangsWhileItIsServed) {
 }
 
 TEST_F(ClipboardOfLostServer, TakesWhatWasLeftBehindWithIt) {
-    ASSERT_TRUE(put({{stringType, "words"}}));
     const std::size_t before = successors().size();
+    ASSERT_TRUE(put({{stringType, "words"}}));
     end();
     ASSERT_EQ(successors().size(), before + 1);
     server().end();

@@ -38,6 +38,8 @@ public:
         }
     }
 
+    [[nodiscard]] std::optional<Bytes> promisedData(const PasteboardType& /*type*/) const override { return bytes_; }
+
     std::vector<PasteboardType> asked;
 
 private:
@@ -91,7 +93,7 @@ public:
 
 private:
     LinuxScheduling scheduling_;
-    std::unique_ptr<LinuxPasteboard> pasteboard_ = std::make_unique<LinuxPasteboard>(scheduling_);
+    std::unique_ptr<LinuxPasteboard> pasteboard_ = std::make_unique<LinuxPasteboard>(scheduling_, forkKeeper);
 };
 
 inline const PasteboardType stringType{pasteboard_type::string};

@@ -1,0 +1,101 @@
+#include "platform/linux/keeper_link.h"
+
+#include "platform/linux/monotonic_clock.h"
+
+#include <chrono>
+#include <utility>
+
+namespace lomaris {
+
+namespace {
+
+using Kind = KeeperMessage::Kind;
+
+/// How long the keeper may take to confirm a request, its own start included.
+constexpr Duration patience = std::chrono::milliseconds(1500);
+
+}  // namespace
+
+bool KeeperLink::isThere() {
+    if (!std::exchange(wasTried_, true)) {
+        started_ = start_();
+        channel_ = KeeperChannel(std::move(started_.socket));
+    }
+    return channel_.isOpen();
+}
+
+void KeeperLink::begin() {
+    if (isThere()) {
+        channel_.send({.kind = Kind::began});
+    }
+}
+
+bool KeeperLink::protect(std::span<const KeptTarget> saved) {
+    return request({.kind = Kind::protect}, saved).has_value();
+}
+
+void KeeperLink::expectCopy(std::optional<std::int32_t> process, Duration wait) {
+    channel_.send({.kind = Kind::copyExpected, .process = process.value_or(0), .firstWait = wait.count()});
+}
+
+void KeeperLink::expectPaste(Duration minimumWait, Duration graceWait) {
+    channel_.send({.kind = Kind::pasteExpected, .firstWait = minimumWait.count(), .secondWait = graceWait.count()});
+}
+
+void KeeperLink::end() { channel_.send({.kind = Kind::ended}); }
+
+std::optional<KeeperLink::Published> KeeperLink::publish(std::span<const KeptTarget> contents) {
+    wasTextRead_ = false;
+    publishedSerial_ = serial_ + 1;
+    const auto confirmed = request({.kind = Kind::publish}, contents);
+    if (!confirmed) {
+        return std::nullopt;
+    }
+    return Published{confirmed->window, confirmed->time};
+}
+
+bool KeeperLink::textWasRead() {
+    while (const auto received = channel_.receive()) {
+        note(received->message);
+    }
+    return std::exchange(wasTextRead_, false);
+}
+
+void KeeperLink::finish() {
+    wasTried_ = true;
+    end();
+    channel_.close();
+    reapKeeper(started_);
+}
+
+std::optional<KeeperMessage> KeeperLink::request(KeeperMessage message, std::span<const KeptTarget> targets) {
+    if (!isThere()) {
+        return std::nullopt;
+    }
+    const FileDescriptor file = writeKeptTargets(targets);
+    message.serial = ++serial_;
+    if (!file || !channel_.send(message, file.number())) {
+        return std::nullopt;
+    }
+    const Moment deadline = later(monotonicNow(), patience);
+    while (const auto received = channel_.receive(deadline)) {
+        reapKeeper(started_);
+        if (received->message.kind == Kind::confirmed && received->message.serial == message.serial) {
+            const bool isDone = received->message.window != XCB_WINDOW_NONE;
+            return isDone ? std::optional(received->message) : std::nullopt;
+        }
+        note(received->message);
+    }
+    // A keeper that is late may not act on a request that counts as failed.
+    end();
+    channel_.close();
+    return std::nullopt;
+}
+
+void KeeperLink::note(const KeeperMessage& message) {
+    if (message.kind == Kind::textRead && message.serial == publishedSerial_) {
+        wasTextRead_ = true;
+    }
+}
+
+}  // namespace lomaris
