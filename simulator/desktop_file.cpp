@@ -127,12 +127,15 @@ void readUser(const JsonNode& node, Stage& stage) {
 }  // namespace
 
 std::unique_ptr<Stage> readDesktop(const JsonNode& file) {
-    file.allowKeys({"trusted", "promptAnswer", "eventAccess", "eventRequestAnswer", "failingKeyStrokes", "counters",
-                    "latency", "pasteboard", "systemWide", "applications", "user",
+    file.allowKeys({"trusted", "promptAnswer", "language", "eventAccess", "eventRequestAnswer", "failingKeyStrokes",
+                    "counters", "latency", "pasteboard", "systemWide", "applications", "user",
                     // What the driver of the scenarios runs on this desktop.
                     "run"});
     auto stage = std::make_unique<Stage>();
     readPermissions(file, stage->desktop);
+    if (const auto language = file.find("language")) {
+        stage->desktop.setLanguage(language->string());
+    }
     if (const auto latency = file.find("latency")) {
         readLatency(*latency, stage->desktop);
     }

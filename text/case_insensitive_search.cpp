@@ -5,6 +5,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <limits>
 #include <string>
@@ -22,9 +23,9 @@ struct FoldedText {
     std::vector<std::size_t> boundaries{0};
 };
 
-/// `utf8` with its case folded, decomposed, marks in canonical order.
-CodePoints folded(const std::string& utf8) {
-    constexpr auto options = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD);
+/// `utf8` decomposed, marks in canonical order. `moreOptions` are further options of the library.
+CodePoints decomposed(const std::string& utf8, int moreOptions = 0) {
+    const auto options = static_cast<utf8proc_option_t>(moreOptions | UTF8PROC_STABLE | UTF8PROC_DECOMPOSE);
     const auto* const bytes = reinterpret_cast<const utf8proc_uint8_t*>(utf8.data());
     const auto length = static_cast<utf8proc_ssize_t>(utf8.size());
     const utf8proc_ssize_t size = utf8proc_decompose(bytes, length, nullptr, 0, options);
@@ -33,6 +34,51 @@ CodePoints folded(const std::string& utf8) {
         utf8proc_decompose(bytes, length, result.data(), size, options);
     }
     return result;
+}
+
+/// The position of the dot above that belongs to the letter at `letter`, or the size of `codePoints`.
+std::size_t dotAbove(const CodePoints& codePoints, std::size_t letter) {
+    constexpr utf8proc_int32_t dot = 0x307;
+    constexpr utf8proc_propval_t above = 230;
+    for (std::size_t position = letter + 1; position < codePoints.size(); ++position) {
+        if (codePoints[position] == dot) {
+            return position;
+        }
+        const utf8proc_propval_t markClass = utf8proc_get_property(codePoints[position])->combining_class;
+        if (markClass == 0 || markClass == above) {
+            break;
+        }
+    }
+    return codePoints.size();
+}
+
+/// `utf8` with the lower-case letters of Turkish in place of I, with a dot and without one.
+std::string withTurkicLetters(const std::string& utf8) {
+    constexpr utf8proc_int32_t dotlessI = 0x131;
+    CodePoints codePoints = decomposed(utf8);
+    for (std::size_t position = 0; position < codePoints.size(); ++position) {
+        if (codePoints[position] != 'I') {
+            continue;
+        }
+        const std::size_t dot = dotAbove(codePoints, position);
+        const bool hasDot = dot < codePoints.size();
+        codePoints[position] = hasDot ? 'i' : dotlessI;
+        if (hasDot) {
+            codePoints.erase(codePoints.begin() + static_cast<std::ptrdiff_t>(dot));
+        }
+    }
+    std::string result;
+    for (const utf8proc_int32_t codePoint : codePoints) {
+        std::array<utf8proc_uint8_t, 4> bytes{};
+        const utf8proc_ssize_t size = utf8proc_encode_char(codePoint, bytes.data());
+        result.append(bytes.begin(), bytes.begin() + size);
+    }
+    return result;
+}
+
+/// `utf8` with its case folded, decomposed, marks in canonical order.
+CodePoints folded(const std::string& utf8, CaseRules rules) {
+    return decomposed(rules == CaseRules::turkic ? withTurkicLetters(utf8) : utf8, UTF8PROC_CASEFOLD);
 }
 
 /// Calls `take` with each user-perceived character of `text`, as UTF-8.
@@ -70,10 +116,11 @@ constexpr utf8proc_int32_t unequalToAll = -1;
 
 /// `text` folded; of characters with more code points than `longest` it only tells that they are there. Ordering the
 /// marks of a character takes time that grows with the square of their number.
-FoldedText foldedText(TextView text, std::size_t longest) {
+FoldedText foldedText(TextView text, CaseRules rules, std::size_t longest) {
     FoldedText result;
-    forEachCharacter(text, [&result, longest](const std::string& character) {
-        const CodePoints part = codePointCount(character) > longest ? CodePoints{unequalToAll} : folded(character);
+    forEachCharacter(text, [&result, rules, longest](const std::string& character) {
+        const CodePoints part =
+            codePointCount(character) > longest ? CodePoints{unequalToAll} : folded(character, rules);
         result.codePoints.insert(result.codePoints.end(), part.begin(), part.end());
         result.boundaries.push_back(result.codePoints.size());
     });
@@ -82,10 +129,15 @@ FoldedText foldedText(TextView text, std::size_t longest) {
 
 }  // namespace
 
-bool containsIgnoringCase(TextView text, TextView word) {
-    const CodePoints needle = foldedText(word, std::numeric_limits<std::size_t>::max()).codePoints;
-    // A part that is equal to the word consists of whole characters, none of them longer than the word.
-    const FoldedText haystack = foldedText(text, needle.size());
+CaseRules caseRulesOf(std::string_view language) {
+    return language == "tr" || language == "az" ? CaseRules::turkic : CaseRules::common;
+}
+
+bool containsIgnoringCase(TextView text, TextView word, CaseRules rules) {
+    const CodePoints needle = foldedText(word, rules, std::numeric_limits<std::size_t>::max()).codePoints;
+    // A part that is equal to the word consists of whole characters, none of them longer than the word once it is
+    // folded, which leaves half of its code points at least: the turkic rules make one of "I" and a dot.
+    const FoldedText haystack = foldedText(text, rules, 2 * needle.size());
     if (haystack.codePoints.empty()) {
         return false;
     }

@@ -2,7 +2,7 @@
 
 #include "platform/linux/desktop_entry.h"
 #include "platform/linux/file_contents.h"
-#include "platform/linux/message_locale.h"
+#include "platform/linux/process_locale.h"
 
 #include <algorithm>
 #include <cstdlib>

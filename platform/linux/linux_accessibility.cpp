@@ -10,6 +10,7 @@
 #include "platform/linux/object_attributes.h"
 #include "platform/linux/object_snapshot.h"
 #include "platform/linux/object_source.h"
+#include "platform/linux/process_locale.h"
 #include "platform/linux/settable_attributes.h"
 #include "platform/linux/text_writing.h"
 #include "text/case_insensitive_search.h"
@@ -159,7 +160,7 @@ public:
     }
 
     [[nodiscard]] bool containsIgnoringCase(TextView text, TextView word) override {
-        return lomaris::containsIgnoringCase(text, word);
+        return lomaris::containsIgnoringCase(text, word, caseRulesOf(characterLanguageOfProcess()));
     }
 
 private:

@@ -199,7 +199,7 @@ bool SimulatedAccessibility::containsIgnoringCase(TextView text, TextView word) 
     journal_.line(call) += ", ";
     appendQuoted(journal_.line(call), word);
     latency_.pass("containsIgnoringCase");
-    const bool answer = lomaris::containsIgnoringCase(text, word);
+    const bool answer = lomaris::containsIgnoringCase(text, word, caseRules_);
     journal_.line(call) += answer ? ") -> true" : ") -> false";
     return answer;
 }

@@ -5,6 +5,7 @@
 #include "platform/simulated/call_latency.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/reactor.h"
+#include "text/case_insensitive_search.h"
 
 #include <cstddef>
 #include <optional>
@@ -19,6 +20,7 @@ public:
 
     void setTrusted(bool trusted) { isTrusted_ = trusted; }
     void setPromptAnswer(bool trusted) { promptAnswer_ = trusted; }
+    void setLanguage(std::string_view language) { caseRules_ = caseRulesOf(language); }
 
     bool isProcessTrusted(TrustPrompt prompt) override;
     Element applicationElement(ProcessIdentifier processIdentifier) override;
@@ -55,6 +57,7 @@ private:
     Reactor& reactor_;
     bool isTrusted_ = true;
     std::optional<bool> promptAnswer_;
+    CaseRules caseRules_ = CaseRules::common;
 };
 
 }  // namespace lomaris::simulated

@@ -18,6 +18,7 @@ Scheduling& SimulatedDesktop::scheduling() { return world_->scheduling; }
 
 void SimulatedDesktop::setTrusted(bool trusted) { world_->accessibility.setTrusted(trusted); }
 void SimulatedDesktop::setPromptAnswer(bool trusted) { world_->accessibility.setPromptAnswer(trusted); }
+void SimulatedDesktop::setLanguage(std::string_view language) { world_->accessibility.setLanguage(language); }
 void SimulatedDesktop::setPostEventAccess(bool granted) { world_->events.setAccess(granted); }
 void SimulatedDesktop::setPostEventRequestAnswer(bool granted) { world_->events.setRequestAnswer(granted); }
 

@@ -83,6 +83,12 @@ public:
     /// What a request to post events answers where it is not granted already; a yes grants it. No by default.
     void setPostEventRequestAnswer(bool granted);
 
+    // The user's locale.
+
+    /// Its language as an ISO 639-1 code ("tr"), which decides which letters are equal regardless of case. None by
+    /// default.
+    void setLanguage(std::string_view language);
+
     // Applications.
 
     /// Starts an application, not in front. The process identifier must not be that of a running application.

@@ -134,6 +134,7 @@ TEST_F(MacOSAccessibility, ComparesUnderTheLocaleOfTheUser) {
     setUserLanguage("tr");
     EXPECT_FALSE(accessibility().containsIgnoringCase(u"MainEDITORView", u"editor"));
     EXPECT_TRUE(accessibility().containsIgnoringCase(u"MainEditorView", u"editor"));
+    EXPECT_TRUE(accessibility().containsIgnoringCase(u"MainED\u0130TORView", u"editor"));
 }
 
 }  // namespace

@@ -96,7 +96,8 @@ using NumberStorage = std::variant<std::int8_t, std::int32_t, std::int64_t, floa
 /// Whether an array or a dictionary retains what it holds, as one must that is handed to the platform.
 [[nodiscard]] bool retainsItsMembers(CFTypeRef collection);
 
-/// The language of the user's current locale, until it is set again. Under "tr" the small letter of "I" has no dot.
+/// The language of the user's current locale, until it is set again. Under "tr" and "az" the
+/// lower case of "I" has no dot.
 void setUserLanguage(const std::string& language);
 
 }  // namespace lomaris::test

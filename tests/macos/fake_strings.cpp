@@ -45,15 +45,9 @@ const Text& textOf(CFTypeRef string) {
     return static_cast<const __CFString&>(object).units;
 }
 
-/// Under Turkish rules "I" is the capital of the letter without a dot.
-Text withLettersOf(TextView text, CFLocaleRef locale) {
-    Text result(text);
-    if (locale != nullptr && static_cast<const __CFLocale&>(objectAt(locale)).language == "tr") {
-        for (char16_t& unit : result) {
-            unit = unit == u'I' ? u'\u0131' : unit;
-        }
-    }
-    return result;
+lomaris::CaseRules caseRulesIn(CFLocaleRef locale) {
+    return locale == nullptr ? lomaris::CaseRules::common
+                             : lomaris::caseRulesOf(static_cast<const __CFLocale&>(objectAt(locale)).language);
 }
 
 }  // namespace
@@ -109,12 +103,12 @@ Boolean CFStringFindWithOptionsAndLocale(CFStringRef string, CFStringRef sought,
     const TextView whole = textOf(string);
     const TextView text =
         whole.substr(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length));
-    const Text word = withLettersOf(textOf(sought), locale);
+    const Text& word = textOf(sought);
     if (word.empty()) {
         return 0;
     }
     if (options == kCFCompareCaseInsensitive) {
-        return lomaris::containsIgnoringCase(withLettersOf(text, locale), word) ? 1 : 0;
+        return lomaris::containsIgnoringCase(text, word, caseRulesIn(locale)) ? 1 : 0;
     }
     return text.find(word) != TextView::npos ? 1 : 0;
 }

@@ -342,6 +342,16 @@ TEST(SimulatedJournal, NamesEveryAccessibilityCallItsArgumentsAndItsAnswer) {
               }));
 }
 
+TEST(SimulatedAccessibility, ComparesUnderTheLanguageOfTheUser) {
+    SimulatedDesktop desktop;
+    desktop.setLanguage("tr");
+    EXPECT_FALSE(desktop.accessibility().containsIgnoringCase(u"EDITOR", u"editor"));
+    EXPECT_TRUE(desktop.accessibility().containsIgnoringCase(u"ED\u0130TOR", u"editor"));
+    desktop.setLanguage("de");
+    EXPECT_TRUE(desktop.accessibility().containsIgnoringCase(u"EDITOR", u"editor"));
+    EXPECT_FALSE(desktop.accessibility().containsIgnoringCase(u"ED\u0130TOR", u"editor"));
+}
+
 TEST(SimulatedAccessibility, FindsTheWordOfEditorsAsTheReferenceDoes) {
     SimulatedDesktop desktop;
     for (const Vector& vector : readVectors("editor-identifier")) {

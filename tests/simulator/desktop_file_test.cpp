@@ -79,8 +79,8 @@ TEST(DesktopFile, RefusesKeysThatStandTwice) {
 TEST(DesktopFile, RefusesUnknownKeys) {
     expectRefusals({
         {R"({"frobnicate": 1})",
-         "frobnicate: unknown key; expected one of: trusted, promptAnswer, eventAccess, eventRequestAnswer, "
-         "failingKeyStrokes, counters, latency, pasteboard, systemWide, applications, user, run"},
+         "frobnicate: unknown key; expected one of: trusted, promptAnswer, language, eventAccess, "
+         "eventRequestAnswer, failingKeyStrokes, counters, latency, pasteboard, systemWide, applications, user, run"},
         {R"({"counters": {"keys": 1}})",
          "counters.keys: unknown key; expected one of: keyDown, leftMouseDown, rightMouseDown, otherMouseDown"},
         {elementWith(R"("role": "AXTextArea")"),

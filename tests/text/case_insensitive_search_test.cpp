@@ -11,7 +11,7 @@ namespace {
 
 TEST(ContainsIgnoringCase, AgreesWithEveryReferenceLine) {
     for (const test::Vector& each : test::readVectors("editor-identifier")) {
-        EXPECT_EQ(containsIgnoringCase(test::textOf(each.value.at("text")), u"editor"),
+        EXPECT_EQ(containsIgnoringCase(test::textOf(each.value.at("text")), u"editor", CaseRules::common),
                   each.value.at("expected").at("contains").get<bool>())
             << "line " << each.line;
     }
@@ -40,8 +40,50 @@ TEST(ContainsIgnoringCase, ComparesWholeCharacters) {
         {u"", u"a", false},
     };
     for (const Case& each : cases) {
-        EXPECT_EQ(containsIgnoringCase(each.text, each.word), each.expected)
+        EXPECT_EQ(containsIgnoringCase(each.text, each.word, CaseRules::common), each.expected)
             << testing::PrintToString(each.text) << " " << testing::PrintToString(each.word);
+    }
+}
+
+TEST(ContainsIgnoringCase, TellsTheTurkishLettersApart) {
+    struct Case {
+        Text text;
+        Text word;
+        bool common;
+        bool turkic;
+    };
+    const std::vector<Case> cases{
+        {u"MainEditorView", u"editor", true, true},
+        {u"EDITOR", u"editor", true, false},
+        {u"ED\u0130TOR", u"editor", false, true},
+        {u"EDI\u0307TOR", u"editor", false, true},
+        {u"ed\u0131tor", u"editor", false, false},
+        {u"EDITOR", u"ed\u0131tor", false, true},
+        {u"ed\u0131tor", u"EDITOR", false, true},
+        {u"editor", u"ED\u0130TOR", false, true},
+        {u"editor", u"EDITOR", true, false},
+        // The dot of the letter, whatever marks are below it; a mark above hides it.
+        {u"I\u0323\u0307", u"i\u0323", false, true},
+        {u"I\u0301\u0307", u"\u0131\u0301\u0307", false, true},
+        {u"\u0130", u"i", false, true},
+        {u"\u00CE", u"\u00EE", true, false},
+        {u"\u00CE", u"\u0131\u0302", false, true},
+        {u"STRASSE \u00C4", u"stra\u00DFe \u00E4", true, true},
+        {u"", u"editor", false, false},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(containsIgnoringCase(each.text, each.word, CaseRules::common), each.common)
+            << testing::PrintToString(each.text) << " " << testing::PrintToString(each.word);
+        EXPECT_EQ(containsIgnoringCase(each.text, each.word, CaseRules::turkic), each.turkic)
+            << testing::PrintToString(each.text) << " " << testing::PrintToString(each.word);
+    }
+}
+
+TEST(CaseRulesOf, AreTurkicForTwoLanguages) {
+    EXPECT_EQ(caseRulesOf("tr"), CaseRules::turkic);
+    EXPECT_EQ(caseRulesOf("az"), CaseRules::turkic);
+    for (const char* const language : {"", "de", "lt", "tr_TR", "TR", "t"}) {
+        EXPECT_EQ(caseRulesOf(language), CaseRules::common) << language;
     }
 }
 

@@ -1,4 +1,4 @@
-#include "platform/linux/message_locale.h"
+#include "platform/linux/process_locale.h"
 
 #include <cstdlib>
 
@@ -12,6 +12,17 @@ std::string_view splitOff(std::string_view& text, char separator) {
     const std::string_view rest = text.substr(position);
     text = text.substr(0, position);
     return rest;
+}
+
+/// The locale that the environment sets for a category, or an empty one.
+std::string_view localeOfProcess(const char* category) {
+    for (const char* const name : {"LC_ALL", category, "LANG"}) {
+        const char* const value = std::getenv(name);
+        if (value != nullptr && *value != '\0') {
+            return value;
+        }
+    }
+    return {};
 }
 
 }  // namespace
@@ -38,14 +49,11 @@ std::vector<std::string> languageTags(std::string_view locale) {
     return tags;
 }
 
-std::vector<std::string> languageTagsOfProcess() {
-    for (const char* const name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const char* const value = std::getenv(name);
-        if (value != nullptr && *value != '\0') {
-            return languageTags(value);
-        }
-    }
-    return {};
+std::vector<std::string> languageTagsOfProcess() { return languageTags(localeOfProcess("LC_MESSAGES")); }
+
+std::string characterLanguageOfProcess() {
+    const std::vector<std::string> tags = languageTags(localeOfProcess("LC_CTYPE"));
+    return tags.empty() ? std::string() : tags.back();
 }
 
 }  // namespace lomaris

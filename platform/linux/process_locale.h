@@ -13,4 +13,8 @@ namespace lomaris {
 /// The tags for the language of this process's messages: the first non-empty one of LC_ALL, LC_MESSAGES and LANG.
 [[nodiscard]] std::vector<std::string> languageTagsOfProcess();
 
+/// The language whose letters this process uses, such as "tr": that of the first non-empty one of LC_ALL, LC_CTYPE and
+/// LANG. Empty for the locales "C" and "POSIX" and without a locale.
+[[nodiscard]] std::string characterLanguageOfProcess();
+
 }  // namespace lomaris
