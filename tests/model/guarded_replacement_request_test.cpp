@@ -202,6 +202,26 @@ TEST(GuardedReplacementRequest, IsRefusedWhenAnythingFollowsIt) {
     EXPECT_FALSE(decodeGuardedReplacementRequest(completeDocument() + '\0'));
 }
 
+TEST(GuardedReplacementRequest, IsRefusedWithATrailingComma) {
+    std::string document = completeDocument();
+    ASSERT_TRUE(decodeGuardedReplacementRequest(document));
+    document.back() = ',';
+    EXPECT_FALSE(decodeGuardedReplacementRequest(document + "}"));
+    EXPECT_FALSE(decodeGuardedReplacementRequest(document + " \n}"));
+    EXPECT_FALSE(
+        decodeGuardedReplacementRequest(documentWith("expectedSelectedRange", R"({"location":10,"length":9,})")));
+    const std::string activity = activityWith("", "");
+    ASSERT_TRUE(decodeGuardedReplacementRequest(documentWith("expectedInputActivity", activity)));
+    EXPECT_FALSE(decodeGuardedReplacementRequest(
+        documentWith("expectedInputActivity", activity.substr(0, activity.size() - 1) + ",}")));
+    // Also in the value of a key that is otherwise ignored.
+    for (const auto* value : {"[1,]", "{\"a\":1,}"}) {
+        EXPECT_FALSE(
+            decodeGuardedReplacementRequest("{\"other\":" + std::string(value) + "," + completeDocument().substr(1)))
+            << value;
+    }
+}
+
 TEST(GuardedReplacementRequest, LooksIntoNoValueOfAnUnknownKey) {
     using namespace std::string_literals;
     for (const auto& value : {"\"a\0\n\""s, "\"\\x\\ud800\""s, "\"\xFF\""s, "01"s, "1e400"s, "{\"\n\":1}"s}) {
