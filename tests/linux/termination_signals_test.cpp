@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <functional>
@@ -14,10 +15,17 @@
 namespace lomaris::test {
 namespace {
 
-/// Runs `body` in a process of its own; its exit status, or the negated number of the signal that ended it.
+constexpr std::array<int, 3> endingSignals{SIGTERM, SIGINT, SIGHUP};
+
+/// Runs `body` in a process of its own, in which the signals have their default actions. Returns its exit status, or
+/// the negated number of the signal that ended it.
 int statusOf(const std::function<int()>& body) {
     const pid_t process = fork();
     if (process == 0) {
+        // The program may have been started with signals ignored.
+        for (const int signal : endingSignals) {
+            std::signal(signal, SIG_DFL);
+        }
         _exit(body());
     }
     int status = 0;
@@ -32,7 +40,7 @@ bool isReadable(int descriptor) {
 }
 
 TEST(TerminationSignals, AreNotedAndEndTheProcessWhenItIsReady) {
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    for (const int signal : endingSignals) {
         const int status = statusOf([signal] {
             TerminationSignals signals;
             if (signals.pending() || isReadable(signals.descriptor())) {

@@ -27,6 +27,8 @@ extern char** environ;
 namespace lomaris::test {
 namespace {
 
+constexpr std::array<int, 3> endingSignals{SIGTERM, SIGINT, SIGHUP};
+
 enum class OutputPipe { empty, full };
 
 /// The tool while it runs, with a pipe that nobody reads as its standard output.
@@ -49,7 +51,18 @@ public:
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions, ends_[1], STDOUT_FILENO);
-        const int error = posix_spawn(&process_, LOMARIS_TOOL, &actions, nullptr, pointers.data(), environ);
+        // This program may have been started with the signals ignored.
+        posix_spawnattr_t attributes;
+        posix_spawnattr_init(&attributes);
+        sigset_t defaults;
+        sigemptyset(&defaults);
+        for (const int signal : endingSignals) {
+            sigaddset(&defaults, signal);
+        }
+        posix_spawnattr_setsigdefault(&attributes, &defaults);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+        const int error = posix_spawn(&process_, LOMARIS_TOOL, &actions, &attributes, pointers.data(), environ);
+        posix_spawnattr_destroy(&attributes);
         posix_spawn_file_actions_destroy(&actions);
         if (error != 0) {
             throw std::runtime_error("the tool could not be started");
@@ -121,8 +134,6 @@ private:
     UserClipboard clipboard_;
     std::unique_ptr<OtherOwner> copied_;
 };
-
-constexpr std::array<int, 3> endingSignals{SIGTERM, SIGINT, SIGHUP};
 
 TEST_F(Termination, DuringAReadPutsTheClipboardBack) {
     for (const int signal : endingSignals) {

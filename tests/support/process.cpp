@@ -150,12 +150,15 @@ ProcessResult runProcess(const std::vector<std::string>& commandLine, const Proc
     for (const int descriptor : options.closedDescriptors) {
         posix_spawn_file_actions_addclose(&actions, descriptor);
     }
-    // The tool must cope with a closed pipe by itself; what this process does with the signal must not be inherited.
+    // The tool must cope with a closed pipe and with termination by itself; what this process does with the signals
+    // must not be inherited.
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t defaults;
     sigemptyset(&defaults);
-    sigaddset(&defaults, SIGPIPE);
+    for (const int signal : {SIGPIPE, SIGTERM, SIGINT, SIGHUP}) {
+        sigaddset(&defaults, signal);
+    }
     posix_spawnattr_setsigdefault(&attributes, &defaults);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
 

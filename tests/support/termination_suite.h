@@ -24,7 +24,11 @@ protected:
     /// As the tool has it, with services that say that they end.
     class Ending {
     public:
-        Ending() { service_.termination().catchSignals(); }
+        Ending() {
+            // The program may have been started with the signal ignored.
+            static_cast<void>(std::signal(SIGTERM, SIG_DFL));
+            service_.termination().catchSignals();
+        }
 
         [[nodiscard]] std::unique_ptr<TerminationGuard> guard() {
             return service_.onTermination([] { std::cerr << "cleanUp "; });
