@@ -60,12 +60,31 @@ Locks planLocks(const KeyboardSnapshot& before, KeyGroup wantedGroup) {
     return locks;
 }
 
+/// The keys to hold for the wish, in the order in which they go down. nullopt if the map lacks one.
+std::optional<std::vector<Keycode>> keysOfModifiers(const KeyboardMap& map, KeyWish wish) {
+    std::vector<std::optional<Keycode>> found;
+    if (wish.withShift) {
+        found.push_back(findShiftKey(map));
+    }
+    if (wish.withControl) {
+        found.push_back(wish.withShift ? findControlKeyBesideShift(map) : findControlKey(map));
+    }
+    std::vector<Keycode> keys;
+    for (const auto& key : found) {
+        if (!key) {
+            return std::nullopt;
+        }
+        keys.push_back(*key);
+    }
+    return keys;
+}
+
 }  // namespace
 
 std::optional<std::vector<KeyStep>> planKeyPress(const KeyboardSnapshot& before, KeyWish wish) {
     const auto place = findKey(before.map, wish.keysym, before.state.group);
-    const auto control = wish.withControl ? findControlKey(before.map) : std::nullopt;
-    if (!place || (wish.withControl && !control)) {
+    const auto modifiers = keysOfModifiers(before.map, wish);
+    if (!place || !modifiers) {
         return std::nullopt;
     }
     std::vector<KeyStep> steps;
@@ -77,13 +96,14 @@ std::optional<std::vector<KeyStep>> planKeyPress(const KeyboardSnapshot& before,
     if (locks.set) {
         steps.emplace_back(*locks.set);
     }
-    if (control) {
-        steps.emplace_back(KeyMove{Direction::down, *control, std::nullopt});
+    for (const Keycode modifier : *modifiers) {
+        steps.emplace_back(KeyMove{Direction::down, modifier, std::nullopt});
     }
     steps.emplace_back(KeyMove{Direction::down, place->keycode, std::nullopt});
     steps.emplace_back(KeyMove{Direction::up, place->keycode, std::nullopt});
-    if (control) {
-        steps.emplace_back(KeyMove{Direction::up, *control, std::nullopt});
+    const std::vector<Keycode> lastFirst(modifiers->rbegin(), modifiers->rend());
+    for (const Keycode modifier : lastFirst) {
+        steps.emplace_back(KeyMove{Direction::up, modifier, std::nullopt});
     }
     if (locks.restore) {
         steps.emplace_back(*locks.restore);

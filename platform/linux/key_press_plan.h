@@ -67,10 +67,13 @@ struct LockChange {
 
 using KeyStep = std::variant<KeyMove, LockChange>;
 
-/// The key to press, and whether with Control.
+/// The key to press, and the modifiers to press it with.
 struct KeyWish {
     Keysym keysym = 0;
     bool withControl = false;
+    bool withShift = false;
+
+    friend bool operator==(const KeyWish&, const KeyWish&) = default;
 };
 
 /// The steps that press and release a key with exactly the modifiers of the wish. Everything in them is undone by them

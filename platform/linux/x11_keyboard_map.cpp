@@ -8,6 +8,7 @@ namespace lomaris {
 namespace {
 
 constexpr Keysym numLockKeysym = 0xff7f;
+constexpr Keysym leftShiftKeysym = 0xffe1;
 constexpr Keysym leftControlKeysym = 0xffe3;
 
 /// Caps Lock, Shift Lock, Num Lock, Scroll Lock, and the locks and latches of the further levels and groups.
@@ -74,9 +75,16 @@ std::uint8_t byteAt(std::span<const std::byte> bytes, std::size_t place) {
     return std::to_integer<std::uint8_t>(bytes[place]);
 }
 
-/// The first keysym of each layout of one key.
-std::optional<std::vector<Keysym>> takeKeysyms(ByteReader& reader, const KeyHead& head) {
+struct KeyMeanings {
+    /// The first keysym of each layout.
     std::vector<Keysym> keysyms;
+    /// Whether a further keysym of a layout differs from its first.
+    bool hasFurtherLevels = false;
+};
+
+std::optional<KeyMeanings> takeMeanings(ByteReader& reader, const KeyHead& head) {
+    KeyMeanings meanings;
+    std::vector<Keysym>& keysyms = meanings.keysyms;
     for (unsigned index = 0; index < head.keysymCount; ++index) {
         const auto keysym = reader.take<Keysym>();
         if (!keysym) {
@@ -84,10 +92,33 @@ std::optional<std::vector<Keysym>> takeKeysyms(ByteReader& reader, const KeyHead
         }
         if (head.width > 0 && index % head.width == 0) {
             keysyms.push_back(*keysym);
+        } else if (*keysym != 0 && !keysyms.empty() && *keysym != keysyms.back()) {
+            meanings.hasFurtherLevels = true;
         }
     }
     keysyms.resize(std::min<std::size_t>(keysyms.size(), head.groupInfo & groupCountBits));
-    return keysyms;
+    return meanings;
+}
+
+/// The keys that hold this modifier alone for as long as they are down, in ascending order.
+std::vector<Keycode> modifierKeys(const KeyboardMap& map, ModifierMask modifier) {
+    std::vector<Keycode> keys;
+    for (unsigned number = firstKeycode; number <= lastKeycode; ++number) {
+        const auto keycode = static_cast<Keycode>(number);
+        if (map.modifiersOf(keycode) == modifier && isHeldModifier(map, keycode)) {
+            keys.push_back(keycode);
+        }
+    }
+    return keys;
+}
+
+/// The key with this meaning, else the first one.
+std::optional<Keycode> preferred(const std::vector<Keycode>& keys, const KeyboardMap& map, Keysym keysym) {
+    if (keys.empty()) {
+        return std::nullopt;
+    }
+    const auto found = std::find_if(keys.begin(), keys.end(), [&](Keycode key) { return map.means(key, keysym); });
+    return found == keys.end() ? keys.front() : *found;
 }
 
 }  // namespace
@@ -110,14 +141,15 @@ std::optional<KeyboardMap> KeyboardMap::fromReply(std::span<const std::byte> rep
     ByteReader reader(reply.subspan(headSize));
     for (unsigned index = 0; index < keyCount; ++index) {
         const auto head = reader.take<KeyHead>();
-        auto keysyms = head ? takeKeysyms(reader, *head) : std::nullopt;
-        if (!keysyms) {
+        auto meanings = head ? takeMeanings(reader, *head) : std::nullopt;
+        if (!meanings) {
             return std::nullopt;
         }
-        map.groupCount_ = std::max(map.groupCount_, static_cast<KeyGroup>(keysyms->size()));
+        map.groupCount_ = std::max(map.groupCount_, static_cast<KeyGroup>(meanings->keysyms.size()));
         Key& key = map.keys_[firstKey + index];
         key.groupInfo = head->groupInfo;
-        key.keysyms = std::move(*keysyms);
+        key.hasFurtherLevels = meanings->hasFurtherLevels;
+        key.keysyms = std::move(meanings->keysyms);
     }
     for (unsigned index = 0; index < byteAt(reply, modifierKeyCountAt); ++index) {
         const auto entry = reader.take<ModifierEntry>();
@@ -171,19 +203,17 @@ std::optional<KeyPlace> findKey(const KeyboardMap& map, Keysym keysym, KeyGroup 
 }
 
 std::optional<Keycode> findControlKey(const KeyboardMap& map) {
-    std::optional<Keycode> found;
-    for (unsigned number = firstKeycode; number <= lastKeycode; ++number) {
-        const auto keycode = static_cast<Keycode>(number);
-        // A key that is another modifier as well would bring that one along.
-        if (map.modifiersOf(keycode) != controlModifier || !isHeldModifier(map, keycode)) {
-            continue;
-        }
-        if (map.means(keycode, leftControlKeysym)) {
-            return keycode;
-        }
-        found = found.value_or(keycode);
-    }
-    return found;
+    return preferred(modifierKeys(map, controlModifier), map, leftControlKeysym);
+}
+
+std::optional<Keycode> findShiftKey(const KeyboardMap& map) {
+    return preferred(modifierKeys(map, shiftModifier), map, leftShiftKeysym);
+}
+
+std::optional<Keycode> findControlKeyBesideShift(const KeyboardMap& map) {
+    std::vector<Keycode> keys = modifierKeys(map, controlModifier);
+    std::erase_if(keys, [&](Keycode key) { return !map.hasOneMeaning(key); });
+    return preferred(keys, map, leftControlKeysym);
 }
 
 ModifierMask numLockModifiers(const KeyboardMap& map) {

@@ -17,6 +17,7 @@ using Keycode = std::uint8_t;
 using KeyGroup = std::uint8_t;
 using ModifierMask = std::uint8_t;
 
+inline constexpr ModifierMask shiftModifier = 0x01;
 inline constexpr ModifierMask controlModifier = 0x04;
 
 /// What the keys of a keyboard mean without any modifier, in each layout, and which of them are modifiers.
@@ -35,6 +36,9 @@ public:
 
     [[nodiscard]] ModifierMask modifiersOf(Keycode keycode) const { return keys_[keycode].modifiers; }
 
+    /// Whether no modifier changes the meaning of the key, in any layout.
+    [[nodiscard]] bool hasOneMeaning(Keycode keycode) const { return !keys_[keycode].hasFurtherLevels; }
+
     /// Whether the key has this unmodified meaning in any layout.
     [[nodiscard]] bool means(Keycode keycode, Keysym keysym) const;
 
@@ -42,6 +46,7 @@ private:
     struct Key {
         std::uint8_t groupInfo = 0;
         ModifierMask modifiers = 0;
+        bool hasFurtherLevels = false;
         /// One for each layout of the key.
         std::vector<Keysym> keysyms;
     };
@@ -62,8 +67,13 @@ struct KeyPlace {
 /// Nothing where no key has it; one that needs a modifier does not count.
 [[nodiscard]] std::optional<KeyPlace> findKey(const KeyboardMap& map, Keysym keysym, KeyGroup groupInEffect);
 
-/// The key that holds Control, or nothing where there is none.
+/// The key that holds Control, or Shift, and no other modifier. nullopt if there is none.
 [[nodiscard]] std::optional<Keycode> findControlKey(const KeyboardMap& map);
+[[nodiscard]] std::optional<Keycode> findShiftKey(const KeyboardMap& map);
+
+/// The key that holds Control even if it goes down while Shift is held: keymaps that switch layouts by Control and
+/// Shift give it another meaning then. nullopt if there is none.
+[[nodiscard]] std::optional<Keycode> findControlKeyBesideShift(const KeyboardMap& map);
 
 /// The modifiers that Num Lock switches.
 [[nodiscard]] ModifierMask numLockModifiers(const KeyboardMap& map);

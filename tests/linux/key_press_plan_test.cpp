@@ -44,6 +44,8 @@ struct MapKey {
     std::vector<Keysym> keysyms;
     ModifierMask modifiers = 0;
     std::uint8_t outOfRange = 0;
+    /// The second keysym of each layout.
+    Keysym shifted = 'X';
 };
 
 void append(std::vector<std::byte>& bytes, const void* data, std::size_t size) {
@@ -65,7 +67,7 @@ std::vector<std::byte> mapReply(const std::vector<MapKey>& keys) {
         std::uint8_t groupInfo = 0;
         if (key != keys.end() && key->keycode == keycode) {
             for (const Keysym keysym : key->keysyms) {
-                keysyms.insert(keysyms.end(), {keysym, 'X'});
+                keysyms.insert(keysyms.end(), {keysym, key->shifted});
             }
             groupInfo = static_cast<std::uint8_t>(key->keysyms.size() | key->outOfRange);
             if (key->modifiers != 0) {
@@ -87,8 +89,13 @@ std::vector<std::byte> mapReply(const std::vector<MapKey>& keys) {
 
 KeyboardMap mapOf(const std::vector<MapKey>& keys) { return KeyboardMap::fromReply(mapReply(keys)).value(); }
 
-const std::vector<MapKey> latinKeys{{backspace, {backspaceKeysym}}, {control, {0xffe3}, 4},
-                                    {shift, {0xffe1}, 1},           {c, {'c'}},
+/// A key with the same meaning on both levels.
+MapKey modifierKey(Keycode keycode, Keysym keysym, ModifierMask modifiers) {
+    return {.keycode = keycode, .keysyms = {keysym}, .modifiers = modifiers, .shifted = keysym};
+}
+
+const std::vector<MapKey> latinKeys{{backspace, {backspaceKeysym}}, modifierKey(control, 0xffe3, 4),
+                                    modifierKey(shift, 0xffe1, 1),  {c, {'c'}},
                                     {capsLock, {0xffe5}, 2},        {numLock, {0xff7f}, 16}};
 
 KeyboardSnapshot quietKeyboard(std::vector<MapKey> keys = latinKeys) {
@@ -109,8 +116,10 @@ KeyStep locks(ModifierMask affected, ModifierMask locked, std::optional<KeyGroup
     return change;
 }
 
-const KeyWish copyWish{'c', true};
-const KeyWish deleteWish{backspaceKeysym, false};
+const KeyWish copyWish{.keysym = 'c', .withControl = true};
+const KeyWish terminalCopyWish{.keysym = 'c', .withControl = true, .withShift = true};
+const KeyWish deleteWish{.keysym = backspaceKeysym};
+const Steps terminalCopySteps{down(shift), down(control), down(c), up(c), up(control), up(shift)};
 
 TEST(KeyPressPlan, PressesAndReleasesInTurn) {
     EXPECT_EQ(planKeyPress(quietKeyboard(), copyWish), (Steps{down(control), down(c), up(c), up(control)}));
@@ -123,6 +132,57 @@ TEST(KeyPressPlan, IsNoneWhereTheMapLacksAKey) {
     EXPECT_EQ(planKeyPress(quietKeyboard({{c, {'c'}}}), copyWish), std::nullopt);
     // A Control that is another modifier too would bring that one along.
     EXPECT_EQ(planKeyPress(quietKeyboard({{control, {0xffe3}, 5}, {c, {'c'}}}), copyWish), std::nullopt);
+}
+
+TEST(KeyPressPlan, HoldsShiftAroundControl) {
+    EXPECT_EQ(planKeyPress(quietKeyboard(), terminalCopyWish), terminalCopySteps);
+}
+
+TEST(KeyPressPlan, ReleasesHeldModifiersBeforeItHoldsItsOwn) {
+    KeyboardSnapshot before = quietKeyboard();
+    before.state.heldModifiers = 1;
+    before.pressed.set(shift);
+    before.userKeyboards = {{keyboard, PressedKeys().set(shift)}};
+    Steps expected{up(shift)};
+    expected.insert(expected.end(), terminalCopySteps.begin(), terminalCopySteps.end());
+    EXPECT_EQ(planKeyPress(before, terminalCopyWish), expected);
+    EXPECT_EQ(planPuttingBack(before, before.userKeyboards), (Steps{up(shift, keyboard), down(shift, keyboard)}));
+}
+
+TEST(KeyPressPlan, UnlocksTheCapitalsForAPressWithShift) {
+    KeyboardSnapshot before = quietKeyboard();
+    before.state.lockedModifiers = 2;
+    Steps expected{locks(2, 0)};
+    expected.insert(expected.end(), terminalCopySteps.begin(), terminalCopySteps.end());
+    expected.push_back(locks(2, 2));
+    EXPECT_EQ(planKeyPress(before, terminalCopyWish), expected);
+}
+
+TEST(KeyPressPlan, LocksTheLayoutForAPressWithShift) {
+    KeyboardSnapshot before =
+        quietKeyboard({modifierKey(control, 0xffe3, 4), modifierKey(shift, 0xffe1, 1), {c, {cyrillicEs, 'c'}}});
+    Steps expected{locks(0, 0, KeyGroup{1})};
+    expected.insert(expected.end(), terminalCopySteps.begin(), terminalCopySteps.end());
+    expected.push_back(locks(0, 0, KeyGroup{0}));
+    EXPECT_EQ(planKeyPress(before, terminalCopyWish), expected);
+}
+
+TEST(KeyPressPlan, NeedsAShiftKeyOnlyForShift) {
+    const std::vector<MapKey> keys{modifierKey(control, 0xffe3, 4), {c, {'c'}}};
+    EXPECT_EQ(planKeyPress(quietKeyboard(keys), terminalCopyWish), std::nullopt);
+    EXPECT_EQ(planKeyPress(quietKeyboard(keys), copyWish), (Steps{down(control), down(c), up(c), up(control)}));
+}
+
+// With Shift held, such a key switches layouts: the letter would be pressed with Shift alone.
+TEST(KeyPressPlan, HoldsNoControlKeyThatShiftChanges) {
+    constexpr Keycode rightControl = 105;
+    const MapKey switching{.keycode = control, .keysyms = {0xffe3}, .modifiers = 4, .shifted = 0xfe08};
+    std::vector<MapKey> keys{switching, modifierKey(shift, 0xffe1, 1), {c, {'c'}}};
+    EXPECT_EQ(planKeyPress(quietKeyboard(keys), terminalCopyWish), std::nullopt);
+    EXPECT_EQ(planKeyPress(quietKeyboard(keys), copyWish), (Steps{down(control), down(c), up(c), up(control)}));
+    keys.push_back(modifierKey(rightControl, 0xffe4, 4));
+    EXPECT_EQ(planKeyPress(quietKeyboard(keys), terminalCopyWish),
+              (Steps{down(shift), down(rightControl), down(c), up(c), up(rightControl), up(shift)}));
 }
 
 TEST(KeyPressPlan, PutsBackOnlyWhatTheUserStillHolds) {
