@@ -6,11 +6,13 @@
 #include "platform/linux/application_directory.h"
 #include "platform/linux/atspi.h"
 #include "platform/linux/atspi_element.h"
+#include "platform/linux/focus_search.h"
 #include "platform/linux/menu_attributes.h"
 #include "platform/linux/object_attributes.h"
 #include "platform/linux/object_snapshot.h"
 #include "platform/linux/object_source.h"
 #include "platform/linux/process_locale.h"
+#include "platform/linux/roles.h"
 #include "platform/linux/settable_attributes.h"
 #include "platform/linux/text_writing.h"
 #include "text/case_insensitive_search.h"
@@ -25,7 +27,7 @@ namespace lomaris {
 
 namespace {
 
-class LinuxAccessibility final : public Accessibility {
+class LinuxAccessibility final : public TerminalAwareAccessibility {
 public:
     LinuxAccessibility(Workspace& workspace, WindowRaiser* raiser) : workspace_(workspace), raiser_(raiser) {}
 
@@ -161,6 +163,23 @@ public:
 
     [[nodiscard]] bool containsIgnoringCase(TextView text, TextView word) override {
         return lomaris::containsIgnoringCase(text, word, caseRulesOf(characterLanguageOfProcess()));
+    }
+
+    [[nodiscard]] bool isTerminalFocused(ProcessIdentifier processIdentifier) override {
+        BusConnection* const bus = freshConnection();
+        const Target root = bus == nullptr ? Target() : rootOf(processIdentifier);
+        if (!root.object) {
+            return false;
+        }
+        const FoundObject focused = findFocusedObject(*bus, *root.object);
+        bool isTerminal = false;
+        if (focused.object) {
+            bus->ask(*focused.object, atspi::accessible, "GetRole", {}, [&isTerminal](const BusReply& reply) {
+                isTerminal = reply.readUnsigned() == atspi_role::terminal;
+            });
+            bus->finish();
+        }
+        return isTerminal;
     }
 
 private:
@@ -305,7 +324,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Accessibility> makeLinuxAccessibility(Workspace& workspace, WindowRaiser* raiser) {
+std::unique_ptr<TerminalAwareAccessibility> makeLinuxAccessibility(Workspace& workspace, WindowRaiser* raiser) {
     return std::make_unique<LinuxAccessibility>(workspace, raiser);
 }
 

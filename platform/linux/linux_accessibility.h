@@ -8,10 +8,18 @@
 
 namespace lomaris {
 
+/// Accessibility that recognizes terminals, which have no role of their own on the platform the tool is written for.
+class TerminalAwareAccessibility : public Accessibility {
+public:
+    /// Whether the focused element of the process has the AT-SPI role terminal. False if the process shows nothing on
+    /// the bus, or if it does not reply in time. Main thread.
+    [[nodiscard]] virtual bool isTerminalFocused(ProcessIdentifier processIdentifier) = 0;
+};
+
 /// The accessibility service of a Linux desktop: AT-SPI objects over D-Bus, shown under the names and numbers that the
 /// logic uses (docs/linux.md has the tables). Connects to nothing before its first use. `workspace` tells the
 /// application in front, `raiser` brings windows there, or is null where nothing does; both must outlive the result.
-[[nodiscard]] std::unique_ptr<Accessibility> makeLinuxAccessibility(Workspace& workspace,
-                                                                    WindowRaiser* raiser = nullptr);
+[[nodiscard]] std::unique_ptr<TerminalAwareAccessibility> makeLinuxAccessibility(Workspace& workspace,
+                                                                                 WindowRaiser* raiser = nullptr);
 
 }  // namespace lomaris

@@ -13,6 +13,7 @@ inline constexpr std::uint32_t menu = 33;
 inline constexpr std::uint32_t menuBar = 34;
 inline constexpr std::uint32_t menuItem = 35;
 inline constexpr std::uint32_t popupMenu = 41;
+inline constexpr std::uint32_t terminal = 60;
 inline constexpr std::uint32_t text = 61;
 inline constexpr std::uint32_t paragraph = 73;
 inline constexpr std::uint32_t entry = 79;

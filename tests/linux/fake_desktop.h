@@ -49,7 +49,7 @@ protected:
 
     [[nodiscard]] Element application() { return accessibility().applicationElement(processIdentifier_); }
     [[nodiscard]] Element object(const std::string& path);
-    [[nodiscard]] Accessibility& accessibility() { return *accessibility_; }
+    [[nodiscard]] TerminalAwareAccessibility& accessibility() { return *accessibility_; }
     [[nodiscard]] FakePeer& desktop() { return *desktop_; }
     [[nodiscard]] FakePeer& peer() { return *peer_; }
     [[nodiscard]] FixedWorkspace& workspace() { return workspace_; }
@@ -67,7 +67,7 @@ private:
     std::unique_ptr<FakePeer> desktop_;
     std::unique_ptr<FakePeer> peer_;
     FixedWorkspace workspace_;
-    std::unique_ptr<Accessibility> accessibility_;
+    std::unique_ptr<TerminalAwareAccessibility> accessibility_;
 };
 
 /// The answer for a copy that fails.
