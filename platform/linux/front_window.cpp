@@ -18,40 +18,49 @@ std::optional<xcb_window_t> activeWindow(X11Connection& connection) {
     return windows.front();
 }
 
-/// Climbs from a window to the one that the window manager treats as a window of an application, or to the outermost
-/// one where there is no window manager.
-std::optional<xcb_window_t> applicationWindowAround(X11Connection& connection, xcb_window_t window) {
+}  // namespace
+
+std::optional<xcb_window_t> focusedWindow(X11Connection& connection) {
+    const auto focus =
+        connection.wait<xcb_get_input_focus_reply_t>(connection.xcb().get_input_focus(connection.handle()));
+    if (!focus || focus->focus == XCB_INPUT_FOCUS_NONE || focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT) {
+        return std::nullopt;
+    }
+    return focus->focus;
+}
+
+std::vector<xcb_window_t> windowsUpToApplication(X11Connection& connection, xcb_window_t window) {
+    std::vector<xcb_window_t> windows;
     for (int climb = 0; climb < highestClimb; ++climb) {
         const PropertyRequest stateRequest = requestProperty(connection, window, connection.atoms().windowState);
         const auto treeRequest = connection.xcb().query_tree(connection.handle(), window);
         const bool isManaged = receivePresence(connection, stateRequest);
         const auto tree = connection.wait<xcb_query_tree_reply_t>(treeRequest);
         if (!tree) {
-            return std::nullopt;
+            return {};
         }
+        windows.push_back(window);
         if (isManaged || tree->parent == tree->root) {
-            return window;
+            return windows;
         }
         if (tree->parent == XCB_WINDOW_NONE) {
-            return std::nullopt;
+            return {};
         }
         window = tree->parent;
     }
-    return std::nullopt;
+    return {};
 }
-
-}  // namespace
 
 std::optional<xcb_window_t> frontWindow(X11Connection& connection) {
     if (const auto active = activeWindow(connection)) {
         return active;
     }
-    const auto focus =
-        connection.wait<xcb_get_input_focus_reply_t>(connection.xcb().get_input_focus(connection.handle()));
-    if (!focus || focus->focus == XCB_INPUT_FOCUS_NONE || focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT) {
+    const auto focused = focusedWindow(connection);
+    if (!focused) {
         return std::nullopt;
     }
-    return applicationWindowAround(connection, focus->focus);
+    const std::vector<xcb_window_t> windows = windowsUpToApplication(connection, *focused);
+    return windows.empty() ? std::nullopt : std::optional(windows.back());
 }
 
 }  // namespace lomaris

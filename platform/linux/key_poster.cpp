@@ -34,12 +34,14 @@ bool KeyPoster::canPress(KeyWish wish) {
     return now && planKeyPress(*now, wish);
 }
 
-void KeyPoster::press(KeyWish wish) {
+void KeyPoster::press(KeyWish wish, const std::function<bool()>& mayPress) {
     if (!isReady()) {
         return;
     }
     connection_.xcb().grab_server(connection_.handle());
-    pressWhileGrabbed(wish);
+    if (mayPress()) {
+        pressWhileGrabbed(wish);
+    }
     connection_.xcb().ungrab_server(connection_.handle());
     settle();
 }
@@ -64,7 +66,7 @@ void KeyPoster::sendTo(xcb_window_t window, KeyWish wish) {
     if (!place) {
         return;
     }
-    const unsigned modifiers = wish.withControl ? controlModifier : 0;
+    const unsigned modifiers = (wish.withControl ? controlModifier : 0U) | (wish.withShift ? shiftModifier : 0U);
     for (const std::uint8_t type : {std::uint8_t{XCB_KEY_PRESS}, std::uint8_t{XCB_KEY_RELEASE}}) {
         xcb_key_press_event_t event{};
         event.response_type = type;

@@ -3,6 +3,7 @@
 #include "platform/linux/x11_connection.h"
 #include "platform/linux/x11_keyboard_requests.h"
 
+#include <functional>
 #include <optional>
 
 namespace lomaris {
@@ -23,8 +24,10 @@ public:
     /// Whether the keyboard has the keys of this wish now.
     [[nodiscard]] bool canPress(KeyWish wish);
 
-    /// Presses and releases the key; returns once the server has done so. Nothing happens where the keyboard lacks it.
-    void press(KeyWish wish);
+    /// Presses and releases the key; returns once the server has done so. Nothing happens where the keyboard lacks it,
+    /// or if `mayPress` returns false. `mayPress` is called at most once, when no other program can change anything any
+    /// more.
+    void press(KeyWish wish, const std::function<bool()>& mayPress);
 
     /// Sends the key to one window, whatever has the keyboard; returns once the server has done so.
     void sendTo(xcb_window_t window, KeyWish wish);

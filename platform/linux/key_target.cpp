@@ -16,15 +16,6 @@ bool isOfProcess(X11Connection& connection, xcb_window_t window, ProcessIdentifi
     return identifyWindows(connection, windows).front().processIdentifier == processIdentifier;
 }
 
-std::optional<xcb_window_t> focusedWindow(X11Connection& connection) {
-    const auto focus =
-        connection.wait<xcb_get_input_focus_reply_t>(connection.xcb().get_input_focus(connection.handle()));
-    if (!focus || focus->focus == XCB_INPUT_FOCUS_NONE || focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT) {
-        return std::nullopt;
-    }
-    return focus->focus;
-}
-
 std::optional<xcb_window_t> newestWindowOf(X11Connection& connection, ProcessIdentifier processIdentifier) {
     // The oldest comes first.
     const auto windows =

@@ -1,30 +1,25 @@
 #include "platform/linux/linux_events.h"
 
-#include "platform/linux/key_codes.h"
 #include "platform/linux/key_target.h"
 
 namespace lomaris {
+
+using applications::EditingKeys;
 
 namespace {
 
 class LinuxKeyStrokeEvents final : public KeyStrokeEvents {
 public:
-    explicit LinuxKeyStrokeEvents(KeyWish wish) : wish_(wish) {}
+    explicit LinuxKeyStrokeEvents(PlannedStroke stroke) : stroke_(stroke) {}
 
-    [[nodiscard]] KeyWish wish() const { return wish_; }
+    [[nodiscard]] const PlannedStroke& stroke() const { return stroke_; }
 
 private:
-    KeyWish wish_;
+    PlannedStroke stroke_;
 };
 
-KeyWish wishOf(const KeyStrokeEvents& events) { return static_cast<const LinuxKeyStrokeEvents&>(events).wish(); }
-
-std::optional<KeyWish> wishOf(KeyStroke keyStroke) {
-    const auto keysym = keysymOfKeyCode(keyStroke.keyCode);
-    if (!keysym || (keyStroke.flags & ~commandFlag) != 0) {
-        return std::nullopt;
-    }
-    return KeyWish{.keysym = *keysym, .withControl = (keyStroke.flags & commandFlag) != 0};
+const PlannedStroke& strokeOf(const KeyStrokeEvents& events) {
+    return static_cast<const LinuxKeyStrokeEvents&>(events).stroke();
 }
 
 }  // namespace
@@ -35,21 +30,43 @@ bool LinuxEvents::preflightPostEventAccess() { return poster_.isReady(); }
 bool LinuxEvents::requestPostEventAccess() { return preflightPostEventAccess(); }
 
 std::unique_ptr<KeyStrokeEvents> LinuxEvents::createKeyStroke(KeyStroke keyStroke) {
-    const auto wish = wishOf(keyStroke);
+    // A stroke without keys in an ordinary application has none anywhere.
+    if (!poster_.isReady() || !chooseKeys(keyStroke, EditingKeys::control)) {
+        return nullptr;
+    }
+    const auto receiver = sessionKeyReceiver(connection_);
+    const EditingKeys keys = editingKeysOf(receiver, isTerminalFocused_);
+    const auto wish = chooseKeys(keyStroke, keys);
     if (!wish || !poster_.canPress(*wish)) {
         return nullptr;
     }
-    return std::make_unique<LinuxKeyStrokeEvents>(*wish);
+    return std::make_unique<LinuxKeyStrokeEvents>(PlannedStroke{keyStroke, receiver, keys});
 }
 
-void LinuxEvents::postToSession(const KeyStrokeEvents& events) { poster_.press(wishOf(events)); }
+void LinuxEvents::postToSession(const KeyStrokeEvents& events) {
+    if (!poster_.isReady()) {
+        return;
+    }
+    const auto receiver = sessionKeyReceiver(connection_);
+    const auto wish = keysStillRight(strokeOf(events), receiver, isTerminalFocused_);
+    if (!wish) {
+        return;
+    }
+    // Only the X server can be asked while it is grabbed: the application may be waiting for it.
+    poster_.press(*wish, [&] { return sessionKeyReceiver(connection_) == receiver; });
+}
 
 void LinuxEvents::postToProcess(const KeyStrokeEvents& events, ProcessIdentifier processIdentifier) {
     if (!poster_.isReady()) {
         return;
     }
-    if (const auto window = keyTargetOf(connection_, processIdentifier)) {
-        poster_.sendTo(*window, wishOf(events));
+    const auto window = keyTargetOf(connection_, processIdentifier);
+    if (!window) {
+        return;
+    }
+    const EditingKeys keys = editingKeysOf(keyReceiverAround(connection_, *window), isTerminalFocused_);
+    if (const auto wish = chooseKeys(strokeOf(events).keyStroke, keys)) {
+        poster_.sendTo(*window, *wish);
     }
 }
 

@@ -1,16 +1,28 @@
 #pragma once
 
 #include "platform/event_services.h"
+#include "platform/linux/key_choice.h"
 #include "platform/linux/key_poster.h"
 #include "platform/linux/x11_connection.h"
 #include "platform/linux/x11_input_clock.h"
+
+#include <memory>
+#include <utility>
 
 namespace lomaris {
 
 /// Input of an X11 session.
 ///
-/// Keys: the Command flag is Control here, and a stroke with any other flag cannot be created; neither can one whose
-/// key the current keyboard map lacks without a modifier. Whoever may use the display may post keys: nobody is asked.
+/// Keys: a stroke is Copy, Paste or Delete, and cannot be created with any other flags than theirs. The keys for it are
+/// those of the window that is to receive them (`applications::EditingKeys`): Control for Command in an ordinary
+/// application, other keys or none in a terminal. A stroke cannot be created if the window with the input focus has no
+/// keys for it, or if the current keyboard map lacks a key without a modifier. Whoever may use the display may post
+/// keys: nobody is asked.
+///
+/// When a stroke is posted to the session, its receiver is determined again, and once more while no other program can
+/// move the focus. Nothing is pressed if other keys are right by then. Whether a terminal has the focus inside of the
+/// same window is not determined again. A stroke that is posted to a process uses the keys of its window, and nothing
+/// is sent if there are none.
 ///
 /// A key posted to the session carries exactly its modifiers, but for Num Lock. What is held is lifted for the press,
 /// what is locked is unlocked and a key of another layout gets that layout, all within one batch that the server either
@@ -28,9 +40,12 @@ namespace lomaris {
 /// counters may refuse where nothing was typed or clicked, and never the other way round.
 class LinuxEvents final : public EventServices {
 public:
-    /// `connection` outlives the services.
-    explicit LinuxEvents(X11Connection& connection)
-        : connection_(connection), inputClock_(connection), poster_(connection) {}
+    /// `connection` and whatever the query uses outlive the services.
+    LinuxEvents(X11Connection& connection, TerminalQuery isTerminalFocused)
+        : connection_(connection),
+          isTerminalFocused_(std::move(isTerminalFocused)),
+          inputClock_(connection),
+          poster_(connection) {}
 
     [[nodiscard]] bool preflightPostEventAccess() override;
     [[nodiscard]] bool requestPostEventAccess() override;
@@ -41,6 +56,7 @@ public:
 
 private:
     X11Connection& connection_;
+    TerminalQuery isTerminalFocused_;
     X11InputClock inputClock_;
     KeyPoster poster_;
 };

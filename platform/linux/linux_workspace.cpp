@@ -1,6 +1,7 @@
 #include "platform/linux/linux_workspace.h"
 
 #include "platform/linux/application_name.h"
+#include "platform/linux/applications/application_table.h"
 #include "platform/linux/front_window.h"
 #include "platform/linux/linux_process.h"
 #include "platform/linux/x11_properties.h"
@@ -19,8 +20,11 @@ std::optional<Text> bundleIdentifierOf(const WindowIdentity& identity) {
     if (!identity.applicationIdentifier.empty()) {
         return textFromUtf8(identity.applicationIdentifier);
     }
-    const auto known = identifierOfWindowClass(identity.windowClass.className);
-    return known ? std::optional(textFromUtf8(*known)) : std::nullopt;
+    const auto* const known = applications::findApplication(identity.windowClass.className);
+    if (known == nullptr || known->bundleIdentifier.empty()) {
+        return std::nullopt;
+    }
+    return textFromUtf8(known->bundleIdentifier);
 }
 
 std::optional<Text> localizedNameOf(const WindowIdentity& identity) {

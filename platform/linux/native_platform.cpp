@@ -48,10 +48,11 @@ private:
     LinuxScheduling scheduling_{[this] { pasteboard_.finish(); }};
     X11Connection connection_;
     LinuxWorkspace workspace_{connection_};
-    LinuxEvents events_{connection_};
+    LinuxEvents events_{connection_,
+                        [this](ProcessIdentifier process) { return accessibility_->isTerminalFocused(process); }};
     LinuxPasteboard pasteboard_;
     X11WindowRaiser windowRaiser_{connection_};
-    std::unique_ptr<Accessibility> accessibility_ = makeLinuxAccessibility(workspace_, &windowRaiser_);
+    std::unique_ptr<TerminalAwareAccessibility> accessibility_ = makeLinuxAccessibility(workspace_, &windowRaiser_);
 };
 
 }  // namespace

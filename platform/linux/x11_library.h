@@ -37,6 +37,7 @@ namespace lomaris {
     X(prefetch_extension_data)   \
     X(query_extension)           \
     X(query_keymap)              \
+    X(query_pointer)             \
     X(query_tree)                \
     X(screen_next)               \
     X(send_event)                \

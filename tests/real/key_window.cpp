@@ -77,6 +77,13 @@ KeyWindow::KeyWindow() : connection_(xcb_connect(nullptr, nullptr)) {
 
 KeyWindow::~KeyWindow() { xcb_disconnect(connection_); }
 
+void KeyWindow::setClass(const std::string& className) const {
+    const std::string bytes = "instance" + std::string(1, '\0') + className + std::string(1, '\0');
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(bytes.size()), bytes.data());
+    settle();
+}
+
 std::vector<std::string> KeyWindow::takeKeys() {
     settle();
     std::vector<std::string> keys;

@@ -17,6 +17,9 @@ public:
     KeyWindow& operator=(const KeyWindow&) = delete;
     ~KeyWindow();
 
+    /// Sets the class name of the window.
+    void setClass(const std::string& className) const;
+
     /// What came since the last call, in order: "+c control" is the key with the letter c going down while Control was
     /// held, "-c" goes up with no modifier, "group 2" follows where the second layout was in effect. The server has
     /// delivered everything that happened before the call.
