@@ -129,7 +129,15 @@ void exchange(Descriptor input, Descriptor output, Descriptor error, std::string
 
 }  // namespace
 
-ProcessResult runProcess(const std::vector<std::string>& commandLine, const ProcessOptions& options) {
+/// The caller's ends of the program's standard streams.
+struct StartedProcess::Streams {
+    Descriptor input;
+    Descriptor output;
+    Descriptor error;
+};
+
+StartedProcess::StartedProcess(const std::vector<std::string>& commandLine, const ProcessOptions& options)
+    : streams_(std::make_unique<Streams>()), input_(options.input) {
     std::signal(SIGPIPE, SIG_IGN);
     Pipe input = makePipe();
     Pipe output = makePipe();
@@ -172,22 +180,44 @@ ProcessResult runProcess(const std::vector<std::string>& commandLine, const Proc
     if (failure != 0) {
         throw std::system_error(failure, std::generic_category(), commandLine.at(0));
     }
-    input.readEnd.close();
-    output.writeEnd.close();
-    error.writeEnd.close();
+    process_ = process;
+    streams_->input = std::move(input.writeEnd);
+    streams_->output = std::move(output.readEnd);
+    streams_->error = std::move(error.readEnd);
+}
 
-    ProcessResult result;
-    exchange(std::move(input.writeEnd), std::move(output.readEnd), std::move(error.readEnd), options.input, result);
-    int status = 0;
-    while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+StartedProcess::~StartedProcess() {
+    if (process_ > 0) {
+        kill();
+        while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
+        }
     }
+}
+
+void StartedProcess::kill() const { ::kill(process_, SIGKILL); }
+
+ProcessResult StartedProcess::wait() {
+    ProcessResult result;
+    exchange(std::move(streams_->input), std::move(streams_->output), std::move(streams_->error), input_, result);
+    int status = 0;
+    while (waitpid(process_, &status, 0) < 0 && errno == EINTR) {
+    }
+    process_ = -1;
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     return result;
 }
 
-ProcessResult runTool(std::vector<std::string> arguments, const ProcessOptions& options) {
+ProcessResult runProcess(const std::vector<std::string>& commandLine, const ProcessOptions& options) {
+    return StartedProcess(commandLine, options).wait();
+}
+
+std::vector<std::string> toolCommandLine(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), LOMARIS_TOOL);
-    return runProcess(arguments, options);
+    return arguments;
+}
+
+ProcessResult runTool(std::vector<std::string> arguments, const ProcessOptions& options) {
+    return runProcess(toolCommandLine(std::move(arguments)), options);
 }
 
 }  // namespace lomaris::test

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <sys/types.h>
 
 namespace lomaris::test {
 
@@ -37,8 +40,35 @@ inline void PrintTo(const ProcessResult& result, std::ostream* stream) {
     *stream << "status " << result.status << ", output \"" << result.output << "\", error \"" << result.error << '"';
 }
 
+/// A program that runs while the caller does something else. One thread at a time, except for `kill`.
+class StartedProcess {
+public:
+    /// Throws if the program cannot be started.
+    explicit StartedProcess(const std::vector<std::string>& commandLine, const ProcessOptions& options = {});
+    StartedProcess(const StartedProcess&) = delete;
+    StartedProcess& operator=(const StartedProcess&) = delete;
+    /// Kills the program unless it was waited for.
+    ~StartedProcess();
+
+    /// Sends SIGKILL. Harmless after the program has ended, but not after `wait` has returned.
+    void kill() const;
+
+    /// Writes the input, collects the outputs until they are closed, and waits for the end. To be called once.
+    [[nodiscard]] ProcessResult wait();
+
+private:
+    struct Streams;
+
+    std::unique_ptr<Streams> streams_;
+    std::string input_;
+    pid_t process_ = -1;
+};
+
 /// Runs a program to its end. Throws where it cannot be started.
 [[nodiscard]] ProcessResult runProcess(const std::vector<std::string>& commandLine, const ProcessOptions& options = {});
+
+/// The tool of this build with these arguments, as a command line.
+[[nodiscard]] std::vector<std::string> toolCommandLine(std::vector<std::string> arguments);
 
 /// Runs the tool of this build.
 [[nodiscard]] ProcessResult runTool(std::vector<std::string> arguments, const ProcessOptions& options = {});
