@@ -26,10 +26,11 @@ const show = () => {
 };
 const count = Number(sessionStorage.count || 0) + 1;
 sessionStorage.count = count;
-onload = () => { t.value = 'The quick brown fox jumps'; t.focus(); t.setSelectionRange(10, 19); show(); };
+const restore = () => { t.value = 'The quick brown fox jumps'; t.focus(); t.setSelectionRange(10, 19); show(); };
+onload = restore;
 t.oninput = show;
 t.onselectionchange = show;
-onkeyup = event => { if (event.key === 'Shift') { ++shifts; show(); } };
+onkeyup = event => { if (event.key === 'Shift') { ++shifts; show(); } else if (event.key === 'F2') restore(); };
 </script>)";
 
 /// The number of the page that is shown; empty where none is.
@@ -65,10 +66,15 @@ void Browser::reset() {
     if (!isReset || !comesToShow(document, "10-19")) {
         throw std::runtime_error("the page did not load again");
     }
-    // The browser tells the accessibility bus about a page some time after it shows it.
-    if (!waitFor([this] { return exposesTheSelection(); })) {
-        throw std::runtime_error("the browser does not expose its selection");
+    waitUntilItExposesTheSelection();
+}
+
+void Browser::restore() {
+    pressKeys({"F2"});
+    if (!comesToShow(document, "10-19")) {
+        throw std::runtime_error("the page did not restore its text");
     }
+    waitUntilItExposesTheSelection();
 }
 
 void Browser::handleAllKeys() {
@@ -82,6 +88,13 @@ void Browser::handleAllKeys() {
 bool Browser::comesToShow(const std::string& text, const std::string& range) {
     const std::string shown = "\"" + text + "\" " + range + " end";
     return waitFor([&shown] { return titleInFront().find(shown) != std::string::npos; });
+}
+
+void Browser::waitUntilItExposesTheSelection() {
+    // The browser tells the accessibility bus about a page some time after it shows it.
+    if (!waitFor([this] { return exposesTheSelection(); })) {
+        throw std::runtime_error("the browser does not expose its selection");
+    }
 }
 
 bool Browser::exposesTheSelection() {

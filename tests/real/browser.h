@@ -30,6 +30,9 @@ public:
     /// Loads the page anew. Throws where the selection does not come to show to programs that assist the user.
     void reset();
 
+    /// Has the page restore its text and its selection, which is faster than loading it again. Throws if it does not.
+    void restore();
+
     /// Presses Shift; returns once the page, in front, has handled it, and so each key before. Throws where it never
     /// does.
     static void handleAllKeys();
@@ -38,6 +41,7 @@ public:
     [[nodiscard]] static bool comesToShow(const std::string& text, const std::string& range);
 
 private:
+    void waitUntilItExposesTheSelection();
     [[nodiscard]] bool exposesTheSelection();
 
     /// First, so that it goes when the browser has ended.

@@ -1,12 +1,15 @@
 #include "tests/real/desktop.h"
 
+#include "tests/real/clipboard_peer.h"
 #include "tests/real/running_program.h"
 #include "tests/real/waiting.h"
 #include "tests/support/process.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 
 namespace lomaris::test {
@@ -28,9 +31,33 @@ std::string packageOf(const std::string& program) { return program == "Xvfb" ? "
 
 std::string firstLineOf(const std::string& text) { return text.substr(0, text.find('\n')); }
 
-std::optional<pid_t> processOf(const std::string& line) {
-    const long number = std::strtol(line.c_str(), nullptr, 10);
-    return number > 0 ? std::optional(static_cast<pid_t>(number)) : std::nullopt;
+std::string bytesOf(ClipboardPeer& peer, xcb_window_t window, const char* property) {
+    constexpr std::uint32_t longestProperty = 16384;
+    const auto cookie =
+        xcb_get_property(peer.handle(), 0, window, peer.atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty);
+    const std::unique_ptr<xcb_get_property_reply_t, FreeEvent> reply(
+        xcb_get_property_reply(peer.handle(), cookie, nullptr));
+    if (!reply) {
+        return "";
+    }
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+std::optional<std::uint32_t> numberOf(ClipboardPeer& peer, xcb_window_t window, const char* property) {
+    const std::string bytes = bytesOf(peer, window, property);
+    std::uint32_t number = 0;
+    if (bytes.size() < sizeof number) {
+        return std::nullopt;
+    }
+    std::memcpy(&number, bytes.data(), sizeof number);
+    return number;
+}
+
+std::optional<xcb_window_t> windowInFront(ClipboardPeer& peer) {
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(peer.handle())).data->root;
+    const auto window = numberOf(peer, root, "_NET_ACTIVE_WINDOW");
+    return window && *window != XCB_WINDOW_NONE ? window : std::nullopt;
 }
 
 /// Moves the hands of the person at the desktop.
@@ -53,13 +80,16 @@ std::string missingPrograms(const std::vector<std::string>& programs) {
 }
 
 std::optional<pid_t> processInFront() {
-    const ProcessResult result = runProcess({"xdotool", "getactivewindow", "getwindowpid"});
-    return result.status == 0 ? processOf(firstLineOf(result.output)) : std::nullopt;
+    ClipboardPeer peer;
+    const auto window = windowInFront(peer);
+    const auto process = window ? numberOf(peer, *window, "_NET_WM_PID") : std::nullopt;
+    return process ? std::optional(static_cast<pid_t>(*process)) : std::nullopt;
 }
 
 std::string titleInFront() {
-    const ProcessResult result = runProcess({"xdotool", "getactivewindow", "getwindowname"});
-    return result.status == 0 ? firstLineOf(result.output) : "";
+    ClipboardPeer peer;
+    const auto window = windowInFront(peer);
+    return window ? firstLineOf(bytesOf(peer, *window, "_NET_WM_NAME")) : "";
 }
 
 void bringToFront(pid_t processIdentifier) {

@@ -71,6 +71,12 @@ void RunningProgram::freeze() const {
 
 void RunningProgram::resume() const { kill(processIdentifier_, SIGCONT); }
 
+bool RunningProgram::runs() const {
+    siginfo_t ended{};
+    return waitid(P_PID, static_cast<id_t>(processIdentifier_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           ended.si_pid == 0;
+}
+
 void RunningProgram::end() {
     if (processIdentifier_ < 0) {
         return;

@@ -24,6 +24,9 @@ public:
     void freeze() const;
     void resume() const;
 
+    /// Whether it has not ended by itself.
+    [[nodiscard]] bool runs() const;
+
     /// Kills it and returns once it is gone. Harmless when it is gone already.
     void end();
 

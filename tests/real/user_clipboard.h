@@ -29,12 +29,15 @@ using ClipboardContents = std::map<std::string, std::optional<PropertyValue>>;
 /// What the user copied before the tool runs: words with their formatting, and a picture.
 class UserClipboard {
 public:
-    /// Whether all of it, and nothing else, is there to be pasted.
-    [[nodiscard]] static bool isIntact() {
-        return clipboardContents() == ClipboardContents{{"UTF8_STRING", PropertyValue{"UTF8_STRING", 8, words()}},
-                                                        {"image/png", PropertyValue{"image/png", 8, longBytes(50000)}},
-                                                        {"text/html", PropertyValue{"text/html", 8, markup()}}};
+    /// All of it.
+    [[nodiscard]] static ClipboardContents contents() {
+        return {{"UTF8_STRING", PropertyValue{"UTF8_STRING", 8, words()}},
+                {"image/png", PropertyValue{"image/png", 8, longBytes(50000)}},
+                {"text/html", PropertyValue{"text/html", 8, markup()}}};
     }
+
+    /// Whether all of it, and nothing else, is there to be pasted.
+    [[nodiscard]] static bool isIntact() { return clipboardContents() == contents(); }
 
 private:
     static std::string words() { return "the user's \xf0\x9f\x91\x8b words"; }
