@@ -1,0 +1,32 @@
+#pragma once
+
+#include <random>
+
+namespace lomaris::test {
+
+/// How long the storms last and which moments they choose.
+struct StormOptions {
+    /// Rounds of each storm; with a clipboard manager a fifth of them, at least one.
+    int rounds = 3;
+    /// The same seed gives the same moments.
+    unsigned seed = std::random_device{}();
+};
+
+/// Set by `main` before the first test.
+[[nodiscard]] StormOptions& stormOptions();
+
+/// The moments of one storm.
+class RandomMoments {
+public:
+    RandomMoments() : engine_(stormOptions().seed) {}
+
+    /// Sleeps for up to so many milliseconds and returns how many it were.
+    int sleepUpTo(int milliseconds);
+
+    [[nodiscard]] bool coin() { return std::uniform_int_distribution<int>(0, 1)(engine_) == 1; }
+
+private:
+    std::mt19937 engine_;
+};
+
+}  // namespace lomaris::test
