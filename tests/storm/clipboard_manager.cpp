@@ -16,14 +16,16 @@ constexpr auto timeToStart = std::chrono::seconds(3);
 
 }  // namespace
 
-// Looks at the clipboard twice a second. Puts its last text on a clipboard that it finds without an owner, text that
-// is marked as a password included.
+// All three read each new text, and leave a clipboard alone that has an owner, even an empty text.
+
+// Looks at the clipboard about twice a second. Puts the last text that it saw on a clipboard without an owner, be it
+// marked as a password.
 ClipboardManagerProgram parcellite() { return {"Parcellite", "parcellite", {}, milliseconds(700)}; }
 
-// Is told of each change. Restores what it kept, without plain text, when the clipboard has lost its owner.
+// Is told of each change. Puts what it kept on a clipboard that has lost its owner, without the plain text.
 ClipboardManagerProgram clipman() { return {"Clipman", "xfce4-clipman", {}, milliseconds(200)}; }
 
-// Is told of each change. Keeps a history and leaves the clipboard alone.
+// Is told of each change. Keeps a history and never writes by itself.
 ClipboardManagerProgram copyQ() { return {"CopyQ", "copyq", {"copyq", "exit"}, milliseconds(500)}; }
 
 ClipboardManager::ClipboardManager(ClipboardManagerProgram program)

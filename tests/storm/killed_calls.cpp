@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 
@@ -14,9 +15,6 @@ namespace lomaris::test {
 namespace {
 
 using std::chrono::steady_clock;
-
-/// Calls that are killed end at any moment up to this one, or to their own end on a slower machine.
-constexpr int latestKill = 250;
 
 enum class Call { read, paste };
 
@@ -29,12 +27,25 @@ std::vector<std::string> commandLineOf(Call call) {
                                : std::vector<std::string>{"replace-selection", "--replacement", firstReplacement});
 }
 
-/// How many milliseconds a call takes on this machine that nothing disturbs.
+/// How many milliseconds a call takes on this machine if nothing disturbs it: the median of three.
 int durationOf(Findings& findings, StormDesktop& desktop, Call call, const StormCourse& course) {
-    desktop.startRound(findings, course.timeForManager);
-    const auto start = steady_clock::now();
-    static_cast<void>(runProcess(commandLineOf(call)));
-    return static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start).count());
+    std::array<int, 3> durations{};
+    for (int& duration : durations) {
+        desktop.startRound(findings, course.timeForManager);
+        const auto start = steady_clock::now();
+        static_cast<void>(runProcess(commandLineOf(call)));
+        const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start);
+        duration = static_cast<int>(taken.count());
+    }
+    std::sort(durations.begin(), durations.end());
+    return durations[1];
+}
+
+/// Sleeps until a random moment of a call that takes so long: half the time any moment up to a little after its end,
+/// and half the time one near the end, as the short time after the paste key is when a kill has most to break.
+int sleepUntilKill(RandomMoments& moments, int duration) {
+    const int latest = duration + duration / 5;
+    return moments.coin() ? moments.sleepBetween(0, latest) : moments.sleepBetween(duration * 4 / 5, latest);
 }
 
 /// A call that was killed has given no result, or its whole result just before its end.
@@ -95,13 +106,13 @@ Findings runKilledCalls(const StormCourse& course) {
     Findings findings;
     RandomMoments moments;
     StormDesktop& desktop = stormDesktop();
-    const int latestKillOfRead = std::max(latestKill, durationOf(findings, desktop, Call::read, course));
-    const int latestKillOfPaste = std::max(latestKill, durationOf(findings, desktop, Call::paste, course));
+    const int durationOfRead = durationOf(findings, desktop, Call::read, course);
+    const int durationOfPaste = durationOf(findings, desktop, Call::paste, course);
     for (int round = 0; round < course.rounds; ++round) {
         desktop.startRound(findings, course.timeForManager);
         const Call call = moments.coin() ? Call::read : Call::paste;
         StartedProcess process(commandLineOf(call));
-        const int moment = moments.sleepUpTo(call == Call::read ? latestKillOfRead : latestKillOfPaste);
+        const int moment = sleepUntilKill(moments, call == Call::read ? durationOfRead : durationOfPaste);
         process.kill();
         const ProcessResult result = process.wait();
         findings.startRound((call == Call::read ? "read killed after " : "paste killed after ") +

@@ -29,7 +29,7 @@ Findings runPairsOfReads(const StormCourse& course) {
     for (int round = 0; round < course.rounds; ++round) {
         desktop.startRound(findings, course.timeForManager);
         StartedProcess first(toolCommandLine({"read-selection"}));
-        const int distance = moments.sleepUpTo(longestDistance);
+        const int distance = moments.sleepBetween(0, longestDistance);
         StartedProcess second(toolCommandLine({"read-selection"}));
         findings.startRound("second read after " + std::to_string(distance) + " ms");
         judge(findings, first.wait());

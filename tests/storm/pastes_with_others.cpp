@@ -86,7 +86,7 @@ Findings runPastesWithOthers(const StormCourse& course) {
         desktop.startRound(findings, course.timeForManager);
         const bool withRead = moments.coin();
         StartedProcess first = startPaste(firstReplacement);
-        const int distance = moments.sleepUpTo(longestDistance);
+        const int distance = moments.sleepBetween(0, longestDistance);
         StartedProcess second =
             withRead ? StartedProcess(toolCommandLine({"read-selection"})) : startPaste(secondReplacement);
         findings.startRound((withRead ? "read after " : "second paste after ") + std::to_string(distance) + " ms");

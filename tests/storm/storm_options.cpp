@@ -10,8 +10,8 @@ StormOptions& stormOptions() {
     return options;
 }
 
-int RandomMoments::sleepUpTo(int milliseconds) {
-    const int chosen = std::uniform_int_distribution<int>(0, milliseconds)(engine_);
+int RandomMoments::sleepBetween(int shortest, int longest) {
+    const int chosen = std::uniform_int_distribution<int>(shortest, longest)(engine_);
     std::this_thread::sleep_for(std::chrono::milliseconds(chosen));
     return chosen;
 }

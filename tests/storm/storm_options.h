@@ -20,8 +20,8 @@ class RandomMoments {
 public:
     RandomMoments() : engine_(stormOptions().seed) {}
 
-    /// Sleeps for up to so many milliseconds and returns how many it were.
-    int sleepUpTo(int milliseconds);
+    /// Sleeps for that many milliseconds, and returns how many were chosen.
+    int sleepBetween(int shortest, int longest);
 
     [[nodiscard]] bool coin() { return std::uniform_int_distribution<int>(0, 1)(engine_) == 1; }
 
