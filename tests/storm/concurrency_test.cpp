@@ -41,6 +41,12 @@ TEST_F(Concurrency, KilledCallsLeaveTheUsersClipboard) {
     expectNoViolation(runKilledCalls({.rounds = stormOptions().rounds}));
 }
 
+TEST_F(Concurrency, ProcessesEndWhenTheUserCopiesRightAfterACall) {
+    // A round takes a fifth of the time that others take, and few of them meet the moment that matters.
+    constexpr int roundsInTheTimeOfOne = 5;
+    expectNoViolation(runCopiesAfterCalls({.rounds = roundsInTheTimeOfOne * stormOptions().rounds}));
+}
+
 TEST_F(Concurrency, ReadsOfNothingFail) { expectNoViolation(runReadsOfNothing({.rounds = 1})); }
 
 }  // namespace

@@ -26,7 +26,7 @@ public:
 
 private:
     int rounds_ = 0;
-    std::string description_;
+    std::string description_ = "before the first one";
     std::map<std::string, int> outcomes_;
     std::map<std::string, std::vector<std::string>> violations_;
 };

@@ -22,6 +22,9 @@ struct StormCourse {
 /// Reads and pastes that are killed at any moment, each followed by a read.
 [[nodiscard]] Findings runKilledCalls(const StormCourse& course);
 
+/// Reads after which another program owns the clipboard at once, so that no process of the tool has anything to serve.
+[[nodiscard]] Findings runCopiesAfterCalls(const StormCourse& course);
+
 /// Reads while nothing is selected.
 [[nodiscard]] Findings runReadsOfNothing(const StormCourse& course);
 
