@@ -13,8 +13,8 @@ public:
     Transition(State& state, Moment now) : state_(state), now_(now) {}
 
     bool operator()(const event::Began& /*event*/) const {
+        // What a paste has saved and not restored stays protected until the next `Protected`.
         state_.isUnderWay = true;
-        state_.isProtecting = false;
         state_.holds = true;
         state_.copyDeadline.reset();
         state_.paste.reset();

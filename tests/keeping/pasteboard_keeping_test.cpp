@@ -283,9 +283,18 @@ TEST_F(PasteboardKeeper, RestoresIfThePartnerDiesInTheRereadBeforeAPaste) {
     EXPECT_EQ(deeds(), (Deeds{"restores 60", "releases 1010"}));
 }
 
+TEST_F(PasteboardKeeper, RestoresWhatAPasteSavedIfThePartnerDiesAsItsNextOperationBegins) {
+    beginAndPublish();
+    at(10ms, PasteExpected{300ms, 2500ms});
+    at(100ms, Began());
+    at(101ms, PartnerGone());
+    EXPECT_EQ(deeds(), (Deeds{"restores 101", "releases 101"}));
+}
+
 TEST_F(PasteboardKeeper, BeginsTheNextOperationOfItsPartnerAnew) {
     beginAndPublish();
     at(10ms, PasteExpected{300ms, 2500ms});
+    at(50ms, Ended());
     at(100ms, Began());
     at(101ms, PartnerGone());
     EXPECT_EQ(deeds(), (Deeds{"releases 101"}));
