@@ -131,6 +131,21 @@ Reaction readReading(const JsonNode& node, Stage& stage) {
     });
 }
 
+Reaction readHolding(const JsonNode& node, Stage& stage) {
+    const std::optional<Duration> duration = readDurationOrForever(node);
+    return Reaction([&stage, duration] {
+        const Moment end = duration ? stage.desktop.now() + *duration : Moment::max();
+        static_cast<void>(stage.desktop.holdPasteboardUntil(end));
+    });
+}
+
+Reaction readKilling(const JsonNode& node, Stage& stage) {
+    if (!node.boolean()) {
+        node.refuse("true");
+    }
+    return Reaction([&stage] { stage.desktop.kill(); });
+}
+
 Reaction readAll(const JsonNode& node, Stage& stage) {
     std::vector<Reaction> actions;
     for (const JsonNode& member : node.members()) {
@@ -151,7 +166,7 @@ struct Verb {
     Reaction (*read)(const JsonNode& node, Stage& stage);
 };
 
-constexpr std::array<Verb, 24> verbs{{
+constexpr std::array<Verb, 26> verbs{{
     {"ignores", readIgnoring},
     {"all", readAll},
     {"copies", [](const JsonNode& node, Stage&) { return copies(node.text()); }},
@@ -162,6 +177,7 @@ constexpr std::array<Verb, 24> verbs{{
     {"deletesSelectionOf",
      [](const JsonNode& node, Stage& stage) { return deletesSelectionOf(readTextElement(node, stage)); }},
     {"reads", readReading},
+    {"holdsPasteboard", readHolding},
     {"types", readTyping},
     {"clicks", readClick},
     {"setsCounters",
@@ -202,6 +218,7 @@ constexpr std::array<Verb, 24> verbs{{
      [](const JsonNode& node, Stage& stage) {
          return Reaction([&stage, signal = readSignal(node)] { stage.desktop.terminate(signal); });
      }},
+    {"killsTheTool", readKilling},
 }};
 
 /// An action, or a whole reaction, which "inTurn" may be as well.

@@ -82,7 +82,13 @@ void readLatency(const JsonNode& node, SimulatedDesktop& desktop) {
 }
 
 void readPasteboard(const JsonNode& node, SimulatedDesktop& desktop) {
-    node.allowKeys({"items", "refusedWrites"});
+    node.allowKeys({"items", "refusedWrites", "heldUntil", "keeper"});
+    if (const auto keeper = node.find("keeper"); keeper && keeper->boolean()) {
+        desktop.addKeeper();
+    }
+    if (const auto heldUntil = node.find("heldUntil")) {
+        static_cast<void>(desktop.holdPasteboardUntil(readDurationOrForever(*heldUntil).value_or(Moment::max())));
+    }
     if (const auto items = node.find("items")) {
         desktop.userCopiesItems(readPasteboardItems(*items));
     }

@@ -179,6 +179,16 @@ SimulatedTextElement readTextElement(const JsonNode& node, const Stage& stage) {
     return SimulatedTextElement(element.state());
 }
 
+std::optional<Duration> readDurationOrForever(const JsonNode& node) {
+    if (node.value() == "forever") {
+        return std::nullopt;
+    }
+    if (!node.value().is_number()) {
+        node.refuse("\"forever\" or a number of seconds");
+    }
+    return node.seconds();
+}
+
 TextRange readRange(const JsonNode& node) {
     if (!node.value().is_array() || node.value().size() != 2) {
         node.refuse("a position and a length, [0, 5]");

@@ -5,6 +5,7 @@
 #include "simulator/json_node.h"
 #include "simulator/stage.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,9 @@ namespace lomaris::simulator {
 
 /// An element by its name that is a text area.
 [[nodiscard]] SimulatedTextElement readTextElement(const JsonNode& node, const Stage& stage);
+
+/// Seconds, or "forever" (nullopt).
+[[nodiscard]] std::optional<Duration> readDurationOrForever(const JsonNode& node);
 
 /// Two numbers, position and length.
 [[nodiscard]] TextRange readRange(const JsonNode& node);

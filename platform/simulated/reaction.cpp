@@ -75,7 +75,9 @@ Reaction copiesOnly(PasteboardType type, Bytes bytes) {
 }
 
 Reaction copiesItems(std::vector<CopiedItem> items) {
-    return Reaction([items = std::move(items)](simulated::World& world) { world.pasteboard.copyAsOther(items); });
+    return Reaction([items = std::move(items)](simulated::World& world) {
+        world.pasteboard.copyAsOther(items, world.reactor.acting());
+    });
 }
 
 Reaction copiesSelectionOf(const SimulatedTextElement& element) {
@@ -86,7 +88,8 @@ Reaction copiesSelectionOf(const SimulatedTextElement& element) {
         }
         const Text selected = element.text().substr(static_cast<std::size_t>(selection.location),
                                                     static_cast<std::size_t>(selection.length));
-        world.pasteboard.copyAsOther({itemOf(PasteboardType(pasteboard_type::string), utf8FromText(selected))});
+        world.pasteboard.copyAsOther({itemOf(PasteboardType(pasteboard_type::string), utf8FromText(selected))},
+                                     world.reactor.acting());
     });
 }
 

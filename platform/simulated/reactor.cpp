@@ -1,5 +1,6 @@
 #include "platform/simulated/reactor.h"
 
+#include "platform/simulated/meanwhile.h"
 #include "platform/simulated/world.h"
 
 #include <algorithm>
@@ -55,12 +56,14 @@ void Reactor::react(const ProcessState* process, ReactionsInTurn& reactions) {
         return;
     }
     for (const Reaction::Part& part : reaction->parts()) {
-        const auto act = [&world = world_, process, acts = part.acts] {
+        const auto act = [this, process, acts = part.acts] {
             if (!isAlive(process)) {
                 return;
             }
+            const Meanwhile acting(
+                acting_, process != nullptr ? std::optional(process->application.processIdentifier) : std::nullopt);
             for (const Reaction::Act& each : acts) {
-                each(world);
+                each(world_);
             }
         };
         world_.scheduler.actAfter(part.delay, act);

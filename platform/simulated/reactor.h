@@ -48,11 +48,15 @@ public:
     /// An attribute of an element is set; the result is its code.
     [[nodiscard]] AXError set(ElementState& element, std::string_view attribute, const AttributeValue& value);
 
+    /// The application whose reaction runs now; nullopt if none does.
+    [[nodiscard]] std::optional<ProcessIdentifier> acting() const { return acting_; }
+
 private:
     /// `process` is null for the system-wide element.
     void react(const ProcessState* process, ReactionsInTurn& reactions);
 
     World& world_;
+    std::optional<ProcessIdentifier> acting_;
 };
 
 }  // namespace lomaris::simulated

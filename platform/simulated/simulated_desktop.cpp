@@ -49,7 +49,9 @@ void SimulatedDesktop::userCopies(TextView text) {
     userCopiesItems({std::move(item)});
 }
 
-void SimulatedDesktop::userCopiesItems(const std::vector<CopiedItem>& items) { world_->pasteboard.copyAsOther(items); }
+void SimulatedDesktop::userCopiesItems(const std::vector<CopiedItem>& items) {
+    world_->pasteboard.copyAsOther(items, world_->reactor.acting());
+}
 
 void SimulatedDesktop::readPasteboardAsAnotherProgram(const PasteboardType& type,
                                                       std::function<void(std::optional<Bytes>)> whenRead) {
@@ -58,6 +60,13 @@ void SimulatedDesktop::readPasteboardAsAnotherProgram(const PasteboardType& type
 
 void SimulatedDesktop::refusePasteboardWrites(int count) { world_->pasteboard.refuseWrites(count); }
 void SimulatedDesktop::refusePasteboardWriteNumber(int number) { world_->pasteboard.refuseWriteNumber(number); }
+bool SimulatedDesktop::holdPasteboardUntil(Moment moment) { return world_->pasteboard.holdElsewhereUntil(moment); }
+
+void SimulatedDesktop::addKeeper() {
+    world_->process.setHasKeeper(true);
+    world_->pasteboard.addKeeper();
+}
+
 std::vector<StandingItem> SimulatedDesktop::pasteboardContents() const { return world_->pasteboard.contents(); }
 
 std::optional<Text> SimulatedDesktop::pasteboardStringForOthers() { return world_->pasteboard.stringForOthers(); }
@@ -88,6 +97,7 @@ void SimulatedDesktop::beforeCall(std::size_t number, std::function<void()> acti
 }
 
 void SimulatedDesktop::terminate(int signalNumber) { world_->process.tell(signalNumber); }
+void SimulatedDesktop::kill(int signalNumber) { world_->process.kill(signalNumber); }
 bool SimulatedDesktop::admitsOutput() { return world_->process.passOutput(); }
 std::optional<int> SimulatedDesktop::endedBySignal() const { return world_->process.endedBy(); }
 

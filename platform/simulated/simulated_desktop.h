@@ -37,8 +37,8 @@ struct PostedKeyStroke {
     friend bool operator==(const PostedKeyStroke&, const PostedKeyStroke&) = default;
 };
 
-/// What the main thread throws when `terminate` ends the process. Not a `std::exception`, so that no handler of the
-/// logic takes it for a failure.
+/// What the main thread throws when `terminate` or `kill` ends the process. Not a `std::exception`, so that no handler
+/// of the logic takes it for a failure.
 struct SimulatedTermination {
     int signal = 0;
 };
@@ -126,6 +126,13 @@ public:
     void refusePasteboardWrites(int count = 1);
     /// The pasteboard refuses the `number`-th write of this process since the beginning, the first being 1.
     void refusePasteboardWriteNumber(int number);
+    /// Another process takes exclusive use of the pasteboard until `moment`, or for good with `Moment::max()`. False if
+    /// it is in use already; nothing changes then. To try for the current moment only finds out whether it is in use.
+    /// `Pasteboard::tryHold` in an action is a try of another process as well.
+    [[nodiscard]] bool holdPasteboardUntil(Moment moment);
+    /// The platform has a keeper of the pasteboard, as described at `PasteboardHold`, from the first hold of this
+    /// process on. While the process runs, its run loop keeps its promises, as without a keeper. None by default.
+    void addKeeper();
     [[nodiscard]] std::vector<StandingItem> pasteboardContents() const;
     /// The plain text that another program finds now, or nothing where there is none. This process keeps its promise
     /// for it on the spot, whether or not its run loop turns, or gives nothing once it has ended. Not for actions.
@@ -175,7 +182,16 @@ public:
     /// next call instead where a guard that went ended the process or where another exception is on its way, because
     /// a second one could not leave a destructor. From the end on calls do nothing, answer a failure or nothing, and
     /// are not journalled; only waits still take their time, so that nobody turns in circles before a deadline.
+    ///
+    /// Further requests count for nothing. Only if the desktop has a keeper and a guard has existed, a second request
+    /// before the end kills the process, unless a guard holds the end off.
     void terminate(int signalNumber);
+    /// Kills this process: no clean-up runs, promises are not resolved, and guards do not matter. Programs that wait
+    /// for promised text get it from the keeper, if there is one, otherwise nothing. Meant for actions.
+    ///
+    /// `SimulatedTermination` comes out of the call or wait that the main thread is in, or out of its next one. Writes
+    /// to the pasteboard only do nothing, because destructors make them. Everything else is as after `terminate`.
+    void kill(int signalNumber = 9);
     /// Whether this process may write to its standard output: not any more once it was told to end. Where that ends it
     /// at its next call, or has ended it, this throws `SimulatedTermination` as the call would.
     [[nodiscard]] bool admitsOutput();

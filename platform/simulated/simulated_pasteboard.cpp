@@ -1,6 +1,5 @@
 #include "platform/simulated/simulated_pasteboard.h"
 
-#include "platform/inert_pasteboard_hold.h"
 #include "platform/simulated/describe.h"
 #include "text/utf8.h"
 
@@ -152,7 +151,12 @@ std::optional<Text> SimulatedPasteboard::stringForOthers() {
     if (scheduler_.isActing()) {
         abortScenario("an action cannot wait for a promise; it reads as another program instead");
     }
-    return composeString();
+    std::optional<Text> text = composeString();
+    const std::vector<std::shared_ptr<StoredItem>> items = items_;
+    for (const auto& item : items) {
+        noteRead(*item, stringType);
+    }
+    return text;
 }
 
 std::int64_t SimulatedPasteboard::changeCount() {
@@ -166,23 +170,34 @@ std::int64_t SimulatedPasteboard::changeCount() {
 }
 
 void SimulatedPasteboard::clearContents() {
+    const auto write = process_.write();
     if (!journal_.admits()) {
         return;
     }
     journal_.begin("clearContents()");
     latency_.pass("clearContents");
+    if (process_.isOver()) {
+        return;
+    }
     isOwnedHere_ = true;
     clear();
     isJustCleared_ = true;
+    if (SimulatedKeeper* const keeper = use_->keeper()) {
+        keeper->publish();
+    }
 }
 
 bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
+    const auto write = process_.write();
     if (!journal_.admits()) {
         return false;
     }
     const std::size_t call = journal_.begin("writeItems(");
     appendList(journal_.line(call), items, appendNewItem);
     latency_.pass("writeItems");
+    if (process_.isOver()) {
+        return false;
+    }
     ++writeCount_;
     if (refusals_ > 0 || refusedNumbers_.contains(writeCount_) || !isOwnedHere_) {
         refusals_ = refusals_ > 0 ? refusals_ - 1 : 0;
@@ -192,6 +207,12 @@ bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     for (NewPasteboardItem& item : items) {
         append(storedItemOf(std::move(item)));
     }
+    if (SimulatedKeeper* const keeper = use_->keeper()) {
+        for (const auto& item : items_) {
+            item->handPromisesToKeeper();
+        }
+        keeper->publish();
+    }
     if (!std::exchange(isJustCleared_, false)) {
         ++changeCount_;
     }
@@ -199,7 +220,12 @@ bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     return true;
 }
 
-std::unique_ptr<PasteboardHold> SimulatedPasteboard::tryHold() { return std::make_unique<InertPasteboardHold>(); }
+std::unique_ptr<PasteboardHold> SimulatedPasteboard::tryHold() { return use_->tryHold(); }
+
+void SimulatedPasteboard::addKeeper() {
+    use_->setKeeper(std::make_unique<SimulatedKeeper>(
+        scheduler_, [this](const std::vector<PasteboardItemContents>& saved) { restore(saved); }));
+}
 
 std::optional<Bytes> SimulatedPasteboard::fetch(const std::shared_ptr<StoredItem>& item, const PasteboardType& type) {
     StoredEntry* entry = item->isGone ? nullptr : item->find(type);
@@ -223,11 +249,22 @@ std::optional<Bytes> SimulatedPasteboard::fetch(const std::shared_ptr<StoredItem
     return entry->bytes;
 }
 
-void SimulatedPasteboard::copyAsOther(const std::vector<CopiedItem>& items) {
+void SimulatedPasteboard::copyAsOther(const std::vector<CopiedItem>& items, std::optional<ProcessIdentifier> copier) {
     isOwnedHere_ = false;
     clear();
     for (const CopiedItem& item : items) {
         append(storedItemOf(item));
+    }
+    if (SimulatedKeeper* const keeper = use_->keeper()) {
+        keeper->noteCopy(copier);
+    }
+}
+
+void SimulatedPasteboard::restore(const std::vector<PasteboardItemContents>& saved) {
+    isOwnedHere_ = false;
+    clear();
+    for (const PasteboardItemContents& contents : saved) {
+        append(storedItemOf(CopiedItem{.data = contents, .promises = {}}));
     }
 }
 
@@ -242,8 +279,7 @@ void SimulatedPasteboard::readAsOther(const PasteboardType& type, WhenRead whenR
             runLoop_.requestService([this] { serveNextReading(); });
             return;
         }
-        std::optional<Bytes> bytes = fetch(item, type);
-        scheduler_.act([&] { whenRead(std::move(bytes)); });
+        finish({item, type, std::move(whenRead)});
         return;
     }
     scheduler_.act([&] { whenRead(std::nullopt); });
@@ -272,6 +308,26 @@ void SimulatedPasteboard::resolvePromises() {
     }
 }
 
+void SimulatedPasteboard::loseProcess(ThisProcess::Ending ending) {
+    SimulatedKeeper* const keeper = use_->keeper();
+    if (keeper != nullptr) {
+        for (const auto& item : items_) {
+            item->letKeeperKeepPromises();
+        }
+    }
+    // The keeper has the text for those who wait for it; without a keeper there is nothing for them.
+    for (const Reading& reading : std::exchange(readings_, {})) {
+        finish(reading);
+    }
+    if (keeper == nullptr) {
+        return;
+    }
+    if (ending == ThisProcess::Ending::orderly) {
+        keeper->end();
+    }
+    keeper->losePartner();
+}
+
 void SimulatedPasteboard::clear() {
     ++changeCount_;
     isJustCleared_ = false;
@@ -295,8 +351,21 @@ void SimulatedPasteboard::serveNextReading() {
     }
     const Reading reading = std::move(readings_.front());
     readings_.pop_front();
+    finish(reading);
+}
+
+void SimulatedPasteboard::finish(const Reading& reading) {
     std::optional<Bytes> bytes = fetch(reading.item, reading.type);
     scheduler_.act([&] { reading.whenRead(std::move(bytes)); });
+    noteRead(*reading.item, reading.type);
+}
+
+void SimulatedPasteboard::noteRead(StoredItem& item, const PasteboardType& type) {
+    SimulatedKeeper* const keeper = use_->keeper();
+    const StoredEntry* const entry = item.isGone ? nullptr : item.find(type);
+    if (keeper != nullptr && type == stringType && entry != nullptr && entry->wasPromisedHere && entry->bytes) {
+        keeper->noteTextRead();
+    }
 }
 
 }  // namespace lomaris::simulated

@@ -3,6 +3,7 @@
 #include "platform/pasteboard.h"
 #include "platform/simulated/call_latency.h"
 #include "platform/simulated/journal.h"
+#include "platform/simulated/pasteboard_use.h"
 #include "platform/simulated/scheduler.h"
 #include "platform/simulated/simulated_scheduling.h"
 #include "platform/simulated/stored_item.h"
@@ -36,7 +37,8 @@ public:
     /// The bytes of one type of an item, asked from whoever promised them.
     [[nodiscard]] std::optional<Bytes> fetch(const std::shared_ptr<StoredItem>& item, const PasteboardType& type);
 
-    void copyAsOther(const std::vector<CopiedItem>& items);
+    /// An application copies, or the user or any other program does (nullopt).
+    void copyAsOther(const std::vector<CopiedItem>& items, std::optional<ProcessIdentifier> copier);
     /// The plain text of all items, as another program finds it now.
     [[nodiscard]] std::optional<Text> stringForOthers();
     void readAsOther(const PasteboardType& type, WhenRead whenRead);
@@ -46,6 +48,11 @@ public:
 
     /// Asks for everything that this process still promises, and hands it to the programs that wait for it.
     void resolvePromises();
+    /// This process is over: the keeper takes its place, if there is one.
+    void loseProcess(ThisProcess::Ending ending);
+
+    void addKeeper();
+    [[nodiscard]] bool holdElsewhereUntil(Moment moment) { return use_->holdElsewhereUntil(moment); }
 
 private:
     /// A program that waits for bytes that this process promised.
@@ -59,12 +66,17 @@ private:
     void clear();
     void append(std::shared_ptr<StoredItem> item);
     void serveNextReading();
+    void finish(const Reading& reading);
+    void restore(const std::vector<PasteboardItemContents>& saved);
+    /// Tells the keeper that another program has read the promised text.
+    void noteRead(StoredItem& item, const PasteboardType& type);
 
     Scheduler& scheduler_;
     ThisProcess& process_;
     Journal& journal_;
     CallLatency& latency_;
     SimulatedScheduling& runLoop_;
+    std::shared_ptr<PasteboardUse> use_ = std::make_shared<PasteboardUse>(scheduler_, process_);
     std::vector<std::shared_ptr<StoredItem>> items_;
     std::deque<Reading> readings_;
     std::int64_t changeCount_ = 100;

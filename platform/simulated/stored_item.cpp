@@ -22,6 +22,23 @@ void StoredItem::store(std::string_view type, std::string_view bytes) {
     entry->isPromisedHere = false;
 }
 
+void StoredItem::handPromisesToKeeper() {
+    for (StoredEntry& entry : entries) {
+        if (entry.isPromisedHere) {
+            entry.keptBytes = provider->promisedData(entry.type);
+        }
+    }
+}
+
+void StoredItem::letKeeperKeepPromises() {
+    for (StoredEntry& entry : entries) {
+        if (entry.isPromisedHere && entry.keptBytes) {
+            entry.bytes = entry.keptBytes;
+            entry.isPromisedHere = false;
+        }
+    }
+}
+
 std::shared_ptr<StoredItem> storedItemOf(NewPasteboardItem item) {
     auto stored = std::make_shared<StoredItem>();
     for (const auto& [type, bytes] : item.data) {
@@ -29,7 +46,8 @@ std::shared_ptr<StoredItem> storedItemOf(NewPasteboardItem item) {
     }
     for (PasteboardType& type : item.promisedTypes) {
         if (stored->find(type) == nullptr) {
-            stored->entries.push_back({std::move(type), std::nullopt, nullptr, item.provider != nullptr});
+            const bool isPromised = item.provider != nullptr;
+            stored->entries.push_back({std::move(type), std::nullopt, nullptr, isPromised, isPromised, std::nullopt});
         }
     }
     stored->provider = std::move(item.provider);
@@ -43,7 +61,7 @@ std::shared_ptr<StoredItem> storedItemOf(const CopiedItem& item) {
     }
     for (const auto& [type, promise] : item.promises) {
         if (stored->find(type) == nullptr) {
-            stored->entries.push_back({type, std::nullopt, promise, false});
+            stored->entries.push_back({type, std::nullopt, promise, false, false, std::nullopt});
         }
     }
     return stored;

@@ -17,6 +17,10 @@ struct StoredEntry {
     std::optional<Bytes> bytes;
     std::function<std::optional<Bytes>()> promiseOfOther;
     bool isPromisedHere = false;
+    /// Stays true once the promise is kept.
+    bool wasPromisedHere = false;
+    /// What the keeper gives in the place of this process; nullopt if there is no keeper or the bytes are not known.
+    std::optional<Bytes> keptBytes;
 };
 
 /// An item on the pasteboard. Those who ask for it share it; `isGone` once the pasteboard has other contents.
@@ -30,6 +34,10 @@ struct StoredItem {
     [[nodiscard]] StoredEntry* find(std::string_view type);
     /// Gives a type its bytes; a type that the item has not is added.
     void store(std::string_view type, std::string_view bytes);
+    /// Gives the keeper what it must know to keep the promises of this process.
+    void handPromisesToKeeper();
+    /// The keeper takes the place of this process, which has ended.
+    void letKeeperKeepPromises();
 };
 
 [[nodiscard]] std::shared_ptr<StoredItem> storedItemOf(NewPasteboardItem item);

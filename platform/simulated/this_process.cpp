@@ -37,13 +37,33 @@ private:
 };
 
 void ThisProcess::tell(int signal) {
-    if (isOver_ || isEnding_ || told_) {
+    if (isOver_) {
+        return;
+    }
+    if (isEnding_ || told_) {
+        if (hasKeeper_ && wasGuarded_ && !isHeldOff()) {
+            kill(signal);
+        }
         return;
     }
     told_ = signal;
     const bool endsNow = wasGuarded_ ? mainThread_ == MainThread::waits && !isHeldOff()  //
                                      : mainThread_ != MainThread::runs;
     if (endsNow) {
+        scheduler_.wakeMain();
+    }
+}
+
+void ThisProcess::kill(int signal) {
+    if (isOver_) {
+        return;
+    }
+    told_.reset();
+    endedBy_ = signal;
+    wasKilled_ = true;
+    owesThrow_ = true;
+    becomeOver(Ending::sudden);
+    if (mainThread_ != MainThread::runs) {
         scheduler_.wakeMain();
     }
 }
@@ -63,7 +83,9 @@ void ThisProcess::finish() {
 void ThisProcess::leave() {
     told_.reset();
     owesThrow_ = false;
-    isOver_ = true;
+    if (!isOver_) {
+        becomeOver(Ending::orderly);
+    }
 }
 
 std::unique_ptr<TerminationGuard> ThisProcess::guard(std::function<void()> cleanUp) {
@@ -125,16 +147,29 @@ void ThisProcess::end() {
             cleanUp();
         }
     }
-    servicesEnd_();
+    if (!isOver_) {
+        servicesEnd_();
+    }
     isEnding_ = false;
-    endedBy_ = signal;
+    if (!isOver_) {
+        endedBy_ = signal;
+        owesThrow_ = true;
+        becomeOver(Ending::orderly);
+    }
+}
+
+void ThisProcess::becomeOver(Ending ending) {
     isOver_ = true;
-    owesThrow_ = true;
+    afterEnd_(ending);
 }
 
 void ThisProcess::throwWhatIsOwed() {
     // Another exception on its way means that this may be the call of a destructor.
     if (!owesThrow_ || std::uncaught_exceptions() > 0) {
+        return;
+    }
+    // Nor can a destructor throw, which may be what writes or cleans up.
+    if (wasKilled_ && (isWriting_ || isEnding_)) {
         return;
     }
     owesThrow_ = false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/scheduling.h"
+#include "platform/simulated/meanwhile.h"
 #include "platform/simulated/scheduler.h"
 
 #include <functional>
@@ -20,8 +21,20 @@ public:
     /// What the services do when they come to their end.
     void setServicesEnd(std::function<void()> servicesEnd) { servicesEnd_ = std::move(servicesEnd); }
 
-    /// Something tells the process to end; the first one counts.
+    /// How the process ended: having put everything in order, or killed.
+    enum class Ending { orderly, sudden };
+
+    /// What happens as soon as the process is over.
+    void setAfterEnd(std::function<void(Ending)> afterEnd) { afterEnd_ = std::move(afterEnd); }
+    /// A second request ends the process at once, if a keeper restores the pasteboard then.
+    void setHasKeeper(bool hasKeeper) { hasKeeper_ = hasKeeper; }
+
+    /// Something tells the process to end. Only the first request counts; with a keeper, a second one that comes before
+    /// the first has ended the process kills it, unless a guard holds that off.
     void tell(int signal);
+    /// The process ends at once, without any clean-up. The main thread throws at its next call or wait, but not out of
+    /// a `write`.
+    void kill(int signal);
     /// The process ends by itself, or as it was told to; nothing is thrown.
     void finish();
     /// Nothing is left to be done; the services are about to go.
@@ -31,6 +44,10 @@ public:
     [[nodiscard]] std::optional<int> endedBy() const { return endedBy_; }
 
     [[nodiscard]] std::unique_ptr<TerminationGuard> guard(std::function<void()> cleanUp);
+
+    /// A write to the pasteboard, which a destructor may make; it lasts as long as the result. Nothing is thrown out of
+    /// it if the process is killed.
+    [[nodiscard]] Meanwhile<bool> write() { return Meanwhile<bool>(isWriting_, true); }
 
     /// To be passed by each call: ends the process where it was told to and there was never a guard. May throw.
     void passCall();
@@ -51,11 +68,13 @@ private:
 
     [[nodiscard]] bool isHeldOff() const;
     void end();
+    void becomeOver(Ending ending);
     void park(MainThread how, Moment moment);
     void throwWhatIsOwed();
 
     Scheduler& scheduler_;
     std::function<void()> servicesEnd_;
+    std::function<void(Ending)> afterEnd_;
     /// The newest one last.
     std::vector<Guard*> guards_;
     bool wasGuarded_ = false;
@@ -64,6 +83,9 @@ private:
     std::optional<int> endedBy_;
     bool isEnding_ = false;
     bool isOver_ = false;
+    bool hasKeeper_ = false;
+    bool wasKilled_ = false;
+    bool isWriting_ = false;
     bool owesThrow_ = false;
 };
 

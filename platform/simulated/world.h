@@ -30,6 +30,7 @@ struct World {
 
     World() {
         process.setServicesEnd([this] { pasteboard.resolvePromises(); });
+        process.setAfterEnd([this](ThisProcess::Ending ending) { pasteboard.loseProcess(ending); });
     }
     World(const World&) = delete;
     World& operator=(const World&) = delete;

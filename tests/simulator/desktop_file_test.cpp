@@ -273,9 +273,9 @@ TEST(DesktopFile, RefusesMoreLevelsThanItGoesDown) {
 TEST(DesktopFile, RefusesActionsThatAreNone) {
     const std::string verbs =
         "an array of actions, or an object with exactly one of the keys ignores, all, copies, copiesItems, "
-        "copiesSelectionOf, pastesInto, deletesSelectionOf, reads, types, clicks, setsCounters, selects, rewrites, "
-        "scripts, bringsToFront, starts, quits, hangs, recovers, refusesWrites, failsKeyStrokes, setsTrusted, "
-        "setsEventAccess, endsTheTool, beside which \"after\" may stand";
+        "copiesSelectionOf, pastesInto, deletesSelectionOf, reads, holdsPasteboard, types, clicks, setsCounters, "
+        "selects, rewrites, scripts, bringsToFront, starts, quits, hangs, recovers, refusesWrites, failsKeyStrokes, "
+        "setsTrusted, setsEventAccess, endsTheTool, killsTheTool, beside which \"after\" may stand";
     const std::string action = "expected " + verbs;
     const std::string reaction = "applications[0].onCopy: expected {\"inTurn\": [reactions]}, " + verbs;
     expectRefusals({
@@ -293,6 +293,11 @@ TEST(DesktopFile, RefusesActionsThatAreNone) {
         {R"({"user": [{"at": 1, "do": {"after": 1}}]})", "user[0].do: " + action},
         {R"({"user": [{"at": 1, "do": {"clicks": "middle"}}]})",
          "user[0].do.clicks: expected \"left\", \"right\" or \"other\""},
+        {R"({"user": [{"at": 1, "do": {"holdsPasteboard": "long"}}]})",
+         "user[0].do.holdsPasteboard: expected \"forever\" or a number of seconds"},
+        {R"({"user": [{"at": 1, "do": {"killsTheTool": 9}}]})", "user[0].do.killsTheTool: expected true or false"},
+        {R"({"user": [{"at": 1, "do": {"killsTheTool": false}}]})", "user[0].do.killsTheTool: expected true"},
+        {R"({"pasteboard": {"heldUntil": true}})", "pasteboard.heldUntil: expected \"forever\" or a number of seconds"},
         {R"({"user": [{"at": 1, "do": [{"types": 1}, {"setsCounters": {"keyDown": -1}}]}]})",
          "user[0].do[1].setsCounters.keyDown: expected an integer from 0 to 4294967295"},
     });

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/pasteboard.h"
+#include "platform/simulated/scheduler.h"
+#include "platform/simulated/simulated_keeper.h"
+#include "platform/simulated/this_process.h"
+
+#include <memory>
+#include <optional>
+
+namespace lomaris::simulated {
+
+/// Exclusive use of the pasteboard among all processes of the desktop, and the keeper if the desktop has one. Owned by
+/// the pasteboard; its holds do nothing once it is destroyed.
+class PasteboardUse : public std::enable_shared_from_this<PasteboardUse> {
+public:
+    PasteboardUse(Scheduler& scheduler, ThisProcess& process) : scheduler_(scheduler), process_(process) {}
+    PasteboardUse(const PasteboardUse&) = delete;
+    PasteboardUse& operator=(const PasteboardUse&) = delete;
+
+    void setKeeper(std::unique_ptr<SimulatedKeeper> keeper) { keeper_ = std::move(keeper); }
+    /// Null if there is none or it does not serve what this process writes.
+    [[nodiscard]] SimulatedKeeper* keeper() const;
+
+    /// A hold of this process or, in an action, of another one.
+    [[nodiscard]] std::unique_ptr<PasteboardHold> tryHold();
+    /// Another process takes the use until a moment; false if it is in use now.
+    [[nodiscard]] bool holdElsewhereUntil(Moment moment);
+
+private:
+    class Hold;
+    class HoldElsewhere;
+
+    [[nodiscard]] bool isUsedElsewhere() const { return holdsElsewhere_ > 0 || scheduler_.now() < usedElsewhereUntil_; }
+    [[nodiscard]] bool isUsedHere();
+
+    Scheduler& scheduler_;
+    ThisProcess& process_;
+    std::unique_ptr<SimulatedKeeper> keeper_;
+    /// Whether a hold of this process exists.
+    bool hasHold_ = false;
+    int holdsElsewhere_ = 0;
+    Moment usedElsewhereUntil_ = Moment::min();
+};
+
+}  // namespace lomaris::simulated
