@@ -42,6 +42,10 @@ PasteboardSnapshot ClipboardHold::saveClipboard() {
 void ClipboardHold::take() {
     Scheduling& scheduling = platform_.scheduling();
     const Moment deadline = scheduling.now() + longestWaitForHold;
+    if (pendingPaste_ && pendingPaste_->hold && !pendingPaste_->tracker->isConsumed()) {
+        // The target may have requested the text while the run loop was not turning.
+        scheduling.runLoopSlice(Duration::zero());
+    }
     while (!tryTake()) {
         if (scheduling.now() >= deadline) {
             throw BridgeError::clipboardFallbackFailed(u"another operation kept the clipboard in use for 10 seconds");
