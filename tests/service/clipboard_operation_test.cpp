@@ -1,0 +1,172 @@
+// How long a command, or a step of a host, keeps other operations from using the clipboard.
+
+#include "accessibility/model/guard_trace.h"
+#include "tests/service/service_world.h"
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace lomaris {
+namespace {
+
+using namespace std::chrono_literals;
+
+class ClipboardOperations : public test::ServiceWorld {
+protected:
+    std::optional<BridgeError> replaceWith(TextView replacement) {
+        return test::thrownBy([&] {
+            service->replaceCurrentSelection(replacement, 500, 500);
+            return 0;
+        });
+    }
+    /// Whether another process could use the clipboard.
+    bool isFree() { return desktop.holdPasteboardUntil(desktop.now()); }
+    /// Another process uses the clipboard for good.
+    void holdForGood() { EXPECT_TRUE(desktop.holdPasteboardUntil(Moment::max())); }
+
+    SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
+};
+
+TEST_F(ClipboardOperations, KeepOtherProcessesOutFromTheFirstSnapshotToTheEndOfTheCommand) {
+    hideSelection();
+    std::vector<bool> isFreeBefore;
+    for (std::size_t call = 1; call <= 200; ++call) {
+        desktop.beforeCall(call, [&] { isFreeBefore.push_back(desktop.pasteboard().tryHold() != nullptr); });
+    }
+    ASSERT_EQ(replaceWith(u"red fox"), std::nullopt);
+    ASSERT_EQ(isFreeBefore.size(), desktop.journal().size());
+    bool isSaved = false;
+    for (std::size_t call = 0; call < isFreeBefore.size(); ++call) {
+        isSaved = isSaved || desktop.journal()[call].find(" items()") != std::string::npos;
+        EXPECT_EQ(isFreeBefore[call], !isSaved) << desktop.journal()[call];
+    }
+    EXPECT_TRUE(isSaved);
+    EXPECT_FALSE(isFree());
+}
+
+TEST_F(ClipboardOperations, KeepOtherProcessesOutUntilTheTargetHasThePastedText) {
+    desktop.addKeeper();
+    forbidWriting();
+    std::vector<bool> looks;
+    const Reaction look([&] { looks.push_back(isFree()); });
+    notes.onPaste(together({look.after(1s), pastesInto(text).after(1s), look.after(1s)}));
+    ASSERT_EQ(replaceWith(u"red fox"), std::nullopt);
+    desktop.endProcess();
+    EXPECT_EQ(looks, (std::vector<bool>{false, true}));
+    EXPECT_EQ(text.text(), u"The quick red fox");
+}
+
+TEST_F(ClipboardOperations, KeepOtherProcessesOutFor2500MillisecondsIfTheTargetDoesNotReadTheText) {
+    desktop.addKeeper();
+    forbidWriting();
+    notes.onPaste(ignores());
+    // A web address, so that there is a pause between the first key and the last one.
+    ASSERT_EQ(replaceWith(u"https://example.org"), std::nullopt);
+    const Moment pasted = desktop.postedKeyStrokes().back().moment;
+    std::vector<bool> looks;
+    for (const Moment moment : {pasted + 2500ms - 1ns, pasted + 2500ms}) {
+        desktop.at(moment, [&] { looks.push_back(isFree()); });
+    }
+    desktop.endProcess();
+    EXPECT_EQ(looks, (std::vector<bool>{false, true}));
+}
+
+TEST_F(ClipboardOperations, ReleaseTheClipboardAtTheEndOfTheProcessWithoutAKeeper) {
+    forbidWriting();
+    notes.onPaste(ignores());
+    ASSERT_EQ(replaceWith(u"red fox"), std::nullopt);
+    EXPECT_FALSE(isFree());
+    desktop.endProcess();
+    EXPECT_TRUE(isFree());
+}
+
+TEST_F(ClipboardOperations, AreNotNeededToReadAndWriteDirectly) {
+    holdForGood();
+    const auto session = service->captureSelection(options);
+    session->replaceIfCurrent(u"red fox");
+    EXPECT_EQ(text.text(), u"The quick red fox");
+    text.select({4, 5});
+    EXPECT_EQ(replaceWith(u"slow"), std::nullopt);
+    EXPECT_EQ(text.text(), u"The slow red fox");
+    EXPECT_EQ(desktop.now(), 0s);
+}
+
+TEST_F(ClipboardOperations, AreNotBegunByDirectReadsAndWrites) {
+    std::vector<bool> isFreeBefore;
+    for (std::size_t call = 1; call <= 200; ++call) {
+        desktop.beforeCall(call, [&] { isFreeBefore.push_back(isFree()); });
+    }
+    EXPECT_EQ(replaceWith(u"red fox"), std::nullopt);
+    EXPECT_EQ(isFreeBefore, std::vector<bool>(desktop.journal().size(), true));
+}
+
+TEST_F(ClipboardOperations, FailAsAReadIfTheClipboardIsInUse) {
+    hideSelection();
+    holdForGood();
+    EXPECT_EQ(test::thrownBy([this] { return service->captureSelection(options); }),
+              BridgeError::clipboardFallbackFailed(u"another operation kept the clipboard in use for 10 seconds"));
+    EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
+    EXPECT_EQ(desktop.pasteboardContents(), clipboard);
+}
+
+TEST_F(ClipboardOperations, RefuseAGuardedReplacementThatCannotReadAgain) {
+    hideSelection();
+    const auto session = service->captureSelection(options);
+    const std::size_t presses = desktop.postedKeyStrokes().size();
+    const Moment start = desktop.now();
+    holdForGood();
+    EXPECT_EQ(test::thrownBy([&] {
+                  session->replaceIfCurrent(u"red fox");
+                  return 0;
+              }),
+              BridgeError::selectionChanged());
+    EXPECT_EQ(ReplacementGuardTrace::shared().snapshot().at(0).second, 2);
+    EXPECT_EQ(ReplacementGuardTrace::shared().snapshot().at(1).second, 4);
+    // Beside the wait, the second look for the Copy command.
+    EXPECT_EQ(desktop.now() - start, 10050ms);
+    EXPECT_EQ(desktop.postedKeyStrokes().size(), presses);
+    EXPECT_EQ(desktop.pasteboardContents(), clipboard);
+    EXPECT_EQ(text.text(), u"The quick brown fox");
+}
+
+TEST_F(ClipboardOperations, OfTwoSessionsOfAServiceRestoreTheClipboardOnce) {
+    hideSelection();
+    const auto first = service->captureSelection(options);
+    const Moment start = desktop.now();
+    first->replaceIfCurrent(u"red fox");
+    const Moment pasted = desktop.now();
+    EXPECT_EQ(pasted - start, 50ms);
+    test::turnFor(desktop, 100ms);
+    text.select({4, 5});
+    const auto second = service->captureSelection(options);
+    // The second look for the Copy command, and no wait for the clipboard.
+    EXPECT_EQ(desktop.now() - pasted, 100ms);
+    EXPECT_EQ(second->details().selectedText, u"quick");
+    EXPECT_EQ(text.text(), u"The quick red fox");
+    EXPECT_EQ(desktop.pasteboardContents(), clipboard);
+    second->replaceIfCurrent(u"slow");
+    test::turnFor(desktop, 5s);
+    EXPECT_EQ(text.text(), u"The slow red fox");
+    EXPECT_EQ(desktop.pasteboardContents(), clipboard);
+}
+
+TEST_F(ClipboardOperations, OfTwoServicesOfAPlatformFollowOneAnother) {
+    hideSelection();
+    const auto session = service->captureSelection(options);
+    session->replaceIfCurrent(u"red fox");
+    const Moment pasted = desktop.now();
+    test::turnFor(desktop, 20ms);
+    text.select({4, 5});
+    LomarisAccessibilityService another(desktop);
+    const auto other = another.captureSelection(options);
+    // The other service begins when the first one has restored the clipboard.
+    EXPECT_EQ(desktop.now() - pasted, 300ms);
+    EXPECT_EQ(other->details().selectedText, u"quick");
+    EXPECT_EQ(desktop.pasteboardContents(), clipboard);
+}
+
+}  // namespace
+}  // namespace lomaris
