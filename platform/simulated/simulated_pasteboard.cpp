@@ -170,7 +170,7 @@ std::int64_t SimulatedPasteboard::changeCount() {
 }
 
 void SimulatedPasteboard::clearContents() {
-    const auto write = process_.write();
+    const auto shielded = process_.shield();
     if (!journal_.admits()) {
         return;
     }
@@ -188,7 +188,7 @@ void SimulatedPasteboard::clearContents() {
 }
 
 bool SimulatedPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
-    const auto write = process_.write();
+    const auto shielded = process_.shield();
     if (!journal_.admits()) {
         return false;
     }

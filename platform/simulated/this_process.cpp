@@ -72,6 +72,7 @@ void ThisProcess::finish() {
     // What comes while the services end no longer interrupts them.
     wasGuarded_ = true;
     if (!told_ && !isOver_) {
+        const auto shielded = shield();
         servicesEnd_();
     }
     if (told_) {
@@ -141,6 +142,7 @@ void ThisProcess::end() {
     const int signal = *told_;
     told_.reset();
     isEnding_ = true;
+    const auto shielded = shield();
     if (!guards_.empty()) {
         const std::function<void()> cleanUp = std::move(guards_.back()->cleanUp);
         if (cleanUp) {
@@ -168,8 +170,7 @@ void ThisProcess::throwWhatIsOwed() {
     if (!owesThrow_ || std::uncaught_exceptions() > 0) {
         return;
     }
-    // Nor can a destructor throw, which may be what writes or cleans up.
-    if (wasKilled_ && (isWriting_ || isEnding_)) {
+    if (wasKilled_ && isShielded_) {
         return;
     }
     owesThrow_ = false;

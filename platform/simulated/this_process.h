@@ -32,8 +32,8 @@ public:
     /// Something tells the process to end. Only the first request counts; with a keeper, a second one that comes before
     /// the first has ended the process kills it, unless a guard holds that off.
     void tell(int signal);
-    /// The process ends at once, without any clean-up. The main thread throws at its next call or wait, but not out of
-    /// a `write`.
+    /// The process ends at once, without any clean-up. The main thread throws at its next call or wait that is not
+    /// shielded.
     void kill(int signal);
     /// The process ends by itself, or as it was told to; nothing is thrown.
     void finish();
@@ -45,9 +45,9 @@ public:
 
     [[nodiscard]] std::unique_ptr<TerminationGuard> guard(std::function<void()> cleanUp);
 
-    /// A write to the pasteboard, which a destructor may make; it lasts as long as the result. Nothing is thrown out of
-    /// it if the process is killed.
-    [[nodiscard]] Meanwhile<bool> write() { return Meanwhile<bool>(isWriting_, true); }
+    /// Nothing is thrown because the process is killed as long as the result lives: for what a destructor may call, a
+    /// write to the pasteboard for example.
+    [[nodiscard]] Meanwhile<bool> shield() { return Meanwhile<bool>(isShielded_, true); }
 
     /// To be passed by each call: ends the process where it was told to and there was never a guard. May throw.
     void passCall();
@@ -85,7 +85,7 @@ private:
     bool isOver_ = false;
     bool hasKeeper_ = false;
     bool wasKilled_ = false;
-    bool isWriting_ = false;
+    bool isShielded_ = false;
     bool owesThrow_ = false;
 };
 

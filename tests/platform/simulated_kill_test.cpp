@@ -102,6 +102,28 @@ TEST_F(SimulatedKill, CutsACleanUpShort) {
     EXPECT_EQ(desktop.endedBySignal(), SIGKILL);
 }
 
+TEST_F(SimulatedKill, MayComeWhileTheProcessEndsByItself) {
+    class Provider final : public PasteboardDataProvider {
+    public:
+        explicit Provider(Pasteboard& pasteboard) : pasteboard_(pasteboard) {}
+        void provideData(PromisedItem& item, const PasteboardType& type) override {
+            static_cast<void>(pasteboard_.changeCount());
+            item.setData("promised", type);
+        }
+
+    private:
+        Pasteboard& pasteboard_;
+    };
+    std::vector<NewPasteboardItem> items(1);
+    items[0].promisedTypes.push_back(stringType);
+    items[0].provider = std::make_shared<Provider>(desktop.pasteboard());
+    desktop.pasteboard().clearContents();
+    EXPECT_TRUE(desktop.pasteboard().writeItems(std::move(items)));
+    desktop.beforeCall(desktop.journal().size() + 1, killIt());
+    EXPECT_NO_THROW(desktop.endProcess());
+    EXPECT_EQ(desktop.endedBySignal(), SIGKILL);
+}
+
 TEST_F(SimulatedKill, LeavesBackgroundBlocksWithoutAnEffect) {
     bool ran = false;
     scheduling.runInBackground([&] {
