@@ -136,6 +136,20 @@ Broken keepsTheClipboard(const Scenario& /*scenario*/, const Run& run) {
     return run.clipboardAfter == expectedClipboard(run) ? Broken() : "the user's clipboard is not what it must be";
 }
 
+Broken touchesNothingInUse(const Scenario& scenario, const Run& run) {
+    const bool isInUse =
+        scenario.contention && scenario.contention->number == 0 && scenario.contention->duration == Duration::max();
+    if (!isInUse) {
+        return std::nullopt;
+    }
+    for (const Happening& happening : run.happenings) {
+        if (happening.isCall("items") || happening.isCall("clearContents") || isPost(happening)) {
+            return "a clipboard that another operation uses was touched";
+        }
+    }
+    return std::nullopt;
+}
+
 Broken postsEachKeyStrokeOnce(const Scenario& /*scenario*/, const Run& run) {
     std::optional<std::string> made;
     for (const Happening& happening : run.happenings) {
@@ -217,6 +231,7 @@ Duration longestTime(const Scenario& scenario) {
     constexpr Duration secondLookForCopyCommand = milliseconds(50);
     constexpr Duration raisingTheWindow = milliseconds(100);
     constexpr Duration afterDeleting = milliseconds(80);
+    constexpr Duration waitForTheClipboard = milliseconds(10000);
 
     if (!isRead(scenario.command) && !isReplacement(scenario.command)) {
         return Duration::zero();
@@ -225,6 +240,10 @@ Duration longestTime(const Scenario& scenario) {
     if (scenario.world.isBrowser()) {
         // Copying that finds no text there leads to the copying that follows any failed read.
         longest += secondLookForCopyCommand + copying;
+    }
+    if (scenario.contention) {
+        // Each copying that finds the clipboard in use.
+        longest += scenario.world.isBrowser() ? 2 * waitForTheClipboard : waitForTheClipboard;
     }
     if (scenario.command == Command::replaceIfCurrent) {
         longest += raisingTheWindow + secondLookForCopyCommand;
@@ -240,9 +259,9 @@ Duration longestTime(const Scenario& scenario) {
 std::vector<std::string> brokenPromises(const Scenario& scenario, const Run& run) {
     std::vector<std::string> broken;
     for (const auto promise :
-         {speaksOnce, endsInTime, keepsTheClipboard, postsEachKeyStrokeOnce, writesOnceAndReportsIt,
-          deletesOnlyForAWebAddress, writesOverWhatItSaw, writesOverWhatWasExpected, leavesTheDocumentsAsExpected,
-          leavesTheOtherApplicationAlone, readsWhatWasSelected}) {
+         {speaksOnce, endsInTime, keepsTheClipboard, touchesNothingInUse, postsEachKeyStrokeOnce,
+          writesOnceAndReportsIt, deletesOnlyForAWebAddress, writesOverWhatItSaw, writesOverWhatWasExpected,
+          leavesTheDocumentsAsExpected, leavesTheOtherApplicationAlone, readsWhatWasSelected}) {
         if (auto message = promise(scenario, run)) {
             broken.push_back(std::move(*message));
         }

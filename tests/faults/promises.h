@@ -11,7 +11,8 @@ namespace lomaris::test {
 ///
 /// 1. It speaks once: one error line, or its result; and its exit status says which.
 /// 2. It ends in time.
-/// 3. The user's clipboard is what it was, but for the text of a successful paste.
+/// 3. The user's clipboard is what it was, but for the text of a successful paste. A clipboard that another operation
+///    uses is not touched.
 /// 4. Each key stroke that it makes is posted once, before it makes the next one. That a posted stroke is a key pressed
 ///    and released is what the boundary promises, and not looked at here.
 /// 5. It writes what it was told to write, once, and only where it then reports success. It deletes only before it

@@ -1,9 +1,11 @@
 #include "tests/faults/sweep.h"
 
+#include "tests/faults/kill_promises.h"
 #include "tests/faults/promises.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <iostream>
 #include <utility>
 
@@ -19,11 +21,14 @@ void forEveryNumber(Failure failure, Persistence persistence, const RunWith& run
     }
 }
 
+bool isSameOutcome(const Run& first, const Run& second) {
+    return first.status == second.status && first.output == second.output && first.error == second.error &&
+           first.clipboardAfter == second.clipboardAfter && first.clipboardAtEnd == second.clipboardAtEnd &&
+           first.targetAfter == second.targetAfter && first.otherAfter == second.otherAfter;
+}
+
 bool isSameCourse(const Run& first, const Run& second) {
-    return first.journal == second.journal && first.status == second.status && first.output == second.output &&
-           first.error == second.error && first.elapsed == second.elapsed &&
-           first.clipboardAfter == second.clipboardAfter && first.targetAfter == second.targetAfter &&
-           first.otherAfter == second.otherAfter;
+    return isSameOutcome(first, second) && first.journal == second.journal && first.elapsed == second.elapsed;
 }
 
 }  // namespace
@@ -45,7 +50,7 @@ Sweep::Course Sweep::run(const Scenario& scenario, Repeats repeats) {
         return scenario.disturbance ? Course::goesOn : Course::ranOut;
     }
     ++runs_;
-    auto broken = brokenPromises(scenario, first);
+    auto broken = scenario.kill ? brokenPromisesOfAKill(scenario, first) : brokenPromises(scenario, first);
     if (repeats == Repeats::yes) {
         ++runs_;
         if (!isSameCourse(first, perform(scenario))) {
@@ -78,6 +83,29 @@ void Sweep::runDisturbances(Scenario scenario, Repeats repeats) {
         scenario.disturbance = {act, 1};
         while (run(scenario, repeats) == Course::goesOn) {
             ++scenario.disturbance->number;
+        }
+    }
+}
+
+void Sweep::runContentions(Scenario scenario) {
+    const Run undisturbed = perform(scenario);
+    scenario.contention = {0, std::chrono::seconds(3)};
+    const Run late = perform(scenario);
+    EXPECT_TRUE(isSameOutcome(undisturbed, late)) << describe(scenario) << "\n" << annotatedJournal(late);
+    EXPECT_LE(late.elapsed, undisturbed.elapsed + std::chrono::seconds(3)) << describe(scenario);
+    for (const Duration duration : {Duration(std::chrono::seconds(3)), Duration::max()}) {
+        scenario.contention = {0, duration};
+        while (run(scenario) == Course::goesOn) {
+            ++scenario.contention->number;
+        }
+    }
+}
+
+void Sweep::runKills(Scenario scenario) {
+    for (const Kill::Aftermath aftermath : {Kill::Aftermath::none, Kill::Aftermath::userCopies}) {
+        scenario.kill = {1, Kill::Keeper::exists, aftermath};
+        while (run(scenario) == Course::goesOn) {
+            ++scenario.kill->number;
         }
     }
 }

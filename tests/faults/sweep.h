@@ -25,6 +25,10 @@ public:
     void runFaults(Scenario scenario);
     /// Everything that the user can do, before every call; beside the fault of the scenario, if it has one.
     void runDisturbances(Scenario scenario);
+    /// Another process uses the clipboard from before the command or any call of it, for a while or for good.
+    void runContentions(Scenario scenario);
+    /// The tool is killed before every line of its journal, on a desktop with a keeper.
+    void runKills(Scenario scenario);
     /// Every call that fails alone because nobody answers or the answer is lost, together with everything that the user
     /// can do. Scenarios are run once here, as there are so many.
     void runPairs(Scenario scenario);

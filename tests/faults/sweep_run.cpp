@@ -3,6 +3,8 @@
 #include "tests/bridge/execute_world.h"
 #include "text/utf8.h"
 
+#include <gtest/gtest.h>
+
 #include <utility>
 
 namespace lomaris::test {
@@ -80,6 +82,13 @@ std::string describe(const Scenario& scenario) {
         description += "; before call " + std::to_string(disturbance->number) + " the user ";
         description += nameOf(disturbance->act);
     }
+    if (const auto& contention = scenario.contention) {
+        description += "; before call " + std::to_string(contention->number) + " another process takes the clipboard";
+    }
+    if (const auto& kill = scenario.kill) {
+        description += "; killed before line " + std::to_string(kill->number) + " of the journal";
+        description += kill->aftermath == Kill::Aftermath::userCopies ? ", and the user copies" : "";
+    }
     return description;
 }
 
@@ -93,6 +102,28 @@ Run perform(const Scenario& scenario) {
     if (const auto& disturbance = scenario.disturbance) {
         interruption = {disturbance->number, [&world, act = disturbance->act] { world.userDoes(act); }};
     }
+    if (const auto& contention = scenario.contention) {
+        const auto take = [&desktop = world.desktop, duration = contention->duration] {
+            const bool isForGood = duration > Moment::max() - desktop.now();
+            static_cast<void>(desktop.holdPasteboardUntil(isForGood ? Moment::max() : desktop.now() + duration));
+        };
+        if (contention->number == 0) {
+            take();
+        } else {
+            interruption = {contention->number, take};
+        }
+    }
+    if (const auto& kill = scenario.kill) {
+        if (kill->keeper == Kill::Keeper::exists) {
+            world.desktop.addKeeper();
+        }
+        world.desktop.beforeCall(kill->number, [&world, aftermath = kill->aftermath] {
+            world.desktop.kill();
+            if (aftermath == Kill::Aftermath::userCopies) {
+                world.userDoes(UserAct::copies);
+            }
+        });
+    }
     CallGate gate(
         run.happenings, [&world](Happening& happening) { world.observe(happening); }, scenario.fault, interruption);
     FaultPlatform platform(world.desktop, gate);
@@ -100,19 +131,28 @@ Run perform(const Scenario& scenario) {
     streams.input = world.guardedRequest();
 
     const Moment start = world.desktop.now();
-    run.status = runCommandLine(argumentsOf(scenario), platform, streams);
+    try {
+        run.status = runCommandLine(argumentsOf(scenario), platform, streams);
+    } catch (const SimulatedTermination&) {
+        // As planned, or the run has a signal that the scenario knows nothing of.
+        EXPECT_TRUE(scenario.kill) << describe(scenario);
+    }
     run.elapsed = world.desktop.now() - start;
     run.clipboardAfter = world.desktop.pasteboardContents();
     world.desktop.endProcess();
+    run.clipboardAtEnd = world.desktop.pasteboardContents();
+    run.isClipboardFree = world.desktop.holdPasteboardUntil(world.desktop.now());
 
     run.output = std::move(streams.output);
     run.error = std::move(streams.error);
     run.told = platform.told();
     run.targetAfter = world.targetDocument();
     run.otherAfter = world.otherDocument();
+    run.posted = world.desktop.postedKeyStrokes();
     run.journal = world.desktop.journal();
     run.faultWasReached = !scenario.fault || gate.wasFaultReached();
-    run.disturbanceWasReached = !scenario.disturbance || gate.wasInterrupted();
+    run.disturbanceWasReached = scenario.kill ? world.desktop.endedBySignal().has_value()  //
+                                              : !interruption || gate.wasInterrupted();
     return run;
 }
 

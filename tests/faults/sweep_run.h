@@ -38,12 +38,32 @@ struct Disturbance {
     std::size_t number = 0;
 };
 
-/// One command on one desktop, with what goes wrong meanwhile.
+/// Another process takes the use of the clipboard just before the `number`-th call of the tool, or before the command
+/// begins (0), and keeps it for a time.
+struct Contention {
+    std::size_t number = 0;
+    Duration duration{};
+};
+
+/// The tool is killed just before the `number`-th line of the journal, on a desktop with a keeper or without one.
+struct Kill {
+    enum class Keeper { exists, isMissing };
+    /// What the user does at once afterwards.
+    enum class Aftermath { none, userCopies };
+
+    std::size_t number = 0;
+    Keeper keeper = Keeper::exists;
+    Aftermath aftermath = Aftermath::none;
+};
+
+/// One command on one desktop, with what goes wrong meanwhile. At most one of disturbance, contention and kill.
 struct Scenario {
     WorldPlan world;
     Command command{};
     std::optional<Fault> fault = std::nullopt;
     std::optional<Disturbance> disturbance = std::nullopt;
+    std::optional<Contention> contention = std::nullopt;
+    std::optional<Kill> kill = std::nullopt;
 
     [[nodiscard]] bool isDisturbedBy(UserAct act) const { return disturbance && disturbance->act == act; }
 };
@@ -63,14 +83,19 @@ struct Run {
     /// The clipboard at first, and when the command had ended but not yet the process.
     std::vector<StandingItem> clipboardBefore;
     std::vector<StandingItem> clipboardAfter;
+    /// The clipboard in the end, when nothing more was to come from anybody, and whether another process could use it.
+    std::vector<StandingItem> clipboardAtEnd;
+    bool isClipboardFree = true;
     /// The documents at first, and when the process had ended and the target had pasted what it was told to paste.
     Document targetBefore;
     Document otherBefore;
     Document targetAfter;
     Document otherAfter;
+    std::vector<PostedKeyStroke> posted;
     /// The journal of the desktop.
     std::vector<std::string> journal;
-    /// Whether there were as many calls as the fault and the disturbance wait for; yes where there is none.
+    /// Whether there were as many calls as the fault and the disturbance, contention or kill wait for; yes where there
+    /// is none.
     bool faultWasReached = true;
     bool disturbanceWasReached = true;
 

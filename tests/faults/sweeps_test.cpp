@@ -35,6 +35,18 @@ TEST_P(EveryCommand, KeepsItsPromisesWhateverTheUserDoesMeanwhile) {
     }
 }
 
+TEST_P(EveryCommand, KeepsItsPromisesWhenAnotherProcessUsesTheClipboard) {
+    for (const Command command : commands()) {
+        sweep.runContentions({.world = GetParam(), .command = command});
+    }
+}
+
+TEST_P(EveryCommand, KeepsItsPromisesWhereverItIsKilled) {
+    for (const Command command : commands()) {
+        sweep.runKills({.world = GetParam(), .command = command});
+    }
+}
+
 std::string nameOfPlan(const testing::TestParamInfo<WorldPlan>& plan) { return plan.param.name; }
 
 INSTANTIATE_TEST_SUITE_P(On, EveryCommand, testing::ValuesIn(worldPlans()), nameOfPlan);
