@@ -94,7 +94,8 @@ std::optional<ReceivedMessage> KeeperChannel::receive(Moment deadline) {
     ssize_t size = -1;
     do {
         size = recvmsg(socket_.number(), &header, MSG_CMSG_CLOEXEC | MSG_DONTWAIT);
-    } while (size < 0 && errno == EINTR);
+        // An end that closed with unread messages resets the connection once; what it sent before is still there.
+    } while (size < 0 && (errno == EINTR || errno == ECONNRESET));
     if (size > 0) {
         received.file = takeFile(header);
     }
