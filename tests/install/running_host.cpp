@@ -1,6 +1,6 @@
 #include "tests/install/running_host.h"
 
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 
 #include <sys/stat.h>
 

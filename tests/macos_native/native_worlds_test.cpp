@@ -9,7 +9,7 @@
 #include "tests/platform/pasteboard_contract.h"
 #include "tests/platform/scheduling_contract.h"
 #include "tests/platform/workspace_contract.h"
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 
 #include <functional>
 #include <iostream>

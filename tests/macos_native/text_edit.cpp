@@ -1,8 +1,8 @@
 #include "tests/macos_native/text_edit.h"
 
 #include "platform/attributes.h"
-#include "tests/real/waiting.h"
 #include "tests/support/process.h"
+#include "tests/support/waiting.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -5,9 +5,9 @@
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
 #include "tests/real/editor.h"
-#include "tests/real/running_program.h"
-#include "tests/real/waiting.h"
+#include "tests/support/running_program.h"
 #include "tests/support/temporary_directory.h"
+#include "tests/support/waiting.h"
 #include "text/utf8.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
 #include "tests/real/editor.h"
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 #include "text/utf8.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #include "platform/attributes.h"
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 #include "text/utf8.h"
 
 #include <cstdlib>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/platform.h"
-#include "tests/real/running_program.h"
+#include "tests/support/running_program.h"
 #include "tests/support/temporary_directory.h"
 
 #include <memory>

@@ -2,6 +2,7 @@
 
 #include "tests/real/browser.h"
 #include "tests/real/desktop.h"
+#include "tests/support/running_program.h"
 
 #include <gtest/gtest.h>
 

@@ -4,6 +4,7 @@
 #include "tests/real/desktop.h"
 #include "tests/real/user_clipboard.h"
 #include "tests/support/process.h"
+#include "tests/support/running_program.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

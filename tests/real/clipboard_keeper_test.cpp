@@ -1,10 +1,10 @@
 #include "platform/linux/keeper_process.h"
-#include "tests/real/clipboard_other_owner.h"
-#include "tests/real/clipboard_other_reader.h"
-#include "tests/real/clipboard_successors.h"
-#include "tests/real/clipboard_world.h"
 #include "tests/real/user_clipboard.h"
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
+#include "tests/x11/clipboard_other_owner.h"
+#include "tests/x11/clipboard_other_reader.h"
+#include "tests/x11/clipboard_successors.h"
+#include "tests/x11/clipboard_world.h"
 
 #include <sys/wait.h>
 #include <unistd.h>

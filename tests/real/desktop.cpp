@@ -1,11 +1,8 @@
 #include "tests/real/desktop.h"
 
-#include "tests/real/clipboard_peer.h"
-#include "tests/real/running_program.h"
-#include "tests/real/waiting.h"
 #include "tests/support/process.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/waiting.h"
+#include "tests/x11/clipboard_peer.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -15,19 +12,6 @@
 namespace lomaris::test {
 
 namespace {
-
-/// Keys that tests press must never reach the desktop of the person who runs them.
-class PrivateDesktopOnly : public testing::Environment {
-public:
-    void SetUp() override {
-        ASSERT_NE(std::getenv("LOMARIS_VIRTUAL_DESKTOP"), nullptr)
-            << "these tests press keys; run them through tools/virtual-desktop";
-    }
-};
-
-const auto* const environment = testing::AddGlobalTestEnvironment(new PrivateDesktopOnly);
-
-std::string packageOf(const std::string& program) { return program == "Xvfb" ? "xvfb" : program; }
 
 std::string firstLineOf(const std::string& text) { return text.substr(0, text.find('\n')); }
 
@@ -68,16 +52,6 @@ void handle(const std::vector<std::string>& commandLine) {
 }
 
 }  // namespace
-
-std::string missingPrograms(const std::vector<std::string>& programs) {
-    std::string missing;
-    for (const std::string& program : programs) {
-        if (!isInstalled(program)) {
-            missing += program + " is missing; install the Debian package " + packageOf(program) + ". ";
-        }
-    }
-    return missing;
-}
 
 std::optional<pid_t> processInFront() {
     ClipboardPeer peer;

@@ -11,10 +11,6 @@ namespace lomaris::test {
 // What a person sees and does on the private desktop in which these tests run, through other programs than the one
 // under test.
 
-/// Programs of this list that are not installed, with the packages that have them, as one line for people; empty where
-/// none is missing.
-[[nodiscard]] std::string missingPrograms(const std::vector<std::string>& programs);
-
 /// The process whose window is in front.
 [[nodiscard]] std::optional<pid_t> processInFront();
 

@@ -1,7 +1,7 @@
 #include "tests/real/desktop_census.h"
 
-#include "tests/real/clipboard_peer.h"
 #include "tests/support/process.h"
+#include "tests/x11/clipboard_peer.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,7 +1,8 @@
 #include "tests/real/editor.h"
 
 #include "tests/real/desktop.h"
-#include "tests/real/waiting.h"
+#include "tests/support/running_program.h"
+#include "tests/support/waiting.h"
 
 #include <cstdlib>
 #include <filesystem>

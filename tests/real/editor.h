@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/real/running_program.h"
+#include "tests/support/running_program.h"
 #include "tests/support/temporary_directory.h"
 
 #include <memory>

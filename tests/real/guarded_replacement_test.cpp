@@ -2,7 +2,7 @@
 #include "tests/real/editor.h"
 #include "tests/real/guarded_request.h"
 #include "tests/real/user_clipboard.h"
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
 #include "tests/real/editor.h"
-#include "tests/real/waiting.h"
 #include "tests/support/process.h"
+#include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
 

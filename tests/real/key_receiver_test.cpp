@@ -1,12 +1,12 @@
 #include "platform/linux/linux_events.h"
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
-#include "tests/real/key_hand.h"
-#include "tests/real/key_window.h"
-#include "tests/real/running_program.h"
-#include "tests/real/second_server.h"
-#include "tests/real/test_window.h"
-#include "tests/real/waiting.h"
+#include "tests/support/running_program.h"
+#include "tests/support/waiting.h"
+#include "tests/x11/key_hand.h"
+#include "tests/x11/key_window.h"
+#include "tests/x11/second_server.h"
+#include "tests/x11/test_window.h"
 
 #include <gtest/gtest.h>
 

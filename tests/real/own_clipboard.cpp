@@ -4,7 +4,7 @@
 //
 // Prints "ready" once it owns the clipboard, and serves it until it is ended.
 
-#include "tests/real/clipboard_other_owner.h"
+#include "tests/x11/clipboard_other_owner.h"
 
 #include <unistd.h>
 

@@ -1,11 +1,9 @@
 #include "platform/native_platform.h"
 #include "tests/platform/accessibility_contract.h"
-#include "tests/platform/events_contract.h"
-#include "tests/platform/scheduling_contract.h"
 #include "tests/platform/workspace_contract.h"
 #include "tests/real/desktop.h"
 #include "tests/real/editor.h"
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 
 #include <iostream>
 #include <stdexcept>
@@ -13,14 +11,6 @@
 
 namespace lomaris::test {
 namespace {
-
-class RealSchedulingWorld final : public SchedulingWorld {
-public:
-    Platform& platform() override { return *platform_; }
-
-private:
-    std::unique_ptr<Platform> platform_ = nativePlatform();
-};
 
 class RealWorkspaceWorld final : public WorkspaceWorld {
 public:
@@ -65,19 +55,6 @@ private:
     Editor editor_{mousepad(), "The quick brown fox"};
 };
 
-/// Nobody types, and what is posted reaches whatever window is in front: none.
-class RealEventsWorld final : public EventsWorld {
-public:
-    // A server that has seen no input at all has nothing to tell.
-    RealEventsWorld() { pressKeys({"shift"}); }
-
-    Platform& platform() override { return *platform_; }
-    void userTypes() override { pressKeys({"shift"}); }
-
-private:
-    std::unique_ptr<Platform> platform_ = nativePlatform();
-};
-
 /// A maker for a world that needs these editors; prints why there is none.
 template <typename World, typename RealWorld>
 auto onTheDesktop(const std::string& name, const std::vector<EditorProgram>& editors) {
@@ -92,11 +69,6 @@ auto onTheDesktop(const std::string& name, const std::vector<EditorProgram>& edi
                                              }});
 }
 
-INSTANTIATE_TEST_SUITE_P(Real, SchedulingContract, (onTheDesktop<SchedulingWorld, RealSchedulingWorld>("Linux", {})),
-                         contractParamName);
-INSTANTIATE_TEST_SUITE_P(Real, EventsContract,
-                         (onTheDesktop<EventsWorld, RealEventsWorld>("Linux", {{"xdotool", {"xdotool"}}})),
-                         contractParamName);
 INSTANTIATE_TEST_SUITE_P(Real, WorkspaceContract,
                          (onTheDesktop<WorkspaceWorld, RealWorkspaceWorld>("Linux", {mousepad(), featherPad()})),
                          contractParamName);

@@ -2,8 +2,8 @@
 #include "tests/real/desktop.h"
 #include "tests/real/editor.h"
 #include "tests/real/user_clipboard.h"
-#include "tests/real/waiting.h"
 #include "tests/support/process.h"
+#include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

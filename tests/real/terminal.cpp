@@ -1,8 +1,8 @@
 #include "tests/real/terminal.h"
 
 #include "tests/real/desktop.h"
-#include "tests/real/waiting.h"
 #include "tests/support/process.h"
+#include "tests/support/waiting.h"
 
 #include <filesystem>
 #include <fstream>

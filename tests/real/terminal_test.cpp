@@ -2,10 +2,10 @@
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
 #include "tests/real/guarded_request.h"
-#include "tests/real/key_window.h"
 #include "tests/real/user_clipboard.h"
-#include "tests/real/waiting.h"
 #include "tests/support/process.h"
+#include "tests/support/waiting.h"
+#include "tests/x11/key_window.h"
 
 #include <gtest/gtest.h>
 

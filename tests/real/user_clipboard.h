@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tests/real/clipboard_other_owner.h"
-#include "tests/real/clipboard_other_reader.h"
-#include "tests/real/clipboard_world.h"
+#include "tests/x11/clipboard_other_owner.h"
+#include "tests/x11/clipboard_other_reader.h"
+#include "tests/x11/clipboard_world.h"
 
 #include <map>
 #include <optional>

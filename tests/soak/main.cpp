@@ -4,9 +4,9 @@
 //
 // Status 1 at the first round that differs from the expected state, with what differs.
 
-#include "tests/real/desktop.h"
 #include "tests/soak/soak_desktop.h"
 #include "tests/soak/steady_census.h"
+#include "tests/support/running_program.h"
 
 #include <algorithm>
 #include <chrono>

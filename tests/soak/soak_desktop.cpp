@@ -4,7 +4,7 @@
 #include "tests/real/desktop_census.h"
 #include "tests/real/expected_clipboard.h"
 #include "tests/real/guarded_request.h"
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

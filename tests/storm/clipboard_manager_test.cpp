@@ -1,9 +1,9 @@
 #include "tests/storm/clipboard_manager.h"
 
-#include "tests/real/desktop.h"
 #include "tests/storm/storm_desktop.h"
 #include "tests/storm/storm_options.h"
 #include "tests/storm/storms.h"
+#include "tests/support/running_program.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "tests/real/desktop.h"
 #include "tests/storm/storm_desktop.h"
 #include "tests/storm/storm_options.h"
 #include "tests/storm/storms.h"
+#include "tests/support/running_program.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "tests/real/desktop.h"
 #include "tests/real/desktop_census.h"
 #include "tests/real/expected_clipboard.h"
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 
 #include <algorithm>
 #include <csignal>

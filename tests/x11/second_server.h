@@ -1,9 +1,8 @@
 #pragma once
 
 #include "platform/native_platform.h"
-#include "tests/real/desktop.h"
-#include "tests/real/running_program.h"
-#include "tests/real/waiting.h"
+#include "tests/support/running_program.h"
+#include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tests/real/clipboard_peer.h"
+#include "tests/x11/clipboard_peer.h"
 
 #include <poll.h>
 

@@ -1,8 +1,7 @@
 #include "platform/native_platform.h"
-#include "tests/real/desktop.h"
-#include "tests/real/running_program.h"
-#include "tests/real/second_server.h"
-#include "tests/real/waiting.h"
+#include "tests/support/running_program.h"
+#include "tests/support/waiting.h"
+#include "tests/x11/second_server.h"
 
 #include <gtest/gtest.h>
 
@@ -25,7 +24,7 @@ protected:
         EXPECT_EQ(platform.events().inputCounter(InputEventType::keyDown), 0U);
         EXPECT_FALSE(platform.events().preflightPostEventAccess());
         EXPECT_EQ(platform.workspace().runningApplication(getpid()),
-                  (RunningApplication{getpid(), std::nullopt, Text(u"lomaris_real_te")}));
+                  (RunningApplication{getpid(), std::nullopt, Text(u"lomaris_x11_tes")}));
     }
 };
 

@@ -1,7 +1,7 @@
-#include "tests/real/clipboard_other_owner.h"
-#include "tests/real/clipboard_other_reader.h"
-#include "tests/real/clipboard_successors.h"
-#include "tests/real/clipboard_world.h"
+#include "tests/x11/clipboard_other_owner.h"
+#include "tests/x11/clipboard_other_reader.h"
+#include "tests/x11/clipboard_successors.h"
+#include "tests/x11/clipboard_world.h"
 
 #include <sys/wait.h>
 #include <unistd.h>

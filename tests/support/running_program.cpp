@@ -1,4 +1,4 @@
-#include "tests/real/running_program.h"
+#include "tests/support/running_program.h"
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -35,6 +35,8 @@ bool isSetBy(const std::vector<std::pair<std::string, std::string>>& variables, 
     }
     return false;
 }
+
+std::string packageOf(const std::string& program) { return program == "Xvfb" ? "xvfb" : program; }
 
 }  // namespace
 
@@ -96,6 +98,16 @@ bool isInstalled(const std::string& program) {
         }
     }
     return false;
+}
+
+std::string missingPrograms(const std::vector<std::string>& programs) {
+    std::string missing;
+    for (const std::string& program : programs) {
+        if (!isInstalled(program)) {
+            missing += program + " is missing; install the Debian package " + packageOf(program) + ". ";
+        }
+    }
+    return missing;
 }
 
 }  // namespace lomaris::test

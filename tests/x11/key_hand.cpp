@@ -1,12 +1,14 @@
-#include "tests/real/key_hand.h"
+#include "tests/x11/key_hand.h"
 
 #include "platform/linux/x11_keyboard_requests.h"
 
 #include <xcb/xtest.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <stdexcept>
 #include <string_view>
+#include <thread>
 
 namespace lomaris::test {
 
@@ -38,6 +40,13 @@ KeyHand::KeyHand() : connection_(xcb_connect(nullptr, nullptr)), keyboard_(keybo
 }
 
 KeyHand::~KeyHand() { xcb_disconnect(connection_); }
+
+void KeyHand::pressKeyOfUser() {
+    constexpr std::uint8_t leftShift = 50;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    holdAsUser(leftShift);
+    releaseAsUser(leftShift);
+}
 
 void KeyHand::moveOnKeyboard(unsigned direction, std::uint8_t keycode) {
     move(firstDeviceEvent_ + direction, keycode, keyboard_);

@@ -20,6 +20,10 @@ public:
     void holdAsUser(std::uint8_t keycode) { moveOnKeyboard(1, keycode); }
     void releaseAsUser(std::uint8_t keycode) { moveOnKeyboard(2, keycode); }
 
+    /// Presses and releases the key that is Shift on every keyboard map of an X server. Every press has a time of its
+    /// own, in milliseconds.
+    void pressKeyOfUser();
+
 private:
     void moveOnKeyboard(unsigned direction, std::uint8_t keycode);
     void move(unsigned event, std::uint8_t keycode, std::uint8_t device);

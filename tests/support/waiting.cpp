@@ -1,4 +1,4 @@
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 
 #include <chrono>
 #include <thread>

@@ -1,5 +1,6 @@
 #include "platform/native_platform.h"
-#include "tests/real/test_window.h"
+#include "tests/x11/test_window.h"
+#include "tests/x11/window_manager.h"
 
 #include <gtest/gtest.h>
 
@@ -24,6 +25,7 @@ protected:
     [[nodiscard]] static RunningApplication thisProcess() { return {getpid(), std::nullopt, std::nullopt}; }
 
 private:
+    WindowManager windowManager_;
     TestWindow window_;
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };

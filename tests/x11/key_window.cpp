@@ -1,6 +1,6 @@
-#include "tests/real/key_window.h"
+#include "tests/x11/key_window.h"
 
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 
 #include <sys/uio.h>
 #include <unistd.h>

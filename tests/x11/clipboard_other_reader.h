@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/real/clipboard_peer.h"
+#include "tests/x11/clipboard_peer.h"
 
 #include <cstddef>
 #include <optional>

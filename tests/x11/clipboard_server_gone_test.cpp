@@ -1,10 +1,9 @@
-#include "tests/real/clipboard_other_owner.h"
-#include "tests/real/clipboard_other_reader.h"
-#include "tests/real/clipboard_successors.h"
-#include "tests/real/clipboard_world.h"
-#include "tests/real/desktop.h"
-#include "tests/real/running_program.h"
-#include "tests/real/waiting.h"
+#include "tests/support/running_program.h"
+#include "tests/support/waiting.h"
+#include "tests/x11/clipboard_other_owner.h"
+#include "tests/x11/clipboard_other_reader.h"
+#include "tests/x11/clipboard_successors.h"
+#include "tests/x11/clipboard_world.h"
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "tests/real/clipboard_other_reader.h"
+#include "tests/x11/clipboard_other_reader.h"
 
 #include <algorithm>
 

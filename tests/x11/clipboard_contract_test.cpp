@@ -1,9 +1,9 @@
 #include "platform/linux/clipboard_targets.h"
 #include "platform/native_platform.h"
 #include "tests/platform/pasteboard_contract.h"
-#include "tests/real/clipboard_other_owner.h"
-#include "tests/real/clipboard_other_reader.h"
-#include "tests/real/clipboard_world.h"
+#include "tests/x11/clipboard_other_owner.h"
+#include "tests/x11/clipboard_other_reader.h"
+#include "tests/x11/clipboard_world.h"
 
 namespace lomaris::test {
 namespace {

@@ -1,6 +1,6 @@
-#include "tests/real/clipboard_other_owner.h"
-#include "tests/real/clipboard_other_reader.h"
-#include "tests/real/clipboard_world.h"
+#include "tests/x11/clipboard_other_owner.h"
+#include "tests/x11/clipboard_other_reader.h"
+#include "tests/x11/clipboard_world.h"
 
 namespace lomaris::test {
 namespace {

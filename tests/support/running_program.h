@@ -37,4 +37,8 @@ private:
 /// Whether a program can be started by this name.
 [[nodiscard]] bool isInstalled(const std::string& program);
 
+/// Programs of this list that are not installed, with the packages that have them, as one line for people; empty where
+/// none is missing.
+[[nodiscard]] std::string missingPrograms(const std::vector<std::string>& programs);
+
 }  // namespace lomaris::test

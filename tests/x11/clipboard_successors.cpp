@@ -1,6 +1,6 @@
-#include "tests/real/clipboard_successors.h"
+#include "tests/x11/clipboard_successors.h"
 
-#include "tests/real/waiting.h"
+#include "tests/support/waiting.h"
 
 #include <unistd.h>
 

@@ -1,9 +1,8 @@
 #include "platform/native_platform.h"
-#include "tests/real/desktop.h"
-#include "tests/real/key_hand.h"
-#include "tests/real/running_program.h"
-#include "tests/real/second_server.h"
-#include "tests/real/waiting.h"
+#include "tests/support/running_program.h"
+#include "tests/support/waiting.h"
+#include "tests/x11/key_hand.h"
+#include "tests/x11/second_server.h"
 
 #include <gtest/gtest.h>
 

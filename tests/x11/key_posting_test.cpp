@@ -1,9 +1,10 @@
 #include "platform/native_platform.h"
-#include "tests/real/desktop.h"
-#include "tests/real/key_hand.h"
-#include "tests/real/key_window.h"
-#include "tests/real/test_window.h"
 #include "tests/support/process.h"
+#include "tests/support/running_program.h"
+#include "tests/x11/key_hand.h"
+#include "tests/x11/key_window.h"
+#include "tests/x11/test_window.h"
+#include "tests/x11/window_manager.h"
 
 #include <gtest/gtest.h>
 
@@ -60,6 +61,7 @@ protected:
     }
 
 private:
+    WindowManager windowManager_;
     KeyWindow window_;
     KeyHand hand_;
     std::unique_ptr<Platform> platform_ = nativePlatform();

@@ -1,5 +1,5 @@
 #include "platform/native_platform.h"
-#include "tests/real/desktop.h"
+#include "tests/x11/key_hand.h"
 
 #include <gtest/gtest.h>
 
@@ -15,18 +15,15 @@ constexpr std::array everyType{InputEventType::keyDown, InputEventType::leftMous
 
 class InputCounter : public testing::Test {
 protected:
-    void SetUp() override {
-        if (const std::string missing = missingPrograms({"xdotool"}); !missing.empty()) {
-            GTEST_SKIP() << missing;
-        }
-        // A server that has seen no input at all has nothing to tell.
-        pressKeys({"shift"});
-    }
+    // A server that has seen no input at all has nothing to tell.
+    InputCounter() { hand_.pressKeyOfUser(); }
 
     [[nodiscard]] std::uint32_t counter(InputEventType type) { return platform_->events().inputCounter(type); }
     [[nodiscard]] EventServices& events() { return platform_->events(); }
+    KeyHand& hand() { return hand_; }
 
 private:
+    KeyHand hand_;
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };
 
@@ -43,7 +40,7 @@ TEST_F(InputCounter, StandsStillWhileNobodyTypes) {
 TEST_F(InputCounter, MovesWithEveryKey) {
     std::uint32_t last = counter(InputEventType::keyDown);
     for (int press = 0; press < 5; ++press) {
-        pressKeys({"shift"});
+        hand().pressKeyOfUser();
         const std::uint32_t next = counter(InputEventType::keyDown);
         EXPECT_NE(next, last) << press;
         last = next;
