@@ -123,6 +123,39 @@ TEST_F(AccessibilityFocus, CannotCompleteWhereTheApplicationHangsWhileLooking) {
     EXPECT_EQ(peer().callCount("/window", "Accessible.GetChildren"), 0);
 }
 
+TEST_F(AccessibilityFocus, CannotCompleteIfTheApplicationHangsDuringTheWalk) {
+    addWindows({"/window"});
+    addObject("/window", {State::active, State::showing}, {"/pane"});
+    addObject("/pane", {State::showing});
+    peer().hang("/pane", "Accessible.GetChildren");
+    start();
+    EXPECT_EQ(copyFocused(), failureOf(AXError::cannotComplete));
+    const int calls = peer().callCount();
+    EXPECT_EQ(copyFocused(), failureOf(AXError::cannotComplete));
+    EXPECT_EQ(peer().callCount(), calls) << "a peer that hangs is not called again";
+}
+
+TEST_F(AccessibilityFocus, CannotCompleteIfTheApplicationHangsOverAState) {
+    addWindows({"/window"});
+    addObject("/window", {State::active, State::showing}, {"/text"});
+    peer().hang("/text", "Accessible.GetState");
+    start();
+    EXPECT_EQ(copyFocused(), failureOf(AXError::cannotComplete));
+}
+
+TEST_F(AccessibilityFocus, CannotCompleteIfTheApplicationHangsOverTheStateOfAWindow) {
+    addWindows({"/window"});
+    peer().hang("/window", "Accessible.GetState");
+    start();
+    EXPECT_EQ(copyFocused(), failureOf(AXError::cannotComplete));
+}
+
+TEST_F(AccessibilityFocus, FailsIfTheListOfWindowsIsNone) {
+    peer().answer(atspi::rootPath, "Accessible.GetChildren", strings({"a"}));
+    start();
+    EXPECT_EQ(copyFocused(), failureOf(AXError::failure));
+}
+
 TEST_F(AccessibilityFocus, OfTheSystemIsThatOfTheApplicationInFront) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/text"});

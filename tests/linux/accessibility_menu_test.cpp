@@ -4,6 +4,7 @@
 #include "platform/linux/roles.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lomaris::test {
@@ -129,6 +130,18 @@ TEST_F(AccessibilityMenu, CannotCompleteTheSearchWhereTheApplicationHangs) {
     peer().hang(box, "Get Accessible.ChildCount");
     start();
     EXPECT_EQ(menuBar(), failureOf(AXError::cannotComplete));
+}
+
+TEST_F(AccessibilityMenu, CannotCompleteTheSearchIfTheApplicationHangsOverAnyOfItsCalls) {
+    for (const auto& [path, call] : {std::pair(box, "Accessible.GetChildren"), std::pair(bar, "Accessible.GetRole"),
+                                     std::pair(bar, "Accessible.GetState")}) {
+        TearDown();
+        SetUp();
+        addWindow({item});
+        peer().hang(path, call);
+        start();
+        EXPECT_EQ(menuBar(), failureOf(AXError::cannotComplete)) << call;
+    }
 }
 
 TEST_F(AccessibilityMenu, TellsTheShortcutOfAnItem) {

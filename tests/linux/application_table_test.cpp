@@ -40,6 +40,7 @@ TEST(ApplicationTable, HasTheIdentifiersOfBrowsersEditorsAndTerminals) {
         {"code-oss", "com.visualstudio.code.oss"},
         {"Alacritty", "org.alacritty"},
         {"kitty", "net.kovidgoyal.kitty"},
+        {"ORG.WEZFURLONG.WEZTERM", "com.github.wez.wezterm"},
         {"XTerm", ""},
         {"Xfce4-terminal", ""},
     };
