@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,6 +13,7 @@
 #include <csignal>
 #include <functional>
 #include <optional>
+#include <set>
 
 namespace lomaris::test {
 namespace {
@@ -37,6 +40,16 @@ int statusOf(const std::function<int()>& body) {
 bool isReadable(int descriptor) {
     pollfd request{.fd = descriptor, .events = POLLIN, .revents = 0};
     return poll(&request, 1, 0) == 1 && (request.revents & POLLIN) != 0;
+}
+
+std::set<int> openDescriptors() {
+    std::set<int> descriptors;
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+        if (fcntl(descriptor, F_GETFD) != -1) {
+            descriptors.insert(descriptor);
+        }
+    }
+    return descriptors;
 }
 
 TEST(TerminationSignals, AreNotedAndEndTheProcessWhenItIsReady) {
@@ -105,6 +118,41 @@ TEST(TerminationSignals, InterruptAWait) {
         while (poll(&request, 1, -1) != 1) {
         }
         return signals.pending() == SIGTERM ? 0 : 1;
+    });
+    EXPECT_EQ(status, 0);
+}
+
+TEST(TerminationSignals, KeepTheirDescriptorsToThemselves) {
+    const std::set<int> before = openDescriptors();
+    {
+        const TerminationSignals signals;
+        std::set<int> opened = openDescriptors();
+        for (const int descriptor : before) {
+            opened.erase(descriptor);
+        }
+        EXPECT_EQ(opened.size(), 2U);
+        EXPECT_TRUE(opened.contains(signals.descriptor()));
+        EXPECT_EQ(terminationDescriptor(), signals.descriptor());
+        for (const int descriptor : opened) {
+            EXPECT_NE(fcntl(descriptor, F_GETFD) & FD_CLOEXEC, 0) << "programs that are started do not inherit it";
+            EXPECT_NE(fcntl(descriptor, F_GETFL) & O_NONBLOCK, 0) << "a signal handler does not block on it";
+        }
+    }
+    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(terminationDescriptor(), -1);
+}
+
+TEST(TerminationSignals, AreNotedWithoutADescriptor) {
+    const int status = statusOf([] {
+        const rlimit none{.rlim_cur = 0, .rlim_max = 0};
+        setrlimit(RLIMIT_NOFILE, &none);
+        const TerminationSignals signals;
+        errno = EDOM;
+        std::raise(SIGTERM);
+        if (errno != EDOM) {
+            return 1;
+        }
+        return signals.descriptor() == -1 && signals.pending() == SIGTERM ? 0 : 2;
     });
     EXPECT_EQ(status, 0);
 }
