@@ -107,7 +107,7 @@ void ClipboardPeer::settle() {
 }
 
 PeerEvent ClipboardPeer::waitFor(const std::function<bool(const xcb_generic_event_t&)>& isWanted) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     xcb_flush(connection_);
     while (std::chrono::steady_clock::now() < end && xcb_connection_has_error(connection_) == 0) {
         while (PeerEvent event{xcb_poll_for_event(connection_)}) {
