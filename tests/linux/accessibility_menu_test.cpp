@@ -125,6 +125,92 @@ TEST_F(AccessibilityMenu, DoesNotListWhatHasTooManyChildren) {
     EXPECT_EQ(peer().callCount(box, "Accessible.GetChildren"), 0);
 }
 
+TEST_F(AccessibilityMenu, NamesTheRolesOfItsParts) {
+    addWindow({item, secondItem});
+    start();
+    const AttributeAnswer answer = menuBar();
+    const auto* const found = std::get_if<Element>(&answer.value);
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(copyFrom(*found, attribute::role), successOf(Text(u"AXMenuBar")));
+    const Element barItem = childrenOf(*found).at(0);
+    EXPECT_EQ(copyFrom(barItem, attribute::role), successOf(Text(u"AXMenuBarItem")));
+    const Element menu = childrenOf(barItem).at(0);
+    EXPECT_EQ(copyFrom(menu, attribute::role), successOf(Text(u"AXMenu")));
+    EXPECT_EQ(copyFrom(menu, attribute::title), successOf(Text(u"Edit")));
+}
+
+TEST_F(AccessibilityMenu, FailsAsItsObjectFails) {
+    addWindow({item});
+    int roleCalls = 0;
+    // The search takes its role for that of a menu bar.
+    peer().answerWith(bar, "Accessible.GetRole", [&roleCalls] {
+        return ++roleCalls == 1 ? unsignedInteger(atspi_role::menuBar) : string("no number");
+    });
+    peer().answer(bar, "Accessible.GetChildren", strings({"a"}));
+    start();
+    const AttributeAnswer answer = menuBar();
+    const auto* const found = std::get_if<Element>(&answer.value);
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(copyFrom(*found, attribute::role), failureOf(AXError::failure));
+    EXPECT_EQ(copyFrom(*found, attribute::children), failureOf(AXError::failure));
+}
+
+TEST_F(AccessibilityMenu, LeavesOutTitlesThatAreNone) {
+    addWindow({item});
+    peer().answer(bar, "Accessible.GetChildren",
+                  references({{peer().name(), atspi::nullPath}, {peer().name(), title}}));
+    start();
+    EXPECT_EQ(titles().size(), 1U);
+}
+
+TEST_F(AccessibilityMenu, IsSoughtInAFewLevelsOfAWindow) {
+    for (const auto& [depth, isFound] : {std::pair(4, true), std::pair(5, false)}) {
+        TearDown();
+        SetUp();
+        addObject(atspi::rootPath, {}, {window});
+        addRole(window, frame, {"/1"}, {State::active, State::showing});
+        for (int level = 1; level < depth; ++level) {
+            addRole("/" + std::to_string(level), filler, {"/" + std::to_string(level + 1)});
+        }
+        addRole("/" + std::to_string(depth), atspi_role::menuBar, {});
+        start();
+        EXPECT_EQ(menuBar().error, isFound ? AXError::success : AXError::noValue) << depth;
+    }
+}
+
+TEST_F(AccessibilityMenu, IsSoughtAmongAFewHundredObjects) {
+    for (const auto& [count, isFound] : {std::pair(100, true), std::pair(101, false)}) {
+        TearDown();
+        SetUp();
+        addObject(atspi::rootPath, {}, {window});
+        std::vector<std::string> outer{box};
+        outer.resize(200, "/outer");
+        addRole("/outer", filler, {}, {});
+        addRole(window, frame, outer, {State::active, State::showing});
+        std::vector<std::string> inner(static_cast<std::size_t>(count), "/outer");
+        inner.back() = bar;
+        addRole(box, filler, inner);
+        addRole(bar, atspi_role::menuBar, {});
+        start();
+        EXPECT_EQ(menuBar().error, isFound ? AXError::success : AXError::noValue) << count;
+    }
+}
+
+TEST_F(AccessibilityMenu, ListsUpToAsManyChildrenAsItLooksAt) {
+    for (const auto& [count, isFound] : {std::pair(300, true), std::pair(301, false)}) {
+        TearDown();
+        SetUp();
+        addObject(atspi::rootPath, {}, {window});
+        std::vector<std::string> children(static_cast<std::size_t>(count), "/outer");
+        children.front() = bar;
+        addRole("/outer", filler, {}, {});
+        addRole(window, frame, children, {State::active, State::showing});
+        addRole(bar, atspi_role::menuBar, {});
+        start();
+        EXPECT_EQ(menuBar().error, isFound ? AXError::success : AXError::noValue) << count;
+    }
+}
+
 TEST_F(AccessibilityMenu, CannotCompleteTheSearchWhereTheApplicationHangs) {
     addWindow({item});
     peer().hang(box, "Get Accessible.ChildCount");
