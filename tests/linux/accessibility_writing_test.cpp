@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace lomaris::test {
 namespace {
@@ -15,6 +16,7 @@ using atspi::State;
 constexpr const char* path = "/org/a11y/atspi/accessible/7";
 constexpr const char* deletion = "EditableText.DeleteText";
 constexpr const char* insertion = "EditableText.InsertText";
+constexpr const char* caret = "Text.SetCaretOffset";
 constexpr const char* refusal = "org.freedesktop.DBus.Error.Failed";
 
 /// A text that the application changes, or does not, in its own way; only its thread touches it.
@@ -29,6 +31,8 @@ struct EditedText {
         selection = {0, 0};
     }
 };
+
+using Arguments = std::vector<std::string>;
 
 class AccessibilityWriting : public FakeDesktop {
 protected:
@@ -68,6 +72,7 @@ protected:
     void expectText(const Text& text) { EXPECT_EQ(copy(path, attribute::value), successOf(text)); }
 
     [[nodiscard]] int callCount(const std::string& call) { return peer().callCount(path, call); }
+    [[nodiscard]] std::vector<std::string> arguments(const std::string& call) { return peer().arguments(path, call); }
 
 private:
     std::shared_ptr<EditedText> text_ = std::make_shared<EditedText>();
@@ -81,10 +86,54 @@ TEST_F(AccessibilityWriting, TakesTheSelectionAwayAndInserts) {
     onCall(insertion, {"one 2 three"});
     start();
     EXPECT_EQ(write(u"2"), AXError::success);
-    EXPECT_EQ(callCount(deletion), 1);
-    EXPECT_EQ(callCount(insertion), 1);
-    EXPECT_EQ(callCount("Text.SetCaretOffset"), 1);
+    EXPECT_EQ(arguments(deletion), Arguments{"4, 7"});
+    EXPECT_EQ(arguments(insertion), Arguments{"4, \"2\", 1"});
+    EXPECT_EQ(arguments(caret), Arguments{"5"});
     expectText(u"one 2 three");
+}
+
+TEST_F(AccessibilityWriting, CountsInThePositionsOfTheApplication) {
+    // "a", U+1F600, "bcd", counted in code points; "bc" is selected.
+    EditedText text{
+        "a\xF0\x9F\x98\x80"
+        "bcd",
+        5,
+        {2, 4}};
+    show(text);
+    answer(deletion, [](EditedText& shown) {
+        shown = {
+            "a\xF0\x9F\x98\x80"
+            "d",
+            3,
+            {2, 2}};
+        return boolean(true);
+    });
+    answer(insertion, [](EditedText& shown) {
+        shown = {
+            "a\xF0\x9F\x98\x80\xC3\xA9\xF0\x9F\x98\x80"
+            "d",
+            5,
+            {0, 0}};
+        return boolean(true);
+    });
+    start();
+    EXPECT_EQ(write(u"\u00e9\U0001F600"), AXError::success);
+    EXPECT_EQ(arguments(deletion), Arguments{"2, 4"});
+    EXPECT_EQ(arguments(insertion), Arguments{"2, \"\xC3\xA9\xF0\x9F\x98\x80\", 6"});
+    EXPECT_EQ(arguments(caret), Arguments{"4"});
+}
+
+TEST_F(AccessibilityWriting, GivesTheLengthInTheUnitsOfTheToolkit) {
+    show({"one  three", 10, {4, 4}}, "Qt");
+    answer(insertion, [](EditedText& text) {
+        text = {"one \xC3\xA9\xF0\x9F\x98\x80 three", 13, {7, 7}};
+        return boolean(true);
+    });
+    start();
+    EXPECT_EQ(write(u"\u00e9\U0001F600"), AXError::success);
+    EXPECT_EQ(callCount(deletion), 0) << "nothing is selected";
+    EXPECT_EQ(arguments(insertion), Arguments{"4, \"\xC3\xA9\xF0\x9F\x98\x80\", 3"});
+    EXPECT_EQ(callCount(caret), 0) << "the caret is behind the text already";
 }
 
 TEST_F(AccessibilityWriting, OnlyTakesAwayWhereNothingIsToBeInserted) {
@@ -102,6 +151,7 @@ TEST_F(AccessibilityWriting, FailsWhereTheApplicationClaimsToDeleteAndDoesNothin
     start();
     EXPECT_EQ(write(u"2"), AXError::failure);
     EXPECT_EQ(callCount(insertion), 0);
+    EXPECT_EQ(callCount("Text.GetText"), 1 + 8) << "once before the deletion, eight times after it";
     expectText(u"one two three");
 }
 
@@ -120,7 +170,7 @@ TEST_F(AccessibilityWriting, PutsTheDeletedTextBackWhereNothingIsInserted) {
     onCall(insertion, {"one  three", "one two three"});
     start();
     EXPECT_EQ(write(u"2"), AXError::failure);
-    EXPECT_EQ(callCount(insertion), 2);
+    EXPECT_EQ(arguments(insertion), (Arguments{"4, \"2\", 1", "4, \"two\", 3"}));
     expectText(u"one two three");
 }
 
@@ -130,7 +180,8 @@ TEST_F(AccessibilityWriting, TakesABeginningThatArrivedAwayAgain) {
     onCall(insertion, {"one lo three", "one two three"});
     start();
     EXPECT_EQ(write(u"long"), AXError::failure);
-    EXPECT_EQ(callCount(deletion), 2);
+    EXPECT_EQ(arguments(deletion), (Arguments{"4, 7", "4, 6"}));
+    EXPECT_EQ(arguments(insertion), (Arguments{"4, \"long\", 4", "4, \"two\", 3"}));
     expectText(u"one two three");
 }
 

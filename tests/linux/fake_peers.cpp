@@ -150,6 +150,28 @@ Values references(std::vector<std::pair<std::string, std::string>> values) {
     };
 }
 
+namespace {
+
+/// The numbers and strings at the front of a call's arguments.
+std::string argumentsOf(sd_bus_message* call) {
+    std::string arguments;
+    for (;;) {
+        std::int32_t number = 0;
+        const char* text = nullptr;
+        std::string argument;
+        if (sd_bus_message_read_basic(call, SD_BUS_TYPE_INT32, &number) > 0) {
+            argument = std::to_string(number);
+        } else if (sd_bus_message_read_basic(call, SD_BUS_TYPE_STRING, static_cast<void*>(&text)) > 0) {
+            argument = "\"" + std::string(text) + "\"";
+        } else {
+            return arguments;
+        }
+        arguments += arguments.empty() ? argument : ", " + argument;
+    }
+}
+
+}  // namespace
+
 FakePeer::FakePeer(const PrivateBus& bus, const std::vector<std::string>& names) {
     check(sd_bus_new(&bus_), "sd_bus_new");
     check(sd_bus_set_address(bus_, bus.address().c_str()), "sd_bus_set_address");
@@ -209,8 +231,14 @@ void FakePeer::start() {
 
 int FakePeer::callCount(const std::string& path, const std::string& call) const {
     const std::lock_guard lock(mutex_);
-    const auto found = counts_.find({path, call});
-    return found == counts_.end() ? 0 : found->second;
+    const auto found = calls_.find({path, call});
+    return found == calls_.end() ? 0 : static_cast<int>(found->second.size());
+}
+
+std::vector<std::string> FakePeer::arguments(const std::string& path, const std::string& call) const {
+    const std::lock_guard lock(mutex_);
+    const auto found = calls_.find({path, call});
+    return found == calls_.end() ? std::vector<std::string>() : found->second;
 }
 
 int FakePeer::onMessage(sd_bus_message* message, void* peer, sd_bus_error* /*error*/) {
@@ -226,7 +254,7 @@ void FakePeer::take(sd_bus_message* call) {
     ++total_;
     {
         const std::lock_guard lock(mutex_);
-        ++counts_[key];
+        calls_[key].push_back(argumentsOf(call));
     }
     const auto action = actions_.find(key);
     if (action == actions_.end()) {

@@ -85,6 +85,9 @@ public:
     [[nodiscard]] int callCount(const std::string& path, const std::string& call) const;
     [[nodiscard]] int callCount() const { return total_; }
 
+    /// The arguments of each call of this kind, in order: numbers and quoted strings (`4, "text", 4`).
+    [[nodiscard]] std::vector<std::string> arguments(const std::string& path, const std::string& call) const;
+
 private:
     using Action = std::function<void(sd_bus_message* call)>;
     using Key = std::pair<std::string, std::string>;
@@ -98,7 +101,7 @@ private:
     std::string name_;
     std::map<Key, Action> actions_;
     mutable std::mutex mutex_;
-    std::map<Key, int> counts_;
+    std::map<Key, std::vector<std::string>> calls_;
     std::atomic<int> total_ = 0;
     bool isLeaving_ = false;
     int stopEvent_ = -1;
