@@ -2,16 +2,22 @@
 
 #include "platform/posix/termination_signals.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <csignal>
+#include <future>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace lomaris {
@@ -54,6 +60,120 @@ private:
 };
 
 const std::string longLine = std::string(PIPE_BUF + 100, 'x') + "\n";
+
+/// While it lives, standard output is a pipe.
+class WatchedOutput {
+public:
+    WatchedOutput() {
+        if (pipe(ends_.data()) != 0) {
+            throw std::system_error(errno, std::generic_category(), "pipe");
+        }
+        dup2(ends_[1], STDOUT_FILENO);
+        close(ends_[1]);
+    }
+    WatchedOutput(const WatchedOutput&) = delete;
+    WatchedOutput& operator=(const WatchedOutput&) = delete;
+    ~WatchedOutput() {
+        restore();
+        close(ends_[0]);
+    }
+
+    void makeNonBlocking() const { fcntl(STDOUT_FILENO, F_SETFL, O_NONBLOCK); }
+
+    /// All bytes that were written once standard output is what it was.
+    [[nodiscard]] std::string bytes() const {
+        std::string all;
+        std::string buffer(4096, ' ');
+        for (ssize_t length = 0; (length = read(ends_[0], buffer.data(), buffer.size())) > 0;) {
+            all.append(buffer, 0, static_cast<std::size_t>(length));
+        }
+        return all;
+    }
+    void restore() {
+        if (kept_ >= 0) {
+            dup2(kept_, STDOUT_FILENO);
+            close(kept_);
+            kept_ = -1;
+        }
+    }
+
+private:
+    std::array<int, 2> ends_{};
+    int kept_ = dup(STDOUT_FILENO);
+};
+
+enum class Signals { caught, left };
+enum class Writes { block, doNotBlock };
+
+/// What arrives at a reader that is slower than the writer, which says whether it wrote everything.
+std::pair<bool, std::string> written(const std::string& bytes, Signals signals, Writes writes) {
+    std::optional<TerminationSignals> caught;
+    if (signals == Signals::caught) {
+        caught.emplace();
+    }
+    WatchedOutput output;
+    if (writes == Writes::doNotBlock) {
+        output.makeNonBlocking();
+    }
+    auto read = std::async(std::launch::async, [&output] { return output.bytes(); });
+    const bool isWritten = ProcessStreams().writeOutput(bytes);
+    output.restore();
+    return {isWritten, read.get()};
+}
+
+std::string manyLines() {
+    std::string lines;
+    for (int number = 0; number < 100000; ++number) {
+        lines += std::to_string(number) + "\n";
+    }
+    return lines;
+}
+
+TEST(ProcessStreams, WriteAllOfALongOutput) {
+    const std::string lines = manyLines();
+    for (const Signals signals : {Signals::caught, Signals::left}) {
+        for (const Writes writes : {Writes::block, Writes::doNotBlock}) {
+            // The bytes would fill the screen.
+            EXPECT_TRUE(written(lines, signals, writes) == std::pair(true, lines));
+        }
+    }
+}
+
+TEST(ProcessStreams, DoNotWaitForAReaderOnceTheProcessIsToEnd) {
+    for (const Writes writes : {Writes::block, Writes::doNotBlock}) {
+        const TerminationSignals signals;
+        const WatchedOutput output;
+        if (writes == Writes::doNotBlock) {
+            output.makeNonBlocking();
+        }
+        auto written = std::async(std::launch::async, [] { return ProcessStreams().writeOutput(manyLines()); });
+        EXPECT_EQ(written.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+        kill(getpid(), SIGTERM);
+        EXPECT_FALSE(written.get());
+    }
+}
+
+TEST(ProcessStreams, ReplaceWhatCameClosedWithWhatFails) {
+    const pid_t process = fork();
+    if (process == 0) {
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            close(stream);
+        }
+        const ProcessStreams streams;
+        const auto hasMode = [](int stream, int mode) { return (fcntl(stream, F_GETFL) & O_ACCMODE) == mode; };
+        _exit((hasMode(STDIN_FILENO, O_WRONLY) ? 0 : 1) + (hasMode(STDOUT_FILENO, O_RDONLY) ? 0 : 2) +
+              (hasMode(STDERR_FILENO, O_RDONLY) ? 0 : 4));
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(process, &status, 0), process);
+    EXPECT_EQ(status, 0);
+}
+
+TEST(ProcessStreams, LeaveWhatCameOpen) {
+    const WatchedOutput output;
+    const ProcessStreams streams;
+    EXPECT_EQ(fcntl(STDOUT_FILENO, F_GETFL) & O_ACCMODE, O_WRONLY);
+}
 
 TEST(ProcessStreams, WriteAnErrorInOnePiece) {
     const WatchedError error;

@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -103,6 +104,24 @@ TEST(TerminationSignals, EndTheProcessWhereTheyAreBlocked) {
         signals.endProcess();
     });
     EXPECT_EQ(status, -SIGTERM);
+}
+
+TEST(TerminationSignals, EndTheFirstProcessOfAContainerThatNoSignalEnds) {
+    constexpr int impossible = 77;
+    const int status = statusOf([] {
+        if (unshare(CLONE_NEWPID) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWPID) != 0) {
+            return impossible;
+        }
+        return statusOf([]() -> int {
+            TerminationSignals signals;
+            std::raise(SIGTERM);
+            signals.endProcess();
+        });
+    });
+    if (status == impossible) {
+        GTEST_SKIP() << "this system does not let a process have a process namespace of its own";
+    }
+    EXPECT_EQ(status, 128 + SIGTERM);
 }
 
 TEST(TerminationSignals, InterruptAWait) {

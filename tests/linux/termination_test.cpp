@@ -1,7 +1,45 @@
 #include "platform/linux/linux_scheduling.h"
 #include "tests/support/termination_suite.h"
 
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <iostream>
+
 namespace lomaris::test {
+
+namespace {
+
+void endAfter(const std::function<void(LinuxScheduling&)>& body) {
+    LinuxScheduling scheduling{[] { std::cerr << "services "; }};
+    scheduling.termination().catchSignals();
+    body(scheduling);
+    std::cerr << "survived";
+}
+
+void endWithoutAGuard(LinuxScheduling& scheduling) {
+    scheduling.onTermination([] { std::cerr << "cleanUp "; }).reset();
+    std::raise(SIGTERM);
+    scheduling.sleep(std::chrono::milliseconds(1));
+}
+
+void endWithTwoGuards(LinuxScheduling& scheduling) {
+    const auto older = scheduling.onTermination([] { std::cerr << "older "; });
+    const auto newer = scheduling.onTermination([] { std::cerr << "newer "; });
+    scheduling.onTermination([] { std::cerr << "newest "; }).reset();
+    std::raise(SIGTERM);
+    scheduling.sleep(std::chrono::milliseconds(1));
+}
+
+TEST(TerminationGuardsDeathTest, CleanUpOnlyWhileTheyExist) {
+    EXPECT_EXIT(endAfter(endWithoutAGuard), testing::KilledBySignal(SIGTERM), "^services $");
+}
+
+TEST(TerminationGuardsDeathTest, LeaveTheCleanUpToTheNewest) {
+    EXPECT_EXIT(endAfter(endWithTwoGuards), testing::KilledBySignal(SIGTERM), "^newer services $");
+}
+
+}  // namespace
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, TerminationDeathTest, LinuxScheduling);
 
