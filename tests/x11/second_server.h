@@ -15,7 +15,7 @@
 
 namespace lomaris::test {
 
-/// A second X server, which a test may freeze or kill, as the display of this process.
+/// A second X server, which a test may freeze or kill, as the display of this process. It has two screens.
 class SecondServer : public testing::Test {
 protected:
     void SetUp() override {
@@ -27,7 +27,8 @@ protected:
         unsetenv("XAUTHORITY");
         // Far from the numbers that servers choose for themselves, and this process's own.
         const std::string number = std::to_string(1000 + getpid() % 50000);
-        server_ = std::make_unique<RunningProgram>(std::vector<std::string>{"Xvfb", ":" + number, "-noreset"});
+        server_ = std::make_unique<RunningProgram>(
+            std::vector<std::string>{"Xvfb", ":" + number, "-noreset", "-screen", "1", "640x480x24"});
         setenv("DISPLAY", (":" + number).c_str(), 1);
         ASSERT_TRUE(waitFor([] { return nativePlatform()->events().preflightPostEventAccess(); }));
     }
