@@ -13,6 +13,7 @@
 #include <chrono>
 #include <climits>
 #include <csignal>
+#include <ctime>
 #include <future>
 #include <optional>
 #include <string>
@@ -137,6 +138,29 @@ TEST(ProcessStreams, WriteAllOfALongOutput) {
             EXPECT_TRUE(written(lines, signals, writes) == std::pair(true, lines));
         }
     }
+}
+
+/// The processor time that the calling thread has used.
+std::chrono::nanoseconds processorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+TEST(ProcessStreams, UseNoProcessorTimeWhileTheyWaitForAReader) {
+    WatchedOutput output;
+    output.makeNonBlocking();
+    const std::string lines = manyLines();
+    auto used = std::async(std::launch::async, [&lines] {
+        const auto before = processorTime();
+        return ProcessStreams().writeOutput(lines) ? processorTime() - before : std::chrono::nanoseconds::max();
+    });
+    EXPECT_EQ(used.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+    auto read = std::async(std::launch::async, [&output] { return output.bytes(); });
+    // A few writes take some microseconds. A writer that tried again and again would use most of the 200 ms.
+    EXPECT_LT(used.get(), std::chrono::milliseconds(15));
+    output.restore();
+    EXPECT_TRUE(read.get() == lines);
 }
 
 TEST(ProcessStreams, DoNotWaitForAReaderOnceTheProcessIsToEnd) {

@@ -35,6 +35,17 @@ TEST(TerminationGuardsDeathTest, CleanUpOnlyWhileTheyExist) {
     EXPECT_EXIT(endAfter(endWithoutAGuard), testing::KilledBySignal(SIGTERM), "^services $");
 }
 
+void endAsAHost() {
+    LinuxScheduling scheduling{[] { std::cerr << "services "; }};
+    const auto guard = scheduling.onTermination([] { std::cerr << "cleanUp "; });
+    std::raise(SIGTERM);
+    std::cerr << "survived";
+}
+
+TEST(TerminationGuardsDeathTest, LeaveTheSignalsOfAHostAlone) {
+    EXPECT_EXIT(endAsAHost(), testing::KilledBySignal(SIGTERM), "^$");
+}
+
 TEST(TerminationGuardsDeathTest, LeaveTheCleanUpToTheNewest) {
     EXPECT_EXIT(endAfter(endWithTwoGuards), testing::KilledBySignal(SIGTERM), "^newer services $");
 }
