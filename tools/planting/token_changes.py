@@ -49,7 +49,6 @@ WORDS = {
 DROPPED_WORDS = ("break", "return")
 ASSIGNMENTS = ("=", "+=", "-=", "|=", "&=", "++", "--", "(", ".", "->", "[")
 DECLARATIONS = ("static_assert", "using", "friend", "typedef", "template", "extern")
-STATEMENTS_OF_TWO = ("case", "default")
 OTHER_STATEMENTS = ("if", "for", "while", "switch", "do", "else", "try", "catch", "return", "throw", "delete", "new")
 
 
