@@ -37,15 +37,15 @@ constexpr unsigned outOfRangeBits = 0xc0;
 constexpr unsigned clampBit = 0x40;
 constexpr unsigned redirectBit = 0x80;
 
-/// Takes items off the front of a reply; none are left once one did not fit.
+/// Takes items off the front of a reply.
 class ByteReader {
 public:
     explicit ByteReader(std::span<const std::byte> bytes) : rest_(bytes) {}
 
+    /// Nothing if the item does not fit.
     template <typename Item>
     [[nodiscard]] std::optional<Item> take() {
         if (rest_.size() < sizeof(Item)) {
-            rest_ = {};
             return std::nullopt;
         }
         Item item{};
