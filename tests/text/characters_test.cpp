@@ -32,6 +32,26 @@ bool isAmongThousandsAlike(char32_t codePoint) {
 
 }  // namespace
 
+TEST(CharacterCount, CountsAMarkAndALineEndAtEveryPlaceInALongRun) {
+    for (std::size_t place = 1; place < 300; ++place) {
+        Text marked(300, u'a');
+        marked[place] = u'\u0301';
+        EXPECT_EQ(characterCount(marked), 299) << place;
+        Text lines(300, u'a');
+        lines[place - 1] = u'\r';
+        lines[place] = u'\n';
+        EXPECT_EQ(characterCount(lines), 299) << place;
+    }
+}
+
+TEST(CharacterCount, ForgetsWhatWasBeforeALongRun) {
+    const Text run(200, u'a');
+    // A joiner joins a pictograph only to one directly before it, and a flag is two indicators side by side.
+    EXPECT_EQ(characterCount(u"\U0001F600" + run + u"\u200D\U0001F600"), 202);
+    EXPECT_EQ(characterCount(u"\U0001F1E9" + run + u"\U0001F1E9\U0001F1EA"), 202);
+    EXPECT_EQ(characterCount(u"\u0915\u094D" + run + u"\u0915"), 202);
+}
+
 TEST(CharacterCount, CountsAsRecorded) {
     for (const auto& [line, value] : readVectors("character-count")) {
         const Text text = textOf(value.at("text"));

@@ -43,6 +43,14 @@ TEST(UnicodeEncoding, IsToldByItsMarkOrItsZeroBytes) {
     }
 }
 
+TEST(UnicodeEncoding, LooksAtNothingBehindTheEndOfTheBytes) {
+    for (const std::string_view bytes : {"\0\0\0{"sv, "{\0\0\0"sv, "\0{\0{"sv, "{\0{\0"sv}) {
+        for (std::size_t length = 0; length < bytes.size(); ++length) {
+            EXPECT_EQ(detectUnicodeEncoding(bytes.substr(0, length)).encoding, utf8) << length;
+        }
+    }
+}
+
 TEST(UnicodeEncoding, ConvertsWellFormedBytesToUtf8) {
     constexpr auto utf8Text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"sv;
     EXPECT_EQ(utf8FromEncoded(utf8Text, utf8), utf8Text);
