@@ -154,6 +154,22 @@ TEST_F(AccessibilityText, ReadsANumberWhereThereIsNoText) {
     }
 }
 
+TEST_F(AccessibilityText, IsTheOnlyAttributeThatCanBeWritten) {
+    addObject(path, {State::editable});
+    peer().answerError("/gone", "Accessible.GetState", "org.freedesktop.DBus.Error.UnknownObject");
+    start();
+    for (const auto& attribute : {attribute::role, attribute::value, attribute::focused}) {
+        EXPECT_EQ(accessibility().isAttributeSettable(object(path), attribute),
+                  (SettableAnswer{AXError::success, false}))
+            << attribute;
+        EXPECT_EQ(accessibility().isAttributeSettable(object("/gone"), attribute),
+                  (SettableAnswer{AXError::invalidUIElement, false}))
+            << attribute;
+    }
+    EXPECT_EQ(accessibility().isAttributeSettable(object(path), "AXNonsense"),
+              (SettableAnswer{AXError::attributeUnsupported, false}));
+}
+
 TEST_F(AccessibilityText, CanBeWrittenOnlyWhereTheObjectSaysSo) {
     struct Case {
         std::vector<std::string> interfaces;

@@ -104,6 +104,9 @@ TEST(DesktopBuilding, HasTheUserDoWhatTheFileSays) {
     EXPECT_EQ(countersAfter(R"([{"clicks": "left"}, {"clicks": "right"}, {"clicks": "other"}, {"clicks": "other"}])"),
               (InputCounters{5, 1, 1, 2}));
     EXPECT_EQ(countersAfter(R"({"setsCounters": {"leftMouseDown": 9}})"), (InputCounters{5, 9, 0, 0}));
+    EXPECT_EQ(countersAfter(R"({"setsCounters": {"keyDown": 1, "leftMouseDown": 2, "rightMouseDown": 3,
+                                "otherMouseDown": 4}})"),
+              (InputCounters{1, 2, 3, 4}));
 
     const auto textAfter = [](const std::string& action) {
         const auto stage = stageAfter(action);
@@ -211,6 +214,10 @@ TEST(Base64, GoesBothWays) {
     }
     for (const std::string wrong : {"Z", "Zg=", "Z===", "Zg==Zg==", "Zm 9v", "Zg=a"}) {
         EXPECT_EQ(simulator::bytesOfBase64(wrong), std::nullopt) << wrong;
+    }
+    // What is behind the end of a text counts for nothing.
+    for (const std::size_t length : {1U, 2U, 3U, 5U, 6U, 7U}) {
+        EXPECT_EQ(simulator::bytesOfBase64(std::string_view("AAAAAAAA").substr(0, length)), std::nullopt) << length;
     }
 }
 

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lomaris::test {
@@ -92,6 +93,32 @@ TEST(DesktopFile, RefusesUnknownKeys) {
     });
 }
 
+TEST(DesktopFile, RefusesUnknownKeysInEveryObject) {
+    const std::vector<std::pair<std::string, std::string>> files{
+        {applicationWith(R"("unknown": 1)"), "applications[0]"},
+        {elementWith(R"("text": {"value": "a", "unknown": 1})"), "applications[0].elements[0].text"},
+        {elementWith(R"("generate": {"elements": 1, "unknown": 1})"), "applications[0].elements[0].generate"},
+        {elementWith(R"("generate": {"elements": 1, "every": {"unknown": 1}})"),
+         "applications[0].elements[0].generate.every"},
+        {elementWith(R"("generate": {"elements": 1, "members": [{"at": 0, "unknown": 1}]})"),
+         "applications[0].elements[0].generate.members[0]"},
+        {elementWith(R"("settable": {"AXValue": {"error": "failure", "unknown": 1}})"),
+         "applications[0].elements[0].settable.AXValue"},
+        {elementWith(R"("set": {"AXValue": {"unknown": 1}})"), "applications[0].elements[0].set.AXValue"},
+        {elementWith(R"("actions": {"AXPress": {"unknown": 1}})"), "applications[0].elements[0].actions.AXPress"},
+        {applicationWith(R"("menuBar": [{"title": "Edit", "items": [], "unknown": 1}])"), "applications[0].menuBar[0]"},
+        {applicationWith(R"("menuBar": [{"title": "Edit", "items": [{"title": "Copy", "unknown": 1}]}])"),
+         "applications[0].menuBar[0].items[0]"},
+        {R"({"pasteboard": {"unknown": 1}})", "pasteboard"},
+        {R"({"systemWide": {"unknown": 1}})", "systemWide"},
+        {R"({"user": [{"at": 0, "do": "type", "unknown": 1}]})", "user[0]"},
+    };
+    for (const auto& [file, place] : files) {
+        const std::string expected = place + ".unknown: unknown key; expected one of: ";
+        EXPECT_EQ(complaintAbout(file).substr(0, expected.size()), expected) << complaintAbout(file);
+    }
+}
+
 TEST(DesktopFile, RefusesValuesOfTheWrongType) {
     expectRefusals({
         {"[]", "expected an object"},
@@ -146,6 +173,14 @@ TEST(DesktopFile, RefusesWhatIsOutOfRange) {
         {R"({"user": [{"beforeCall": 0, "do": {"types": 1}}]})",
          "user[0].beforeCall: expected an integer from 1 to 1000000000"},
     });
+}
+
+TEST(DesktopFile, RefusesTreesWithoutElementsOrBranches) {
+    for (const std::string key : {"elements", "branching"}) {
+        const std::string file = elementWith(R"("generate": {"depth": 0, ")" + key + R"(": 0})");
+        const std::string expected = "applications[0].elements[0].generate." + key + ": expected an integer from 1 to ";
+        EXPECT_EQ(complaintAbout(file).substr(0, expected.size()), expected);
+    }
 }
 
 TEST(DesktopFile, RefusesWhatContradictsItself) {
