@@ -27,6 +27,17 @@ void expectReadsAsReference(const std::string& bytes) {
 
 }  // namespace
 
+TEST(Utf8, LooksAtNothingBehindTheEndOfTheBytes) {
+    const std::string_view whole = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80z";
+    for (std::size_t length = 0; length <= whole.size(); ++length) {
+        const std::string_view cut = whole.substr(0, length);
+        // The copy has a zero byte behind its end, and not the rest of a character.
+        const std::string copy(cut);
+        EXPECT_EQ(textFromUtf8(cut), textFromUtf8(copy)) << length;
+        EXPECT_EQ(isValidUtf8(cut), isValidUtf8(copy)) << length;
+    }
+}
+
 TEST(Utf8, TellsValidFromInvalidAsRecorded) {
     for (const auto& [line, value] : readVectors("utf8-validity")) {
         const std::string bytes = bytesOf(value.at("bytes"));
