@@ -203,6 +203,14 @@ TEST(CommandLine, ReadsNumbersAsEveryReferenceCaseShows) {
     }
 }
 
+TEST(CommandLine, TakesNoOtherCharactersForDigits) {
+    // U+0135 and U+0235 have the byte of the digit 5 as their lower one.
+    for (const std::string value : {"\xC4\xB5", "\xC8\xB5", "1\xC4\xB5"}) {
+        EXPECT_EQ(refusalOf({"read-selection", "--after-chars", value}), "--after-chars must be between 0 and 10000.");
+        EXPECT_EQ(refusalOf({"read-selection", "--delay", value}), "--delay must be between 0 and 60 seconds.");
+    }
+}
+
 TEST(CommandLine, ReadsLimitsAsEveryReferenceCaseShows) {
     for (const auto& vector : test::readVectors("integer-text")) {
         const std::string bytes = test::bytesOf(vector.value.at("bytes"));
