@@ -92,11 +92,17 @@ def first_failing(commands):
     """The result of the command that fails first, or None. The others are ended then."""
     failing = None
     with ThreadPoolExecutor(len(commands)) as executor:
-        for finished in as_completed([executor.submit(command.result) for command in commands]):
-            if failing is None and finished.result()[1] != 0:
-                failing = finished.result()
-                for command in commands:
-                    command.signal(signal.SIGTERM)
+        try:
+            for finished in as_completed([executor.submit(command.result) for command in commands]):
+                if failing is None and finished.result()[1] != 0:
+                    failing = finished.result()
+                    for command in commands:
+                        command.signal(signal.SIGTERM)
+        except BaseException:
+            # Or the executor would wait until their time is over.
+            for command in commands:
+                command.signal(signal.SIGTERM)
+            raise
     return failing
 
 
