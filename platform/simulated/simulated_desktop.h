@@ -113,9 +113,10 @@ public:
     /// The user clicks: counts one press of that mouse button. Nothing else happens.
     void userClicks(InputEventType button = InputEventType::leftMouseDown);
 
-    /// Another program clears the pasteboard and writes one item with this plain text.
+    /// Another program clears the pasteboard and writes one item with this plain text. In the reaction of an
+    /// application that program is the application.
     void userCopies(TextView text);
-    /// Another program clears the pasteboard and writes these items.
+    /// The same with these items.
     void userCopiesItems(const std::vector<CopiedItem>& items);
     /// Another program asks for the bytes of the first item that has `type`. `whenRead` gets them: at once where they
     /// are there, nobody has them or another program promised them; when this process has kept its promise, which it

@@ -38,7 +38,8 @@ void SimulatedKeeper::take(const keeping::Event& event) {
     if (decision.restores) {
         restore_(saved_);
     }
-    if (decision.wakeAt) {
+    if (decision.wakeAt && decision.wakeAt != wakeAt_) {
+        wakeAt_ = decision.wakeAt;
         scheduler_.at(*decision.wakeAt, [this] { take(keeping::event::TimePassed()); });
     }
 }

@@ -49,6 +49,8 @@ private:
     Contents saved_;
     /// The application that was told to copy.
     std::optional<ProcessIdentifier> target_;
+    /// The moment of the newest timer.
+    std::optional<Moment> wakeAt_;
     bool hasBegun_ = false;
     bool isDone_ = false;
 };

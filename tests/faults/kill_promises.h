@@ -7,7 +7,7 @@
 
 namespace lomaris::test {
 
-/// What holds after the tool was killed, if a keeper exists. Answers the broken promises, each in words.
+/// What holds after the tool was killed, if a keeper exists. Returns the broken promises, each in words.
 ///
 /// 1. The clipboard is the user's in the end, what was copied after the kill included, and any process can use it.
 /// 2. A paste that was posted is completed. A deletion before it stays if the tool was killed in between. Nothing else

@@ -45,6 +45,8 @@ TEST_F(ClipboardOperations, KeepOtherProcessesOutFromTheFirstSnapshotToTheEndOfT
     }
     EXPECT_TRUE(isSaved);
     EXPECT_FALSE(isFree());
+    // What comes before further calls must not outlive the list.
+    desktop.endProcess();
 }
 
 TEST_F(ClipboardOperations, KeepOtherProcessesOutUntilTheTargetHasThePastedText) {
@@ -101,6 +103,7 @@ TEST_F(ClipboardOperations, AreNotBegunByDirectReadsAndWrites) {
     }
     EXPECT_EQ(replaceWith(u"red fox"), std::nullopt);
     EXPECT_EQ(isFreeBefore, std::vector<bool>(desktop.journal().size(), true));
+    desktop.endProcess();
 }
 
 TEST_F(ClipboardOperations, FailAsAReadIfTheClipboardIsInUse) {
