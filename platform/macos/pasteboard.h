@@ -23,6 +23,8 @@ public:
     [[nodiscard]] std::int64_t changeCount() override;
     void clearContents() override;
     [[nodiscard]] bool writeItems(std::vector<NewPasteboardItem> items) override;
+    /// A lock on a file in the user's directory for temporary files.
+    [[nodiscard]] std::unique_ptr<PasteboardHold> tryHold() override;
 
     /// Answers the requests that wait already and keeps what is then still promised, if the pasteboard is still this
     /// process's. Also to be called before a signal ends the process, though not from its handler. Does not wait.

@@ -3,14 +3,29 @@
 #include "platform/macos/core_foundation.h"
 #include "platform/macos/pasteboard_promise.h"
 #include "platform/macos/shielded_call.h"
+#include "platform/posix/file_lock_hold.h"
+
+#include <limits.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
 namespace lomaris::macos {
 
 namespace {
+
+/// The file that the processes of this user lock for an operation; empty if the user has no such directory.
+std::string lockPath() {
+    std::array<char, PATH_MAX> directory{};
+    const std::size_t length = confstr(_CS_DARWIN_USER_TEMP_DIR, directory.data(), directory.size());
+    if (length == 0 || length > directory.size()) {
+        return {};
+    }
+    return std::string(directory.data()) + "lomaris-macos-bridge.pasteboard";
+}
 
 std::int64_t countOf(NSPasteboard* pasteboard) { return pasteboard.changeCount; }
 
@@ -208,6 +223,8 @@ bool MacOSPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
         return true;
     });
 }
+
+std::unique_ptr<PasteboardHold> MacOSPasteboard::tryHold() { return FileLockHold::tryHold(lockPath()); }
 
 void MacOSPasteboard::finish() {
     if (promises_->empty()) {

@@ -70,6 +70,32 @@ TEST(TerminationSignals, AreNotedAndEndTheProcessWhenItIsReady) {
     }
 }
 
+TEST(TerminationSignals, ASecondOneEndsTheProcessAtOnceIfItMay) {
+    const int status = statusOf([] {
+        TerminationSignals signals;
+        signals.setSecondSignalEnds(true);
+        std::raise(SIGINT);
+        if (signals.pending() != SIGINT) {
+            return 1;
+        }
+        std::raise(SIGTERM);
+        return 2;
+    });
+    EXPECT_EQ(status, -SIGTERM);
+}
+
+TEST(TerminationSignals, ASecondOneIsIgnoredAgainWhileItMayNotEndTheProcess) {
+    const int status = statusOf([] {
+        TerminationSignals signals;
+        signals.setSecondSignalEnds(true);
+        signals.setSecondSignalEnds(false);
+        std::raise(SIGINT);
+        std::raise(SIGINT);
+        return 0;
+    });
+    EXPECT_EQ(status, 0);
+}
+
 TEST(TerminationSignals, TheFirstOneCounts) {
     const int status = statusOf([] {
         TerminationSignals signals;

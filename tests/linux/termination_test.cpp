@@ -50,6 +50,43 @@ TEST(TerminationGuardsDeathTest, LeaveTheCleanUpToTheNewest) {
     EXPECT_EXIT(endAfter(endWithTwoGuards), testing::KilledBySignal(SIGTERM), "^newer services $");
 }
 
+void endBySecondSignal(LinuxScheduling& scheduling) {
+    scheduling.termination().letSecondSignalEnd();
+    const auto guard = scheduling.onTermination([] { std::cerr << "cleanUp "; });
+    std::raise(SIGTERM);
+    std::cerr << "noted ";
+    std::raise(SIGINT);
+}
+
+TEST(TerminationGuardsDeathTest, DoWithoutCleanUpIfASecondSignalMayEndTheProcess) {
+    EXPECT_EXIT(endAfter(endBySecondSignal), testing::KilledBySignal(SIGINT), "^noted $");
+}
+
+void endHeldOffBySecondSignal(LinuxScheduling& scheduling) {
+    auto guard = scheduling.onTermination([] { std::cerr << "cleanUp "; });
+    scheduling.termination().letSecondSignalEnd();
+    guard->holdOff();
+    std::raise(SIGTERM);
+    std::raise(SIGINT);
+    std::cerr << "held off ";
+    guard.reset();
+}
+
+TEST(TerminationGuardsDeathTest, HoldASecondSignalOffAsWell) {
+    EXPECT_EXIT(endAfter(endHeldOffBySecondSignal), testing::KilledBySignal(SIGTERM), "^held off cleanUp services $");
+}
+
+void endByTwoSignalsWithoutLeave(LinuxScheduling& scheduling) {
+    const auto guard = scheduling.onTermination([] { std::cerr << "cleanUp "; });
+    std::raise(SIGTERM);
+    std::raise(SIGINT);
+    scheduling.sleep(std::chrono::milliseconds(1));
+}
+
+TEST(TerminationGuardsDeathTest, CleanUpDespiteASecondSignalThatMayNotEndTheProcess) {
+    EXPECT_EXIT(endAfter(endByTwoSignalsWithoutLeave), testing::KilledBySignal(SIGTERM), "^cleanUp services $");
+}
+
 }  // namespace
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, TerminationDeathTest, LinuxScheduling);

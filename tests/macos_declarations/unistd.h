@@ -1,0 +1,11 @@
+// The system interface of the system that checks, and the configuration string that only macOS has.
+
+#include_next <unistd.h>
+
+#ifndef LOMARIS_MACOS_DECLARATIONS_UNISTD
+#define LOMARIS_MACOS_DECLARATIONS_UNISTD
+
+// The user's own directory for temporary files.
+#define _CS_DARWIN_USER_TEMP_DIR 65537
+
+#endif
