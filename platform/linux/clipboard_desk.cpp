@@ -46,24 +46,26 @@ public:
         : desk_(std::move(desk)), contents_(std::move(contents)), index_(index) {}
 
     std::vector<PasteboardType> types() override {
-        settle();
-        const auto contents = contents_.lock();
+        const auto contents = currentContents();
         return contents ? contents->types(index_) : std::vector<PasteboardType>();
     }
 
     std::optional<Bytes> data(const PasteboardType& type) override {
-        settle();
-        const auto contents = contents_.lock();
+        const auto contents = currentContents();
         const SharedBytes bytes = contents ? contents->bytes(index_, type) : nullptr;
         return bytes ? std::optional(*bytes) : std::nullopt;
     }
 
 private:
-    /// Lets go of the contents where another program has taken over.
-    void settle() {
-        if (const auto desk = desk_.lock()) {
-            desk->settle();
+    /// The contents, or null once the clipboard has others: while these are promised, they outlast their replacement.
+    [[nodiscard]] std::shared_ptr<ClipboardContents> currentContents() const {
+        const auto desk = desk_.lock();
+        if (!desk) {
+            return nullptr;
         }
+        desk->settle();
+        const auto contents = contents_.lock();
+        return contents == desk->contents_ ? contents : nullptr;
     }
 
     std::weak_ptr<ClipboardDesk> desk_;
