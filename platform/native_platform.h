@@ -21,8 +21,8 @@ enum class ProcessRole {
 /// nothing until a service is used. The caller owns the result. Main thread.
 ///
 /// `clipboardKeeper`: the path of the program that restores the clipboard if a host dies in the middle of an operation,
-/// and serves the clipboard after its end; on Linux, for hosts. If it is empty, the program is looked for beside that of
-/// the host, then where this build installs it. Without the program both are left undone.
+/// and serves the clipboard after its end; on Linux, for hosts. If it is empty, the program is looked for beside that
+/// of the host, then where this build installs it. Without the program both are left undone.
 [[nodiscard]] std::unique_ptr<Platform> nativePlatform(ProcessRole role = ProcessRole::host,
                                                        const std::string& clipboardKeeper = {});
 

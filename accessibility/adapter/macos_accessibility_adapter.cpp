@@ -33,6 +33,8 @@ MacOSAccessibilityAdapter::MacOSAccessibilityAdapter(std::shared_ptr<Platform> p
 
 SelectionSnapshot MacOSAccessibilityAdapter::readSelection(const SelectionReadOptions& options,
                                                            SelectionPurpose purpose) {
+    // A read may copy twice; no other operation comes in between.
+    const auto scope = operation();
     const auto application = platform_->workspace().frontmostApplication();
     if (purpose == SelectionPurpose::shortcut && application &&
         ShortcutSelectionPolicy::isFileManager(application->bundleIdentifier)) {

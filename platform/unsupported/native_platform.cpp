@@ -166,6 +166,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Platform> nativePlatform(ProcessRole /*role*/, const std::string& /*clipboardKeeper*/) { return std::make_unique<UnsupportedPlatform>(); }
+std::unique_ptr<Platform> nativePlatform(ProcessRole /*role*/, const std::string& /*clipboardKeeper*/) {
+    return std::make_unique<UnsupportedPlatform>();
+}
 
 }  // namespace lomaris

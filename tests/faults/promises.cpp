@@ -242,8 +242,7 @@ Duration longestTime(const Scenario& scenario) {
         longest += secondLookForCopyCommand + copying;
     }
     if (scenario.contention) {
-        // Each copying that finds the clipboard in use.
-        longest += scenario.world.isBrowser() ? 2 * waitForTheClipboard : waitForTheClipboard;
+        longest += waitForTheClipboard;
     }
     if (scenario.command == Command::replaceIfCurrent) {
         longest += raisingTheWindow + secondLookForCopyCommand;

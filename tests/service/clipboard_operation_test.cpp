@@ -3,6 +3,7 @@
 #include "accessibility/model/guard_trace.h"
 #include "tests/service/service_world.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <string>
@@ -46,6 +47,27 @@ TEST_F(ClipboardOperations, KeepOtherProcessesOutFromTheFirstSnapshotToTheEndOfT
     EXPECT_TRUE(isSaved);
     EXPECT_FALSE(isFree());
     // What comes before further calls must not outlive the list.
+    desktop.endProcess();
+}
+
+TEST_F(ClipboardOperations, KeepOtherProcessesOutBetweenTheTwoCopiesOfARead) {
+    // The Copy menu item of a browser copies nothing, and Command+C follows.
+    SimulatedApplication browser = desktop.addApplication(900, u"org.mozilla.firefox", u"Browser");
+    SimulatedTextElement page = browser.addTextElement(u"some words", TextRange{5, 5});
+    browser.element().answers(attribute::focusedUIElement, page.element());
+    browser.addMenuBar({{u"Edit", {{.title = u"Copy", .commandCharacter = u"c"}}}});
+    browser.onCopy(copiesSelectionOf(page));
+    desktop.bringToFront(900);
+    std::vector<bool> isFreeBefore;
+    for (std::size_t call = 1; call <= 200; ++call) {
+        desktop.beforeCall(call, [&] { isFreeBefore.push_back(isFree()); });
+    }
+    EXPECT_EQ(service->readSelectionText(500, 500), u"words");
+    const auto firstHeld = std::find(isFreeBefore.begin(), isFreeBefore.end(), false);
+    EXPECT_NE(firstHeld, isFreeBefore.end());
+    // Once the read is over the clipboard is free again, before which there is no call.
+    EXPECT_EQ(std::find(firstHeld, isFreeBefore.end(), true), isFreeBefore.end());
+    EXPECT_TRUE(isFree());
     desktop.endProcess();
 }
 

@@ -4,6 +4,7 @@
 #include "tests/platform/workspace_contract.h"
 #include "tests/support/running_program.h"
 #include "tests/support/waiting.h"
+#include "tests/x11/clipboard_peer.h"
 #include "tests/x11/key_hand.h"
 #include "tests/x11/test_window.h"
 #include "tests/x11/window_manager.h"
@@ -29,6 +30,13 @@ public:
 
     Platform& platform() override { return *platform_; }
     void userTypes() override { hand_.pressKeyOfUser(); }
+    void prepareForKeys() override {
+        // The counter is the moment of the last input in milliseconds: the key must come in a later one.
+        ClipboardPeer peer;
+        const xcb_timestamp_t now = peer.time();
+        while (peer.time() - now < 2) {
+        }
+    }
 
 private:
     KeyHand hand_;
