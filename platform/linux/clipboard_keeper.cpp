@@ -213,8 +213,20 @@ private:
 
     void restore() {
         auto targets = readKeptTargets(saved_);
-        // Without them, even an empty clipboard is better than the partner's text.
-        static_cast<void>(take(targets ? std::move(*targets) : std::vector<KeptTarget>(), 0));
+        // Another program may have taken over since; its notification is then still on the way.
+        session_.xcb().grab_server(session_.handle());
+        if (classify(currentOwner()) != Owner::other) {
+            // Without the saved contents, even an empty clipboard is better than the partner's text.
+            static_cast<void>(take(targets ? std::move(*targets) : std::vector<KeptTarget>(), 0));
+        }
+        session_.xcb().ungrab_server(session_.handle());
+        static_cast<void>(session_.flush());
+    }
+
+    [[nodiscard]] xcb_window_t currentOwner() {
+        const auto reply = session_.connection().wait<xcb_get_selection_owner_reply_t>(
+            session_.xcb().get_selection_owner(session_.handle(), session_.names().clipboard));
+        return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
     }
 
     [[nodiscard]] bool isOver() {

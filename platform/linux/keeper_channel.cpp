@@ -73,9 +73,6 @@ bool KeeperChannel::send(const KeeperMessage& message, int file) {
     do {
         sent = sendmsg(socket_.number(), &header, MSG_NOSIGNAL | MSG_DONTWAIT);
     } while (sent < 0 && errno == EINTR);
-    if (sent < 0) {
-        socket_.reset();
-    }
     return sent >= 0;
 }
 

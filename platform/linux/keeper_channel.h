@@ -65,8 +65,9 @@ public:
     [[nodiscard]] bool isOpen() const { return static_cast<bool>(socket_); }
     void close() { socket_.reset(); }
 
-    /// Sends a message with a file, if `file` is not negative. Closes the channel and returns false if the other end is
-    /// gone, or has read nothing for so long that the message would have to wait.
+    /// Sends a message with a file, if `file` is not negative. False if the other end is gone, or has read nothing for
+    /// so long that the message would have to wait. The channel stays open: what the other end sent before is still
+    /// there.
     bool send(const KeeperMessage& message, int file = -1);
 
     /// The next message, or nothing if none arrives before `deadline`, or at all: then the channel is closed. Without a

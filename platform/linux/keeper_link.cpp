@@ -25,8 +25,8 @@ bool KeeperLink::isThere() {
 }
 
 void KeeperLink::begin() {
-    if (isThere()) {
-        channel_.send({.kind = Kind::began});
+    if (isThere() && !channel_.send({.kind = Kind::began})) {
+        channel_.close();
     }
 }
 
@@ -74,7 +74,11 @@ std::optional<KeeperMessage> KeeperLink::request(KeeperMessage message, std::spa
     }
     const FileDescriptor file = writeKeptTargets(targets);
     message.serial = ++serial_;
-    if (!file || !channel_.send(message, file.number())) {
+    if (!file) {
+        return std::nullopt;
+    }
+    if (!channel_.send(message, file.number())) {
+        channel_.close();
         return std::nullopt;
     }
     const Moment deadline = later(monotonicNow(), patience);

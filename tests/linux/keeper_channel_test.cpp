@@ -64,7 +64,16 @@ TEST_F(KeeperChannels, DeliverWhatAPartnerSentThatReadNothing) {
 TEST_F(KeeperChannels, CloseWhenTheOtherEndIsGone) {
     keeper.close();
     EXPECT_FALSE(partner.send({.kind = Kind::began}));
+    EXPECT_FALSE(partner.receive());
     EXPECT_FALSE(partner.isOpen());
+}
+
+TEST_F(KeeperChannels, DeliverWhatAPartnerSentThatCannotBeToldAnythingAnyMore) {
+    EXPECT_TRUE(partner.send({.kind = Kind::ended}));
+    partner.close();
+    EXPECT_FALSE(keeper.send({.kind = Kind::confirmed}));
+    EXPECT_EQ(received(), std::vector{Kind::ended});
+    EXPECT_FALSE(keeper.isOpen());
 }
 
 TEST_F(KeeperChannels, CloseOverAMessageOfAnotherSize) {
