@@ -47,7 +47,7 @@ public:
 
     /// Nothing is thrown because the process is killed as long as the result lives: for what a destructor may call, a
     /// write to the pasteboard for example.
-    [[nodiscard]] Meanwhile<bool> shield() { return Meanwhile<bool>(isShielded_, true); }
+    [[nodiscard]] Meanwhile<bool> shield() { return {isShielded_, true}; }
 
     /// To be passed by each call: ends the process where it was told to and there was never a guard. May throw.
     void passCall();
