@@ -95,7 +95,7 @@ private:
 };
 
 ClipboardDesk::ClipboardDesk(KeeperStart startKeeper)
-    : ownership_(session_, [this] { contents_.reset(); }),
+    : ownership_(session_, [this] { letContentsGo(); }),
       server_(session_, ownership_, [this] { return contents_; }),
       reader_(session_, ownership_, [this] { server_.serve(); }),
       keeper_(std::move(startKeeper)) {}
@@ -108,6 +108,13 @@ void ClipboardDesk::handle(const xcb_generic_event_t& event) {
     ownership_.handle(event);
     reader_.handle(event);
     server_.handle(event);
+}
+
+/// Another program owns the clipboard, or nobody does. Contents that were not published yet are about to replace that.
+void ClipboardDesk::letContentsGo() {
+    if (!isUnpublished_ && !isPublishing_) {
+        contents_.reset();
+    }
 }
 
 void ClipboardDesk::settle() {
@@ -153,8 +160,13 @@ bool ClipboardDesk::publish() {
     if (const auto published = keeper_.publish(contents_->kept())) {
         keeperWindow_ = published->window;
         ownership_.setKeeper(keeperWindow_);
-        // Another program may have taken over since.
+        isPublishing_ = true;
         session_.settle();
+        isPublishing_ = false;
+        // Another program may have taken over since.
+        if (!ownership_.isOwner()) {
+            contents_.reset();
+        }
         return contents_ != nullptr;
     }
     const std::shared_ptr<ClipboardContents> contents = contents_;

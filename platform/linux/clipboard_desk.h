@@ -67,6 +67,7 @@ private:
     [[nodiscard]] std::optional<Text> foreignString();
     [[nodiscard]] std::optional<Bytes> foreignData(ForeignContents& foreign, const PasteboardType& type);
     void handle(const xcb_generic_event_t& event);
+    void letContentsGo();
     void settle();
     bool publish();
 
@@ -84,6 +85,8 @@ private:
     /// Contents that were cleared and not written yet: the keeper gets them with the write, or with the next call, so
     /// that no reader finds the empty clipboard in between.
     bool isUnpublished_ = false;
+    /// Notifications of the server are read that may be older than the publication.
+    bool isPublishing_ = false;
     bool isProtected_ = false;
     /// The contents whose promised text the keeper serves. They may have been replaced by another program's.
     std::shared_ptr<ClipboardContents> promised_;

@@ -287,6 +287,16 @@ TEST_F(ClipboardKeeper, TellsTheProviderThatItsTextWasRead) {
     }));
 }
 
+TEST_F(ClipboardKeeper, PublishesAfterAChangeBetweenClearingAndWriting) {
+    Operation operation;
+    operation.pasteboard().clearContents();
+    forgetUser();
+    std::vector<NewPasteboardItem> items(1);
+    items[0].data = {{stringType, "words"}};
+    EXPECT_TRUE(operation.pasteboard().writeItems(std::move(items)));
+    EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "words"}));
+}
+
 TEST_F(ClipboardKeeper, AllowsOneOperationAtATime) {
     Operation other;
     auto process = std::make_unique<DyingProcess>([](Operation& operation) { ASSERT_TRUE(operation.begin()); });
