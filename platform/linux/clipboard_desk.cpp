@@ -110,7 +110,7 @@ void ClipboardDesk::handle(const xcb_generic_event_t& event) {
     server_.handle(event);
 }
 
-/// Another program owns the clipboard, or nobody does. Contents that were not published yet are about to replace that.
+/// Called when this process no longer owns the clipboard. Contents that are not published yet still will be.
 void ClipboardDesk::letContentsGo() {
     if (!isUnpublished_ && !isPublishing_) {
         contents_.reset();

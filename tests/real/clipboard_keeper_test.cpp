@@ -347,11 +347,7 @@ TEST_F(ClipboardKeeper, IsDoneWithoutIfItCannotBeStarted) {
     operation.beginRead();
     EXPECT_EQ(successors(), std::vector<pid_t>{});
     operation.restore();
-    auto contents = std::async(std::launch::async, [] { return UserClipboard::isIntact(); });
-    while (contents.wait_for(0s) != std::future_status::ready) {
-        operation.scheduling().runLoopSlice(2ms);
-    }
-    EXPECT_TRUE(contents.get());
+    EXPECT_TRUE(whileServing(operation.scheduling(), &UserClipboard::isIntact));
     operation.end();
     EXPECT_TRUE(isFree());
 }
@@ -364,11 +360,7 @@ TEST_F(ClipboardKeeper, IsReplacedByTheProcessItselfIfItIsKilled) {
     kill(keepers[0], SIGKILL);
     ASSERT_TRUE(successorsBecome(0));
     operation.restore();
-    auto contents = std::async(std::launch::async, [] { return UserClipboard::isIntact(); });
-    while (contents.wait_for(0s) != std::future_status::ready) {
-        operation.scheduling().runLoopSlice(2ms);
-    }
-    EXPECT_TRUE(contents.get());
+    EXPECT_TRUE(whileServing(operation.scheduling(), &UserClipboard::isIntact));
 }
 
 TEST_F(ClipboardKeeper, IsAProgramOfItsOwnForAProcessWithThreads) {
