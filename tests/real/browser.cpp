@@ -92,21 +92,22 @@ bool Browser::comesToShow(const std::string& text, const std::string& range) {
 
 void Browser::waitUntilItExposesTheSelection() {
     // The browser tells the accessibility bus about a page some time after it shows it.
-    if (!waitFor([this] { return exposesTheSelection(); })) {
-        throw std::runtime_error("the browser does not expose its selection");
+    if (!waitFor([this] { return exposedSelection() == selection; })) {
+        throw std::runtime_error("the browser does not expose its selection: " + exposedSelection());
     }
 }
 
-bool Browser::exposesTheSelection() {
+std::string Browser::exposedSelection() {
     Accessibility& accessibility = platform_->accessibility();
     const Element application = accessibility.applicationElement(processIdentifier());
     const ElementAnswer focused = accessibility.copyElementAttribute(application, attribute::focusedUIElement);
     if (!focused.element) {
-        return false;
+        return "focused element, error " + std::to_string(static_cast<int>(focused.error));
     }
     const AttributeAnswer selected = accessibility.copyAttribute(*focused.element, attribute::selectedText);
     const Text* const text = std::get_if<Text>(&selected.value);
-    return text != nullptr && utf8FromText(*text) == selection;
+    return text != nullptr ? utf8FromText(*text)
+                           : "selected text, error " + std::to_string(static_cast<int>(selected.error));
 }
 
 }  // namespace lomaris::test

@@ -42,7 +42,8 @@ public:
 
 private:
     void waitUntilItExposesTheSelection();
-    [[nodiscard]] bool exposesTheSelection();
+    /// The selection that the browser exposes over the accessibility bus, or why it exposes none.
+    [[nodiscard]] std::string exposedSelection();
 
     /// First, so that it goes when the browser has ended.
     TemporaryDirectory directory_;

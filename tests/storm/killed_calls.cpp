@@ -1,3 +1,4 @@
+#include "platform/linux/x11_input_clock.h"
 #include "tests/real/expected_clipboard.h"
 #include "tests/storm/storm_desktop.h"
 #include "tests/storm/storm_options.h"
@@ -9,6 +10,8 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <string>
+#include <thread>
 
 namespace lomaris::test {
 
@@ -41,12 +44,63 @@ int durationOf(Findings& findings, StormDesktop& desktop, Call call, const Storm
     return durations[1];
 }
 
-/// Sleeps until a random moment of a call that takes so long: half the time any moment up to a little after its end,
-/// and half the time one near the end, as the short time after the paste key is when a kill has most to break.
-int sleepUntilKill(RandomMoments& moments, int duration) {
-    const int latest = duration + duration / 5;
-    return moments.coin() ? moments.sleepBetween(0, latest) : moments.sleepBetween(duration * 4 / 5, latest);
+/// Waits for the last key that the call posts: Copy in a read; a paste reads the selection twice first. If it posts
+/// fewer, returns so many milliseconds after the start as the call takes at most.
+void waitForLastKey(X11InputClock& clock, Call call, std::optional<std::uint32_t> before, int longest) {
+    const auto end = steady_clock::now() + std::chrono::milliseconds(longest);
+    int keysToCome = call == Call::read ? 1 : 3;
+    while (keysToCome > 0 && steady_clock::now() < end) {
+        if (const auto now = clock.timeOfLastInput(); now != before) {
+            before = now;
+            --keysToCome;
+        } else {
+            std::this_thread::sleep_for(std::chrono::microseconds(50));
+        }
+    }
 }
+
+/// Runs one call and kills it at a random moment: a third of the time any moment up to a little after its end, a third
+/// of the time one near the end, and a third of the time one just after its last key, as that is when a kill has most
+/// to break and the time until the end of a paste is short.
+class CallToKill {
+public:
+    CallToKill(X11InputClock& clock, Call call, int duration)
+        : clock_(clock),
+          before_(clock.timeOfLastInput()),
+          latest_(duration + duration / 5),
+          duration_(duration),
+          call_(call),
+          process_(commandLineOf(call)) {}
+
+    [[nodiscard]] ProcessResult killAtRandomMoment(RandomMoments& moments) {
+        switch (moments.numberBetween(0, 2)) {
+            case 0:
+                moment_ = std::to_string(moments.sleepBetween(0, latest_)) + " ms";
+                break;
+            case 1:
+                moment_ = std::to_string(moments.sleepBetween(duration_ * 4 / 5, latest_)) + " ms";
+                break;
+            default:
+                waitForLastKey(clock_, call_, before_, latest_);
+                moment_ = "the key and " + std::to_string(moments.sleepBetween(0, 2)) + " ms";
+        }
+        process_.kill();
+        return process_.wait();
+    }
+
+    [[nodiscard]] std::string description() const {
+        return std::string(call_ == Call::read ? "read" : "paste") + " killed after " + moment_;
+    }
+
+private:
+    X11InputClock& clock_;
+    std::optional<std::uint32_t> before_;
+    int latest_;
+    int duration_;
+    Call call_;
+    std::string moment_;
+    StartedProcess process_;
+};
 
 /// A call that was killed has given no result, or its whole result just before its end.
 void expectKilled(Findings& findings, StormDesktop& desktop, Call call, const ProcessResult& result) {
@@ -105,18 +159,17 @@ void expectNextRead(Findings& findings, StormDesktop& desktop, const StormCourse
 Findings runKilledCalls(const StormCourse& course) {
     Findings findings;
     RandomMoments moments;
+    X11Connection connection;
+    X11InputClock clock(connection);
     StormDesktop& desktop = stormDesktop();
     const int durationOfRead = durationOf(findings, desktop, Call::read, course);
     const int durationOfPaste = durationOf(findings, desktop, Call::paste, course);
     for (int round = 0; round < course.rounds; ++round) {
         desktop.startRound(findings, course.timeForManager);
         const Call call = moments.coin() ? Call::read : Call::paste;
-        StartedProcess process(commandLineOf(call));
-        const int moment = sleepUntilKill(moments, call == Call::read ? durationOfRead : durationOfPaste);
-        process.kill();
-        const ProcessResult result = process.wait();
-        findings.startRound((call == Call::read ? "read killed after " : "paste killed after ") +
-                            std::to_string(moment) + " ms");
+        CallToKill toKill(clock, call, call == Call::read ? durationOfRead : durationOfPaste);
+        const ProcessResult result = toKill.killAtRandomMoment(moments);
+        findings.startRound(toKill.description());
         if (result.status == -SIGKILL) {
             expectKilled(findings, desktop, call, result);
         } else {

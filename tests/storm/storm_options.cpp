@@ -11,7 +11,7 @@ StormOptions& stormOptions() {
 }
 
 int RandomMoments::sleepBetween(int shortest, int longest) {
-    const int chosen = std::uniform_int_distribution<int>(shortest, longest)(engine_);
+    const int chosen = numberBetween(shortest, longest);
     std::this_thread::sleep_for(std::chrono::milliseconds(chosen));
     return chosen;
 }

@@ -23,7 +23,11 @@ public:
     /// Sleeps for that many milliseconds, and returns how many were chosen.
     int sleepBetween(int shortest, int longest);
 
-    [[nodiscard]] bool coin() { return std::uniform_int_distribution<int>(0, 1)(engine_) == 1; }
+    [[nodiscard]] int numberBetween(int lowest, int highest) {
+        return std::uniform_int_distribution<int>(lowest, highest)(engine_);
+    }
+
+    [[nodiscard]] bool coin() { return numberBetween(0, 1) == 1; }
 
 private:
     std::mt19937 engine_;
