@@ -21,7 +21,8 @@ namespace lomaris {
 /// After a paste the main queue restores the user's clipboard, 2.5 s later at most; the call returns before. A host
 /// keeps the service, a session or its platform for so long. Where the platform's main queue is that of the process
 /// (macOS), a main run loop that turns is all else it takes; elsewhere the host brings a platform of its own and turns
-/// it (`Scheduling::runLoopSlice`). Another capture or replacement meanwhile takes what was pasted for the user's.
+/// it (`Scheduling::runLoopSlice`). Another capture or replacement before that first waits until the target has read the
+/// pasted text, 2.5 s at most, and in the end restores what the paste had saved.
 class LomarisAccessibilityService {
 public:
     /// On the platform that this build runs on.

@@ -39,7 +39,8 @@ public:
     void markSubmitted();
 
     /// Replaces the captured selection with `text`, only if it is still the same; may be tried any number of times.
-    /// After a paste the main queue restores the user's clipboard; a further try before that is too early. Throws
+    /// After a paste the main queue restores the user's clipboard; a further try before that first waits until the target
+    /// has read the pasted text, 2.5 s at most. Throws
     /// `BridgeError`: `selectionChanged` where anything is not as it was (`ReplacementGuardTrace` says what, unless it
     /// showed only in the last look before the write), or that of the write. The text is not checked for emptiness.
     void replaceIfCurrent(TextView text);
