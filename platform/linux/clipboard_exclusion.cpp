@@ -15,6 +15,9 @@ bool ClipboardExclusion::isFree(xcb_window_t keeper) {
 }
 
 bool ClipboardExclusion::take(xcb_window_t keeper) {
+    if (isTaken_) {
+        return true;
+    }
     // A process that waits looks without stopping the server each time.
     if (std::exchange(wasBusy_, false) && !isFree(keeper)) {
         wasBusy_ = true;

@@ -12,9 +12,9 @@ public:
     /// `session` outlives this.
     explicit ClipboardExclusion(ClipboardSession& session) : session_(session) {}
 
-    /// Takes the clipboard for an operation of this process; whether it was free. `keeper`, if it is a window, is that
-    /// of this process's own keeper, which does not count. The test and the taking are one server grab of one round
-    /// trip.
+    /// Takes the clipboard for an operation of this process; whether it was free or taken already. `keeper`, if it is a
+    /// window, is that of this process's own keeper, which does not count. The test and the taking are one server grab
+    /// of one round trip.
     [[nodiscard]] bool take(xcb_window_t keeper);
 
     /// Ends what `take` began. Harmless if nothing was taken.

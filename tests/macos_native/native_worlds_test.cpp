@@ -37,11 +37,21 @@ public:
         return whileTurning(platform_->scheduling(), [&type] { return other_program::read(type); });
     }
 
+    bool otherProcessHolds() override {
+        othersHold_ = other_->pasteboard().tryHold();
+        return othersHold_ != nullptr;
+    }
+
+    void otherProcessReleases() override { othersHold_.reset(); }
+
     void endPlatform() override { platform_.reset(); }
 
 private:
     KeptClipboard clipboard_;
     std::unique_ptr<Platform> platform_ = nativePlatform();
+    /// It opens the lock's file for itself, so for the system it is another process.
+    std::unique_ptr<Platform> other_ = nativePlatform();
+    std::unique_ptr<PasteboardHold> othersHold_;
 };
 
 /// What is posted reaches a document of the tests' own.

@@ -1,6 +1,8 @@
 #include "tests/platform/pasteboard_contract.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -180,6 +182,48 @@ TEST_P(PasteboardContract, LetsGoOfTheProviderOnceTheContentsChanged) {
     EXPECT_FALSE(watched.expired());
     pasteboard().clearContents();
     EXPECT_TRUE(watched.expired());
+}
+
+TEST_P(PasteboardContract, HasOneHoldAtATime) {
+    auto hold = pasteboard().tryHold();
+    ASSERT_NE(hold, nullptr);
+    EXPECT_EQ(pasteboard().tryHold(), nullptr);
+    hold.reset();
+    EXPECT_NE(pasteboard().tryHold(), nullptr);
+}
+
+TEST_P(PasteboardContract, HoldsNothingThatAnotherProcessHolds) {
+    ASSERT_TRUE(world().otherProcessHolds());
+    EXPECT_EQ(pasteboard().tryHold(), nullptr);
+    world().otherProcessReleases();
+    auto hold = pasteboard().tryHold();
+    ASSERT_NE(hold, nullptr);
+    EXPECT_FALSE(world().otherProcessHolds());
+    hold.reset();
+    EXPECT_TRUE(world().otherProcessHolds());
+}
+
+TEST_P(PasteboardContract, AHoldLeavesTheContentsAsTheyAre) {
+    world().otherProgramCopies({{stringType, "theirs"}});
+    const std::int64_t count = pasteboard().changeCount();
+    auto hold = pasteboard().tryHold();
+    ASSERT_NE(hold, nullptr);
+    hold->protect({{{stringType, Bytes("theirs")}}});
+    hold->expectCopy(std::nullopt, std::chrono::seconds(1));
+    hold.reset();
+    EXPECT_EQ(pasteboard().changeCount(), count);
+    EXPECT_EQ(pasteboard().string(), Text(u"theirs"));
+}
+
+TEST_P(PasteboardContract, IsHeldAgainAfterThePastedTextWasRead) {
+    auto hold = pasteboard().tryHold();
+    ASSERT_NE(hold, nullptr);
+    ASSERT_TRUE(write(pasteboard(), promisedItem(std::make_shared<RecordingProvider>("promised words"))));
+    hold->expectPaste(std::chrono::milliseconds(300), std::chrono::milliseconds(2500));
+    EXPECT_EQ(world().otherProgramReads(stringType), Bytes("promised words"));
+    ASSERT_TRUE(hold->retake());
+    EXPECT_EQ(pasteboard().tryHold(), nullptr);
+    EXPECT_FALSE(world().otherProcessHolds());
 }
 
 TEST_P(PasteboardContract, ResolvesItsPromisesAtItsEnd) {

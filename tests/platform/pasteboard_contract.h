@@ -19,6 +19,10 @@ public:
     virtual void otherProgramCopies(std::vector<std::pair<PasteboardType, Bytes>> item) = 0;
     /// Another program asks for the bytes of `type`, while this process turns its run loop; the bytes it got.
     virtual std::optional<Bytes> otherProgramReads(const PasteboardType& type) = 0;
+    /// Another process begins an operation with the pasteboard; false if it is in use.
+    virtual bool otherProcessHolds() = 0;
+    /// Ends that operation.
+    virtual void otherProcessReleases() = 0;
     /// Ends the platform.
     virtual void endPlatform() = 0;
 };

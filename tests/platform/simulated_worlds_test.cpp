@@ -84,9 +84,13 @@ public:
         return bytes;
     }
 
+    bool otherProcessHolds() override { return desktop_->holdPasteboardUntil(desktop_->now() + othersOperation); }
+    void otherProcessReleases() override { desktop_->scheduling().sleep(othersOperation); }
     void endPlatform() override { desktop_.reset(); }
 
 private:
+    static constexpr Duration othersOperation = std::chrono::seconds(1);
+
     std::unique_ptr<SimulatedDesktop> desktop_ = std::make_unique<SimulatedDesktop>();
 };
 

@@ -27,10 +27,20 @@ public:
         return value ? std::optional(value->bytes) : std::nullopt;
     }
 
+    bool otherProcessHolds() override {
+        othersHold_ = other_->pasteboard().tryHold();
+        return othersHold_ != nullptr;
+    }
+
+    void otherProcessReleases() override { othersHold_.reset(); }
+
     void endPlatform() override { platform_.reset(); }
 
 private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
+    /// A connection of its own, so for the X server it is another process.
+    std::unique_ptr<Platform> other_ = nativePlatform();
+    std::unique_ptr<PasteboardHold> othersHold_;
     std::unique_ptr<OtherOwner> owner_;
 };
 
