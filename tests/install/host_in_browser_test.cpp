@@ -1,6 +1,6 @@
 #include "tests/install/running_host.h"
 #include "tests/real/browser_suite.h"
-#include "tests/real/user_clipboard.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <gtest/gtest.h>
 

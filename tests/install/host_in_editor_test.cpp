@@ -1,7 +1,7 @@
 #include "tests/install/running_host.h"
 #include "tests/real/desktop.h"
 #include "tests/real/editor.h"
-#include "tests/real/user_clipboard.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <gtest/gtest.h>
 

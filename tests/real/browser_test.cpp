@@ -2,9 +2,9 @@
 
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
-#include "tests/real/user_clipboard.h"
 #include "tests/support/process.h"
 #include "tests/support/running_program.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

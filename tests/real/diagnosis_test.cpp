@@ -1,9 +1,9 @@
 #include "tests/real/browser_suite.h"
 #include "tests/real/editor.h"
 #include "tests/real/guarded_request.h"
-#include "tests/real/user_clipboard.h"
 #include "tests/support/process.h"
 #include "tests/support/waiting.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

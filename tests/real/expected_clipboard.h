@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/real/user_clipboard.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <string>
 

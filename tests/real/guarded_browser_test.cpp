@@ -1,8 +1,8 @@
 #include "tests/real/browser_suite.h"
 #include "tests/real/editor.h"
 #include "tests/real/guarded_request.h"
-#include "tests/real/user_clipboard.h"
 #include "tests/x11/key_hand.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "tests/real/desktop.h"
 #include "tests/real/editor.h"
-#include "tests/real/user_clipboard.h"
 #include "tests/support/process.h"
 #include "tests/support/waiting.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <gtest/gtest.h>
 

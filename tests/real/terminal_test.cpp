@@ -2,10 +2,10 @@
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
 #include "tests/real/guarded_request.h"
-#include "tests/real/user_clipboard.h"
 #include "tests/support/process.h"
 #include "tests/support/waiting.h"
 #include "tests/x11/key_window.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "tests/real/user_clipboard.h"
 #include "tests/support/process.h"
 #include "tests/support/waiting.h"
 #include "tests/x11/key_window.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 
 #include "tests/real/browser.h"
 #include "tests/real/editor.h"
-#include "tests/real/user_clipboard.h"
 #include "tests/soak/figures.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <memory>
 #include <string>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "tests/real/browser.h"
-#include "tests/real/user_clipboard.h"
 #include "tests/storm/findings.h"
 #include "tests/support/process.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <chrono>
 #include <memory>

@@ -1,10 +1,11 @@
 #include "platform/linux/keeper_process.h"
-#include "tests/real/user_clipboard.h"
 #include "tests/support/waiting.h"
 #include "tests/x11/clipboard_other_owner.h"
 #include "tests/x11/clipboard_other_reader.h"
 #include "tests/x11/clipboard_successors.h"
 #include "tests/x11/clipboard_world.h"
+#include "tests/x11/other_client.h"
+#include "tests/x11/user_clipboard.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -156,29 +157,6 @@ protected:
         ASSERT_TRUE(successorsBecome(0));
     }
 
-    /// Opens a window on the connection of `peer` that names this process; whether the window manager has it.
-    [[nodiscard]] static bool hasWindowOfThisProcess(ClipboardPeer& peer) {
-        const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(peer.handle())).data;
-        const xcb_window_t window = xcb_generate_id(peer.handle());
-        xcb_create_window(peer.handle(), XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 50, 50, 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-        const auto process = static_cast<std::uint32_t>(getpid());
-        xcb_change_property(peer.handle(), XCB_PROP_MODE_REPLACE, window, peer.atom("_NET_WM_PID"), XCB_ATOM_CARDINAL,
-                            32, 1, &process);
-        xcb_map_window(peer.handle(), window);
-        return waitFor([&] {
-            xcb_get_property_reply_t* const reply =
-                xcb_get_property_reply(peer.handle(),
-                                       xcb_get_property(peer.handle(), 0, screen->root, peer.atom("_NET_CLIENT_LIST"),
-                                                        XCB_ATOM_WINDOW, 0, 1024),
-                                       nullptr);
-            const auto* const windows = static_cast<const xcb_window_t*>(xcb_get_property_value(reply));
-            const bool isKnown = std::find(windows, windows + reply->value_len, window) != windows + reply->value_len;
-            std::free(reply);
-            return isKnown;
-        });
-    }
-
 private:
     std::optional<UserClipboard> user_;
 };
@@ -324,17 +302,19 @@ TEST_F(ClipboardKeeper, HoldsTheClipboardForATargetUntilItHasRead) {
 }
 
 TEST_F(ClipboardKeeper, RestoresOverTheLateCopyOfTheTargetOnly) {
-    // The target is whoever has a window of this process.
-    ClipboardPeer target;
-    ASSERT_TRUE(hasWindowOfThisProcess(target));
+    // The target is the program that has a window of this process.
+    OtherClient target;
+    const xcb_window_t window = target.openWindow(target.root());
+    target.setNumbers(window, "_NET_WM_PID", XCB_ATOM_CARDINAL, {static_cast<std::uint32_t>(getpid())});
+    target.setNumbers(target.root(), "_NET_CLIENT_LIST", XCB_ATOM_WINDOW, {window});
     DyingProcess process([target = getpid()](Operation& operation) {
         operation.beginRead();
         operation.hold().expectCopy(target, 60s);
     });
     process.die();
     ASSERT_TRUE(waitFor(&UserClipboard::isIntact));
-    xcb_set_selection_owner(target.handle(), target.window(), target.atom("CLIPBOARD"), target.time());
-    target.settle();
+    xcb_set_selection_owner(target.handle(), window, target.atom("CLIPBOARD"), XCB_CURRENT_TIME);
+    xcb_flush(target.handle());
     EXPECT_TRUE(waitFor(&UserClipboard::isIntact));
     EXPECT_FALSE(isFree());
     const OtherOwner other({{"UTF8_STRING", {"", 8, "newer"}}});
