@@ -119,9 +119,9 @@ std::set<std::string> classesWith(EditingKeys keys) {
 }
 
 TEST(ApplicationTable, IsTheTableOfTheDocumentation) {
-    EXPECT_EQ(documentedClasses("| Control+C | Control+V, BackSpace | "), classesWith(EditingKeys::control));
-    EXPECT_EQ(documentedClasses("| Control+Shift+C | none | "), classesWith(EditingKeys::controlShiftToCopy));
-    EXPECT_EQ(documentedClasses("| none | none | "), classesWith(EditingKeys::none));
+    EXPECT_EQ(documentedClasses("| Control+C | Control+V | BackSpace | "), classesWith(EditingKeys::control));
+    EXPECT_EQ(documentedClasses("| Control+Shift+C | none | none | "), classesWith(EditingKeys::controlShiftToCopy));
+    EXPECT_EQ(documentedClasses("| none | none | none | "), classesWith(EditingKeys::none));
 }
 
 }  // namespace
