@@ -2,16 +2,38 @@
 
 namespace lomaris {
 
-PasteboardSnapshot PasteboardSnapshot::capture(Pasteboard& pasteboard) {
-    PasteboardSnapshot snapshot;
+namespace {
+
+/// The bytes of every type of every item. Nullopt if another program wrote while they were fetched: an item then has no
+/// types any more.
+std::optional<std::vector<PasteboardItemContents>> fetchAll(Pasteboard& pasteboard) {
+    std::vector<PasteboardItemContents> items;
     for (const auto& item : pasteboard.items()) {
-        PasteboardItemContents contents;
-        for (const auto& type : item->types()) {
+        const std::vector<PasteboardType> types = item->types();
+        PasteboardItemContents& contents = items.emplace_back();
+        for (const auto& type : types) {
             if (auto bytes = item->data(type)) {
                 contents.emplace_back(type, std::move(*bytes));
             }
         }
-        snapshot.items_.push_back(std::move(contents));
+        if (contents.size() < types.size() && item->types().empty()) {
+            return std::nullopt;
+        }
+    }
+    return items;
+}
+
+}  // namespace
+
+PasteboardSnapshot PasteboardSnapshot::capture(Pasteboard& pasteboard) {
+    PasteboardSnapshot snapshot;
+    auto items = fetchAll(pasteboard);
+    if (!items) {
+        // Once more, for what the other program wrote; not again and again, as fetching may take seconds.
+        items = fetchAll(pasteboard);
+    }
+    if (items) {
+        snapshot.items_ = std::move(*items);
     }
     return snapshot;
 }

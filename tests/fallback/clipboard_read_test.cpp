@@ -134,6 +134,22 @@ TEST_F(ClipboardRead, DoesNotLookOnceMoreAtTheDeadline) {
     expectTimeAndPresses(3160ms, 3, 0);
 }
 
+TEST_F(ClipboardRead, RestoresWhatIsCopiedWhileTheClipboardIsSaved) {
+    std::vector<StandingItem> newer;
+    desktop.userCopiesItems(
+        {{.data = {},
+          .promises = {{"public.html",
+                        [this, &newer] {
+                            desktop.userCopiesItems({{.data = {{"public.utf8-plain-text", "newer"}}, .promises = {}}});
+                            newer = desktop.pasteboardContents();
+                            return std::optional<Bytes>();
+                        }},
+                       {"public.utf8-plain-text", [] { return std::optional<Bytes>("older"); }}}}});
+    notes.onCopy(copies(u"brown fox"));
+    EXPECT_EQ(read(), u"brown fox");
+    EXPECT_EQ(desktop.pasteboardContents(), newer);
+}
+
 TEST_F(ClipboardRead, ReadsWhatTheMenuCommandCopies) {
     EXPECT_EQ(read(Policy::standard, menu(copies(u"brown fox"))), u"brown fox");
     expectTimeAndPresses(0ms, 0, 1);
