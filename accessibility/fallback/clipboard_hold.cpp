@@ -62,7 +62,9 @@ bool ClipboardHold::tryTake() {
     }
     // The target of the paste must find the text. Meanwhile the main queue may restore the clipboard.
     PendingPaste& paste = *pendingPaste_;
-    const bool isReleasable = paste.tracker->isConsumed() || platform_.scheduling().now() >= paste.deadline;
+    const Moment now = platform_.scheduling().now();
+    // A reader within the minimum wait may have been a clipboard manager.
+    const bool isReleasable = now >= paste.deadline || (now >= paste.earliest && paste.tracker->isConsumed());
     if (!isReleasable || !paste.hold->retake()) {
         return false;
     }
@@ -83,7 +85,9 @@ void ClipboardHold::restoreAfterPaste(const std::shared_ptr<const PasteboardSnap
     paste->saved = saved;
     paste->tracker = tracker;
     paste->changeCount = pasteboard.changeCount();
-    paste->deadline = platform_.scheduling().now() + graceWaitAfterPaste;
+    const Moment now = platform_.scheduling().now();
+    paste->earliest = now + minimumWaitAfterPaste;
+    paste->deadline = now + graceWaitAfterPaste;
     pendingPaste_ = paste;
     tracker->whenReleasable(minimumWaitAfterPaste, graceWaitAfterPaste,
                             [&pasteboard, paste] { restoreUnlessOverwritten(pasteboard, *paste); });

@@ -19,7 +19,8 @@ struct PendingPaste {
     std::shared_ptr<const PasteboardConsumptionTracker> tracker;
     /// The change count of the pasteboard with the staged text.
     std::int64_t changeCount = 0;
-    /// When the text need not stay any longer for a target that never reads it.
+    /// When the text need not stay any longer if it was read, and when it need not if it was not.
+    Moment earliest{};
     Moment deadline{};
 };
 

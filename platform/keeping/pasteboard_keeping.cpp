@@ -1,10 +1,15 @@
 #include "platform/keeping/pasteboard_keeping.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace lomaris::keeping {
 
 namespace {
+
+/// How long after the end of the grace wait the partner may still restore: its own wait begins a little later than the
+/// keeper's, and its run loop may be at work.
+constexpr Duration timeForPartnerToRestore = std::chrono::milliseconds(500);
 
 /// Applies one event to the state; whether the saved contents are to be restored because of it. What only time decides
 /// comes afterwards.
@@ -40,6 +45,8 @@ public:
 
     bool operator()(const event::PasteExpected& event) const {
         if (state_.owner == Owner::keeper) {
+            // A read before the first key was not the target's.
+            state_.isTextRead = state_.isTextRead && state_.paste;
             state_.paste = State::Paste{now_ + event.minimumWait, now_ + event.graceWait};
         }
         return false;
@@ -114,14 +121,21 @@ bool passTime(State& state, Moment now) {
     return true;
 }
 
+/// When others may use the pasteboard although nothing was restored after the paste. There must be one.
+Moment releaseOfUnrestored(const State& state) {
+    return state.hasPartner ? state.paste->latest + timeForPartnerToRestore : state.paste->latest;
+}
+
 /// Whether no other operation may clear the pasteboard yet.
 bool mustHold(const State& state, Moment now) {
     if (!state.holds) {
         return false;
     }
     if (state.paste) {
-        // Also until the saved contents are restored after the paste, by the partner or by the keeper.
-        return now < state.paste->latest && (state.isProtecting || !state.isTextRead);
+        // The reader may have been a clipboard manager, and the target may still be about to read.
+        const bool isPasteOver = state.isTextRead && now >= state.paste->earliest;
+        // If the saved contents are still to be restored after the paste, until then.
+        return state.isProtecting ? now < releaseOfUnrestored(state) : now < state.paste->latest && !isPasteOver;
     }
     return state.isUnderWay || (!state.hasPartner && state.copyDeadline);
 }
@@ -138,6 +152,7 @@ std::optional<Moment> nextMoment(const State& state, Moment now) {
     }
     if (state.paste && (state.holds || state.isProtecting)) {
         consider(state.paste->latest);
+        consider(releaseOfUnrestored(state));
         if (state.isTextRead) {
             consider(state.paste->earliest);
         }

@@ -109,7 +109,7 @@ TEST_F(ClipboardReplace, RestoresWhatThePasteHadSavedAfterAReadThatFollowsIt) {
     replace(u"red fox");
     turnFor(100ms);
     EXPECT_EQ(fallback.readSelectedText(812, ClipboardSelectionReadPolicy::standard, nullptr), u"something");
-    EXPECT_EQ(desktop.now(), 100ms);
+    EXPECT_EQ(desktop.now(), 300ms);
     EXPECT_EQ(desktop.pasteboardContents(), before);
     const std::size_t calls = desktop.journal().size();
     turnFor(4s);

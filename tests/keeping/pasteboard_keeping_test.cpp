@@ -186,8 +186,25 @@ TEST_F(PasteboardKeeper, HoldsUntilThePastedTextIsReadAfterANormalEnd) {
     at(10ms, PasteExpected{300ms, 2500ms});
     at(12ms, Ended());
     at(13ms, PartnerGone());
+    at(1000ms, TextRead());
+    EXPECT_EQ(deeds(), (Deeds{"releases 1000"}));
+}
+
+TEST_F(PasteboardKeeper, HoldsForTheMinimumWaitEvenIfThePastedTextIsReadBefore) {
+    // The reader may be a clipboard manager.
+    beginAndPublish();
+    at(10ms, PasteExpected{300ms, 2500ms});
+    at(12ms, Ended());
     at(100ms, TextRead());
-    EXPECT_EQ(deeds(), (Deeds{"releases 100"}));
+    EXPECT_EQ(deeds(), (Deeds{"releases 310"}));
+}
+
+TEST_F(PasteboardKeeper, HoldsIfTheTextWasReadOnlyBeforeThePasteKey) {
+    beginAndPublish();
+    at(5ms, TextRead());
+    at(10ms, PasteExpected{300ms, 2500ms});
+    at(12ms, Ended());
+    EXPECT_EQ(deeds(), (Deeds{"releases 2510"}));
 }
 
 TEST_F(PasteboardKeeper, HoldsAnUnreadPasteUntilItsGraceWaitIsOver) {
@@ -199,12 +216,22 @@ TEST_F(PasteboardKeeper, HoldsAnUnreadPasteUntilItsGraceWaitIsOver) {
     EXPECT_EQ(deeds(), (Deeds{"releases 2590"}));
 }
 
-TEST_F(PasteboardKeeper, ReleasesAtOnceIfThePastedTextWasReadBeforeTheEnd) {
+TEST_F(PasteboardKeeper, ReleasesAtOnceIfThePastedTextWasReadLongBeforeTheEnd) {
+    beginAndPublish();
+    at(10ms, PasteExpected{300ms, 2500ms});
+    at(11ms, PasteExpected{300ms, 2500ms});
+    at(12ms, TextRead());
+    at(400ms, Ended());
+    EXPECT_EQ(deeds(), (Deeds{"releases 400"}));
+}
+
+TEST_F(PasteboardKeeper, CountsAReadBetweenTheDeletionAndThePaste) {
     beginAndPublish();
     at(10ms, PasteExpected{300ms, 2500ms});
     at(11ms, TextRead());
-    at(12ms, Ended());
-    EXPECT_EQ(deeds(), (Deeds{"releases 12"}));
+    at(90ms, PasteExpected{300ms, 2500ms});
+    at(92ms, Ended());
+    EXPECT_EQ(deeds(), (Deeds{"releases 390"}));
 }
 
 TEST_F(PasteboardKeeper, HoldsForAPartnerThatWillRestoreAfterThePaste) {
@@ -220,7 +247,7 @@ TEST_F(PasteboardKeeper, ReleasesTheHoldOfAPartnerThatNeverRestores) {
     beginAndPublish();
     at(10ms, PasteExpected{300ms, 2500ms});
     at(100ms, TextRead());
-    EXPECT_EQ(deeds(), (Deeds{"releases 2510"}));
+    EXPECT_EQ(deeds(), (Deeds{"releases 3010"}));
     EXPECT_TRUE(state().isProtecting);
 }
 
@@ -229,7 +256,7 @@ TEST_F(PasteboardKeeper, RestoresForAPartnerThatDiesLongAfterItsPaste) {
     at(10ms, PasteExpected{300ms, 2500ms});
     at(100ms, TextRead());
     at(9000ms, PartnerGone());
-    EXPECT_EQ(deeds(), (Deeds{"releases 2510", "restores 9000"}));
+    EXPECT_EQ(deeds(), (Deeds{"releases 3010", "restores 9000"}));
 }
 
 TEST_F(PasteboardKeeper, RestoresAfterADeathOnceThePastedTextIsRead) {
