@@ -11,11 +11,11 @@ namespace lomaris {
 
 namespace {
 
-/// The first code point that decomposes, and the first mark.
+/// The lowest code point that has a decomposition, and the lowest combining mark.
 constexpr char32_t firstDecomposable = 0xC0;
 constexpr char32_t firstMark = 0x300;
 
-/// A canonical decomposition, full.
+/// A full canonical decomposition.
 struct Decomposition {
     std::array<utf8proc_int32_t, 8> codePoints{};
     std::size_t size = 0;
@@ -27,7 +27,7 @@ Decomposition decompose(char32_t codePoint) {
     const utf8proc_ssize_t size =
         utf8proc_decompose_char(static_cast<utf8proc_int32_t>(codePoint), result.codePoints.data(),
                                 static_cast<utf8proc_ssize_t>(result.codePoints.size()), UTF8PROC_DECOMPOSE, &unused);
-    // No decomposition is longer than four; the library answers a negative number only for what is no code point.
+    // No decomposition is longer than four code points. The library returns an error only for an invalid code point.
     result.size = static_cast<std::size_t>(size);
     return result;
 }
@@ -43,7 +43,8 @@ char32_t CanonicalReader::next() {
         if (position_ == text_.size()) {
             return end;
         }
-        // What is no mark and does not decompose needs no segment. The marks behind it order among themselves.
+        // A code point below `firstDecomposable` does not decompose. Marks after it are ordered in a segment of their
+        // own.
         if (text_[position_] < firstDecomposable) {
             return text_[position_++];
         }
@@ -52,8 +53,8 @@ char32_t CanonicalReader::next() {
     return segment_[segmentPosition_++].codePoint;
 }
 
-/// Whether the next code point decomposes to something that begins with a mark. Marks may swap places with each other
-/// but not with anything else, which is why a segment ends in front of the first code point that is none.
+/// True if the decomposition of the next code point begins with a mark. Marks can be reordered among themselves but not
+/// across any other code point, so a segment ends before the first code point that does not begin with a mark.
 bool CanonicalReader::isMarkAhead() const {
     if (position_ == text_.size() || text_[position_] < firstMark) {
         return false;
@@ -80,8 +81,8 @@ void CanonicalReader::appendDecomposition() {
     }
 }
 
-/// Sorts each run of marks by combining class; marks of one class keep their order. A merge sort, since a text may
-/// hold a run of marks of any length.
+/// Sorts each run of marks by combining class; marks of the same class keep their order. Uses a merge sort because a
+/// text may contain runs of marks of any length.
 void CanonicalReader::orderMarks() {
     const auto isMark = [](const Decomposed& part) { return part.combiningClass != 0; };
     const auto byClass = [](const Decomposed& a, const Decomposed& b) { return a.combiningClass < b.combiningClass; };

@@ -8,14 +8,14 @@
 
 namespace lomaris {
 
-/// Reads a text as the code points of its canonical decomposition, marks in canonical order, without ever holding more
-/// of it than one code point and the marks behind it. Half a surrogate pair reads as U+FFFD.
+/// Reads a text as the code points of its canonical decomposition, with marks in canonical order. It buffers only one
+/// code point and the marks after it. Half a surrogate pair is read as U+FFFD.
 ///
-/// Two texts are canonically equivalent when their readers answer the same. The text is borrowed and must outlive the
-/// reader.
+/// Two texts are canonically equivalent if and only if their readers return the same code points. The text is borrowed
+/// and must outlive the reader. Not thread-safe.
 class CanonicalReader {
 public:
-    /// What `next` answers behind the last code point.
+    /// The value that `next` returns at the end of the text.
     static constexpr char32_t end = 0xFFFFFFFF;
 
     explicit CanonicalReader(TextView text) : text_(text) {}

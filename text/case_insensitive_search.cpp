@@ -17,13 +17,13 @@ namespace {
 
 using CodePoints = std::vector<utf8proc_int32_t>;
 
-/// A text folded for comparison, and the positions in it that lie between characters, its start and end included.
+/// A case-folded text, and its character boundaries as indexes of code points, including its start and end.
 struct FoldedText {
     CodePoints codePoints;
     std::vector<std::size_t> boundaries{0};
 };
 
-/// `utf8` decomposed, marks in canonical order. `moreOptions` are further options of the library.
+/// Decomposes `utf8`, with marks in canonical order. `moreOptions` are additional utf8proc options.
 CodePoints decomposed(const std::string& utf8, int moreOptions = 0) {
     const auto options = static_cast<utf8proc_option_t>(moreOptions | UTF8PROC_STABLE | UTF8PROC_DECOMPOSE);
     const auto* const bytes = reinterpret_cast<const utf8proc_uint8_t*>(utf8.data());
@@ -36,7 +36,8 @@ CodePoints decomposed(const std::string& utf8, int moreOptions = 0) {
     return result;
 }
 
-/// The position of the dot above that belongs to the letter at `letter`, or the size of `codePoints`.
+/// Returns the index of the combining dot above that belongs to the letter at `letter`, or the size of `codePoints` if
+/// there is none.
 std::size_t dotAbove(const CodePoints& codePoints, std::size_t letter) {
     constexpr utf8proc_int32_t dot = 0x307;
     constexpr utf8proc_propval_t above = 230;
@@ -52,7 +53,7 @@ std::size_t dotAbove(const CodePoints& codePoints, std::size_t letter) {
     return codePoints.size();
 }
 
-/// `utf8` with the lower-case letters of Turkish in place of I, with a dot and without one.
+/// Replaces each capital I by its Turkish lower-case letter: "i" if a combining dot above follows, otherwise dotless i.
 std::string withTurkicLetters(const std::string& utf8) {
     constexpr utf8proc_int32_t dotlessI = 0x131;
     CodePoints codePoints = decomposed(utf8);
@@ -76,12 +77,12 @@ std::string withTurkicLetters(const std::string& utf8) {
     return result;
 }
 
-/// `utf8` with its case folded, decomposed, marks in canonical order.
+/// Folds the case of `utf8` and decomposes it, with marks in canonical order.
 CodePoints folded(const std::string& utf8, CaseRules rules) {
     return decomposed(rules == CaseRules::turkic ? withTurkicLetters(utf8) : utf8, UTF8PROC_CASEFOLD);
 }
 
-/// Calls `take` with each user-perceived character of `text`, as UTF-8.
+/// Calls `take` with each user-perceived character of `text`, encoded in UTF-8.
 template <typename Take>
 void forEachCharacter(TextView text, Take take) {
     const std::string utf8 = utf8FromText(text);
@@ -111,11 +112,11 @@ std::size_t codePointCount(const std::string& utf8) {
         utf8.begin(), utf8.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
 }
 
-/// Stands for a character that is not worth folding.
+/// Replaces a character that is too long to be part of a match.
 constexpr utf8proc_int32_t unequalToAll = -1;
 
-/// `text` folded; of characters with more code points than `longest` it only tells that they are there. Ordering the
-/// marks of a character takes time that grows with the square of their number.
+/// Folds `text`. A character of more than `longest` code points becomes `unequalToAll`, because ordering the marks of a
+/// character takes time proportional to the square of their number.
 FoldedText foldedText(TextView text, CaseRules rules, std::size_t longest) {
     FoldedText result;
     forEachCharacter(text, [&result, rules, longest](const std::string& character) {
@@ -135,8 +136,8 @@ CaseRules caseRulesOf(std::string_view language) {
 
 bool containsIgnoringCase(TextView text, TextView word, CaseRules rules) {
     const CodePoints needle = foldedText(word, rules, std::numeric_limits<std::size_t>::max()).codePoints;
-    // A part that is equal to the word consists of whole characters, none of them longer than the word once it is
-    // folded, which leaves half of its code points at least: the turkic rules make one of "I" and a dot.
+    // A match consists of whole characters, none of which is longer than the word after folding. Folding keeps at least
+    // half of the code points of a character: the Turkic rules merge "I" and a dot into one.
     const FoldedText haystack = foldedText(text, rules, 2 * needle.size());
     if (haystack.codePoints.empty()) {
         return false;

@@ -7,21 +7,21 @@
 
 namespace lomaris {
 
-/// Which letters are the upper and the lower case of each other.
+/// How upper-case and lower-case letters are paired.
 enum class CaseRules : std::uint8_t {
-    /// Those of Unicode without a language: "I" is the upper case of "i".
+    /// The language-independent rules of Unicode: "I" is the upper case of "i".
     common,
-    /// Those of Turkish and Azeri: "I" is the upper case of "\u0131", the letter without a dot, and "\u0130", the one
-    /// with a dot, that of "i".
+    /// The rules of Turkish and Azeri: "I" is the upper case of "\u0131" (dotless), "\u0130" (dotted) that of "i".
     turkic,
 };
 
-/// The rules of a language, given by its ISO 639-1 code ("tr"). An unknown or empty one has the common rules.
+/// Returns the case rules of a language, given by its ISO 639-1 code ("tr"). Returns `common` if the code is unknown or
+/// empty.
 [[nodiscard]] CaseRules caseRulesOf(std::string_view language);
 
-/// Whether `text` contains `word` regardless of letter case. Canonically equivalent texts are the same, and a match
-/// begins and ends between user-perceived characters: there is no "editor" in "e" with an accent and "ditor". An empty
-/// word is contained in every text that is not empty.
+/// True if `text` contains `word`, ignoring case. Characters are compared by canonical equivalence, and a match begins
+/// and ends at boundaries of user-perceived characters: "e" with a combining accent followed by "ditor" does not
+/// contain "editor". An empty word is contained in every text that is not empty.
 [[nodiscard]] bool containsIgnoringCase(TextView text, TextView word, CaseRules rules);
 
 }  // namespace lomaris

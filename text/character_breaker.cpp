@@ -24,9 +24,9 @@ bool isControl(int breakClass) {
            breakClass == UTF8PROC_BOUNDCLASS_LF;
 }
 
-/// The class of a code point that the library takes for unassigned. It gives all of them the same class, whereas the
-/// standard reserves some for invisible controls and whole ranges for pictographs: with these an emoji that is younger
-/// than the library joins as its family does.
+/// The break class of a code point that the library treats as unassigned. The library gives all of these one class, but
+/// the Unicode Standard reserves some of them for invisible controls and whole ranges for pictographs. With the
+/// reserved classes, an emoji that is newer than the library still joins with other emoji into one character.
 int unassignedClass(char32_t codePoint) {
     const bool isPictograph =
         (codePoint >= 0x1F000 && codePoint <= 0x1FAFF) || (codePoint >= 0x1FC00 && codePoint <= 0x1FFFD);
@@ -38,7 +38,7 @@ int unassignedClass(char32_t codePoint) {
     return isIgnorable ? UTF8PROC_BOUNDCLASS_CONTROL : UTF8PROC_BOUNDCLASS_OTHER;
 }
 
-/// Whether the two parts of Hangul belong to one syllable.
+/// True if two adjacent Hangul jamo or syllables belong to the same syllable.
 bool joinsSyllable(int last, int next) {
     switch (last) {
         case UTF8PROC_BOUNDCLASS_L:
@@ -57,7 +57,7 @@ bool joinsSyllable(int last, int next) {
 
 }  // namespace
 
-// The library's own stateful break function is not used: which rules it knows depends on its version.
+// Does not use the library's own stateful break function, because the rules it implements depend on its version.
 bool CharacterBreaker::beginsCharacter(char32_t codePoint) {
     int breakClass = UTF8PROC_BOUNDCLASS_OTHER;
     int combiningClass = 0;
@@ -80,11 +80,11 @@ void CharacterBreaker::continueAfterAscii(char16_t unit) {
 }
 
 bool CharacterBreaker::breaksBefore(int breakClass, char32_t codePoint) const {
-    static_assert(UTF8PROC_BOUNDCLASS_START == 0, "a fresh breaker stands at the beginning of the text");
+    static_assert(UTF8PROC_BOUNDCLASS_START == 0, "lastClass_ of a new breaker means the start of the text");
     if (lastClass_ == UTF8PROC_BOUNDCLASS_START) {
         return true;
     }
-    // The common case. A linked conjunct cannot be cut here: a mark or a joiner came last in one.
+    // The common case. The conjunct rule cannot apply: the last code point of a linked conjunct is a mark or a joiner.
     if (lastClass_ == UTF8PROC_BOUNDCLASS_OTHER && breakClass == UTF8PROC_BOUNDCLASS_OTHER) {
         return true;
     }
@@ -129,7 +129,7 @@ void CharacterBreaker::remember(int breakClass, int combiningClass, char32_t cod
     if (indic::isConsonant(codePoint)) {
         conjunct_ = Conjunct::consonant;
     } else if (conjunct_ != Conjunct::none) {
-        // A mark without a combining class, such as a zero-width non-joiner, is there to keep the consonants apart.
+        // A mark with combining class 0, such as ZERO WIDTH NON-JOINER, keeps the consonants apart.
         const bool continues = isJoiner || (isExtend && combiningClass != 0);
         if (indic::isLinker(codePoint)) {
             conjunct_ = Conjunct::linked;

@@ -7,25 +7,25 @@
 
 namespace lomaris {
 
-/// Finds where user-perceived characters begin, by the rules for extended grapheme clusters. It is told the code
-/// points of a text one after the other and remembers no more of them than the rules look back on: the class of the
-/// last one, and how far a pair of flags letters, a joined pictograph or an Indic conjunct has come.
+/// Finds the boundaries of user-perceived characters by the Unicode rules for extended grapheme clusters. The caller
+/// passes the code points of a text one by one. The breaker keeps only the state that the rules need: the class of the
+/// last code point and its progress through a regional indicator pair, a joined pictograph or an Indic conjunct.
 ///
-/// No rule looks back beyond the beginning of the current character, so a fresh breaker may start at any boundary.
-/// A plain value; it owns nothing and may be used from any thread.
+/// No rule depends on code points before the current character, so a new breaker may start at any boundary. A plain
+/// value that owns nothing; different breakers may be used on different threads.
 class CharacterBreaker {
 public:
-    /// Takes the next code point and answers whether it begins a character. The first one always does.
+    /// Processes the next code point. Returns true if it begins a character, which the first one always does.
     [[nodiscard]] bool beginsCharacter(char32_t codePoint);
 
-    /// Forgets what came before in favour of an ASCII unit, which makes the run that it ends skippable: whatever
-    /// follows an ASCII unit depends on nothing in front of it.
+    /// Resets the state as if the last code point were the ASCII character `unit`. Lets the caller skip a run of ASCII
+    /// that ends with `unit`, because a boundary after an ASCII character does not depend on anything before it.
     void continueAfterAscii(char16_t unit);
 
 private:
-    /// How far "pictograph, extending marks, joiner" has come.
+    /// Progress through "pictograph, extending marks, joiner".
     enum class Pictograph : std::uint8_t { none, seen, joined };
-    /// How far "consonant, marks with a virama among them" has come.
+    /// Progress through "consonant, marks with a virama among them".
     enum class Conjunct : std::uint8_t { none, consonant, linked };
 
     [[nodiscard]] bool breaksBefore(int breakClass, char32_t codePoint) const;
@@ -37,8 +37,8 @@ private:
     Conjunct conjunct_ = Conjunct::none;
 };
 
-/// Where the character that begins at `position` ends. `position` must be a character boundary of `text`, its end
-/// included.
+/// Returns the end of the character that begins at `position`, as an index in UTF-16 units. `position` must be a
+/// character boundary of `text`; the end of `text` is allowed and is returned unchanged.
 [[nodiscard]] std::size_t characterEnd(TextView text, std::size_t position);
 
 }  // namespace lomaris

@@ -12,17 +12,17 @@ namespace {
 
 constexpr std::size_t blockUnits = 32;
 
-/// ASCII units that follow an ASCII unit, and the characters that begin among them.
+/// A run of ASCII units that follows an ASCII unit, and the number of characters that begin in it.
 struct AsciiRun {
     std::size_t units = 0;
     std::size_t characters = 0;
 };
 
-/// Adds whole blocks of ASCII to `run`. The loops have constant bounds and no early exit, so that they become vector
-/// instructions.
+/// Adds whole blocks of ASCII to `run`. The loops have constant bounds and no early exit so that the compiler can
+/// vectorize them.
 void addBlocks(AsciiRun& run, TextView text, std::size_t first) {
     while (text.size() - first - run.units >= blockUnits) {
-        // The unit in front of the block decides whether a line feed at its beginning belongs to a carriage return.
+        // A line feed that begins the block belongs to the preceding character if that is a carriage return.
         const char16_t* const block = text.data() + first + run.units;
         const char16_t* const previous = block - 1;
         std::uint16_t allBits = 0;
@@ -39,7 +39,7 @@ void addBlocks(AsciiRun& run, TextView text, std::size_t first) {
     }
 }
 
-/// The run of ASCII that begins at `first`, where the unit before `first` is ASCII too.
+/// Returns the run of ASCII that begins at `first`. The unit before `first` must be ASCII too.
 AsciiRun asciiRunAfterAscii(TextView text, std::size_t first) {
     AsciiRun run;
     addBlocks(run, text, first);

@@ -6,8 +6,8 @@
 
 namespace lomaris {
 
-/// The number of user-perceived characters (extended grapheme clusters) of `text`, the rule that keeps Indic conjuncts
-/// together included. Half a surrogate pair counts as U+FFFD, a character of its own.
+/// Returns the number of user-perceived characters (extended grapheme clusters) of `text`. An Indic conjunct counts as
+/// one character. Half a surrogate pair counts as one character, U+FFFD.
 [[nodiscard]] std::int64_t characterCount(TextView text);
 
 }  // namespace lomaris

@@ -6,10 +6,10 @@
 
 namespace lomaris {
 
-/// What stands for anything that is no character: half a surrogate pair, an ill-formed byte sequence.
+/// Replaces everything that is not a character: half a surrogate pair, an ill-formed byte sequence.
 inline constexpr char32_t replacementCharacter = U'\uFFFD';
 
-/// One code point of a text and the number of UTF-16 units that it takes, 1 or 2.
+/// One code point of a text, and the number of UTF-16 units that encode it (1 or 2).
 struct CodePoint {
     char32_t value = 0;
     std::size_t units = 0;
@@ -19,7 +19,8 @@ struct CodePoint {
 [[nodiscard]] constexpr bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
 [[nodiscard]] constexpr bool isSurrogate(char16_t unit) { return (unit & 0xF800) == 0xD800; }
 
-/// The code point that begins at `position`, which must lie inside of `text`. Half a surrogate pair reads as U+FFFD.
+/// Returns the code point that begins at `position`, which must be less than the size of `text`. Half a surrogate pair
+/// is read as U+FFFD.
 [[nodiscard]] constexpr CodePoint codePointAt(TextView text, std::size_t position) {
     const char16_t unit = text[position];
     if (!isSurrogate(unit)) {

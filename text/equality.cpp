@@ -11,13 +11,13 @@ namespace lomaris {
 
 namespace {
 
-/// Unit by unit, at the speed of the memory: the standard comparison of UTF-16 strings goes by single units.
+/// Compares with memcmp because the standard comparison of UTF-16 strings compares one unit at a time.
 bool haveSameUnits(TextView a, TextView b) {
     return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
 }
 
-/// A place at or before the first difference from which on the texts may be compared by themselves: behind an ASCII
-/// unit, which never composes into or reorders with what stands in front of it.
+/// Returns a position at or before the first difference such that comparing the texts from there on is enough: the
+/// start, or after an ASCII unit, which never composes or reorders with what precedes it.
 std::size_t comparisonStart(TextView a, TextView b) {
     const std::size_t shorter = std::min(a.size(), b.size());
     const auto difference = std::mismatch(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(shorter), b.begin());

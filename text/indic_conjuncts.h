@@ -6,9 +6,9 @@
 
 namespace lomaris {
 
-/// The scripts whose conjuncts (consonant, virama, consonant) are one user-perceived character: Devanagari, Bengali,
-/// Gujarati, Oriya, Telugu and Malayalam. The tables stand here because not every version of the Unicode library has
-/// them, and counts must not depend on the version that is installed.
+/// The code points that form conjuncts (consonant, virama, consonant), each of which is one user-perceived character,
+/// in Devanagari, Bengali, Gujarati, Oriya, Telugu and Malayalam. The tables are here because not every version of the
+/// Unicode library has them, and character counts must not depend on the installed version.
 namespace indic {
 
 inline constexpr char32_t firstCodePoint = 0x0900;
@@ -54,7 +54,7 @@ inline constexpr Bitmap consonants = consonantBitmap();
     return ((consonants[bit / 64] >> (bit % 64)) & 1U) != 0;
 }
 
-/// The virama of one of these scripts, which links the consonant before it to the one after it.
+/// True if `codePoint` is the virama of one of these scripts, which joins the consonants before and after it.
 [[nodiscard]] constexpr bool isLinker(char32_t codePoint) {
     switch (codePoint) {
         case 0x094D:

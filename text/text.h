@@ -5,11 +5,10 @@
 
 namespace lomaris {
 
-/// A text as the target applications hold it: UTF-16 code units, in memory order of the machine.
+/// A text as the target applications store it: UTF-16 code units in the machine's byte order.
 ///
-/// Positions, lengths and cuts are counted in these units everywhere. A cut may fall inside a surrogate pair; the half
-/// that is left stays in the text as it is and becomes U+FFFD only where the text leaves the process as UTF-8
-/// (`utf8FromText`).
+/// All positions, lengths and cuts are counted in UTF-16 units. A cut may split a surrogate pair; the remaining half
+/// stays in the text and becomes U+FFFD only when the text is converted to UTF-8 (`utf8FromText`) or compared.
 using Text = std::u16string;
 using TextView = std::u16string_view;
 

@@ -13,7 +13,7 @@ namespace {
 
 enum class ByteOrder : std::uint8_t { bigEndian, littleEndian };
 
-/// Reads the unit of `size` bytes that begins at `position`.
+/// Returns the code unit of `size` bytes that begins at `position`.
 char32_t unitAt(std::string_view bytes, std::size_t position, std::size_t size, ByteOrder order) {
     char32_t unit = 0;
     for (std::size_t i = 0; i < size; ++i) {

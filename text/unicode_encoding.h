@@ -16,19 +16,20 @@ enum class UnicodeEncoding : std::uint8_t {
     utf32LittleEndian
 };
 
-/// How bytes are encoded, and how many of them are a byte-order mark in front of the text.
+/// The encoding of a byte string, and the length in bytes of the byte-order mark at its start (0 if it has none).
 struct DetectedEncoding {
     UnicodeEncoding encoding = UnicodeEncoding::utf8;
     std::size_t markLength = 0;
 };
 
-/// Tells the encoding of a text that begins with two ASCII characters, as JSON documents do: by its byte-order mark, or
-/// by where zero bytes stand among the first four. The mark of UTF-32 little-endian is not known as one, as it begins
-/// like that of UTF-16. UTF-8 is what everything else is, ill-formed bytes included.
+/// Detects the encoding of a text that begins with two ASCII characters, as JSON documents do: by its byte-order mark,
+/// or by the positions of the zero bytes among the first four. The UTF-32 little-endian mark is read as the UTF-16
+/// little-endian mark, because it begins with the same two bytes. Everything else counts as UTF-8, ill-formed bytes
+/// included.
 [[nodiscard]] DetectedEncoding detectUnicodeEncoding(std::string_view bytes);
 
-/// A text in any encoding as UTF-8. Nothing where the bytes are ill-formed: half a unit at the end, half a surrogate
-/// pair, a value above U+10FFFF.
+/// Converts `bytes` from `encoding` to UTF-8; they must not include a byte-order mark, which would be kept as text.
+/// Returns nullopt if they are ill-formed: a trailing incomplete unit, half a surrogate pair, a value above U+10FFFF.
 [[nodiscard]] std::optional<std::string> utf8FromEncoded(std::string_view bytes, UnicodeEncoding encoding);
 
 }  // namespace lomaris

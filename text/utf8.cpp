@@ -15,7 +15,7 @@ namespace {
 
 using Byte = unsigned char;
 
-/// What stands at one place of a byte string: a code point, or a maximal ill-formed part that one U+FFFD replaces.
+/// One unit of decoding: a code point, or a maximal ill-formed sequence that is replaced by one U+FFFD.
 struct Utf8Part {
     char32_t codePoint = replacementCharacter;
     std::size_t bytes = 1;
@@ -26,8 +26,8 @@ Byte byteAt(std::string_view bytes, std::size_t position) { return static_cast<B
 
 bool isContinuation(Byte byte) { return (byte & 0xC0U) == 0x80U; }
 
-/// Bytes that may follow a lead byte directly: narrower than all continuation bytes where the others would give an
-/// overlong form, a surrogate or a code point above U+10FFFF.
+/// True if `second` may follow the lead byte `lead`. Some lead bytes allow only some continuation bytes, because the
+/// others would form an overlong encoding, a surrogate or a code point above U+10FFFF.
 bool maySecond(Byte lead, Byte second) {
     switch (lead) {
         case 0xE0:
@@ -43,7 +43,7 @@ bool maySecond(Byte lead, Byte second) {
     }
 }
 
-/// Reads the part that begins at `position`, where a byte of 0x80 or above stands.
+/// Decodes the part that begins at `position`. The byte there must be 0x80 or above.
 Utf8Part partAt(std::string_view bytes, std::size_t position) {
     const std::size_t available = bytes.size() - position;
     const Byte lead = byteAt(bytes, position);
@@ -73,7 +73,7 @@ Utf8Part partAt(std::string_view bytes, std::size_t position) {
 
 constexpr std::size_t blockSize = 16;
 
-/// Whether the `blockSize` bytes or UTF-16 units from `block` on are ASCII.
+/// True if the `blockSize` bytes or UTF-16 units starting at `block` are all ASCII.
 template <typename Unit>
 bool isAsciiBlock(const Unit* block) {
     constexpr std::uint64_t notAscii = sizeof(Unit) == 1 ? 0x8080808080808080U : 0xFF80FF80FF80FF80U;
@@ -86,7 +86,7 @@ bool isAsciiBlock(const Unit* block) {
     return (allBits & notAscii) == 0;
 }
 
-/// Copies the ASCII units that lead `[first, last)` to `output`, narrowing or widening them. Answers how many.
+/// Copies the leading ASCII units of `[first, last)` to `output`, narrowing or widening them. Returns their number.
 template <typename From, typename To>
 std::size_t copyAscii(const From* first, const From* last, To* output) {
     const auto available = static_cast<std::size_t>(last - first);
@@ -115,7 +115,7 @@ char16_t* writeUtf16(char16_t* output, char32_t codePoint) {
     return output;
 }
 
-/// Writes a code point of 0x80 or above.
+/// Writes the UTF-8 of a code point that is 0x80 or above. Returns the end of the output.
 char* writeUtf8(char* output, char32_t codePoint) {
     const auto trail = [codePoint](unsigned shift) {
         return static_cast<char>(0x80U | ((codePoint >> shift) & 0x3FU));
@@ -136,9 +136,9 @@ char* writeUtf8(char* output, char32_t codePoint) {
 
 enum class IllFormed { replace, refuse };
 
-/// Decodes `bytes` into `text`. Answers whether it got to the end, which it always does when it replaces.
+/// Decodes `bytes` into `text`. Returns false if it stopped at an ill-formed part, which only `refuse` does.
 bool decode(std::string_view bytes, Text& text, IllFormed illFormed) {
-    // No part takes more units than bytes.
+    // No part has more UTF-16 units than bytes.
     text.resize(bytes.size());
     const char* const end = bytes.data() + bytes.size();
     char16_t* output = text.data();
@@ -161,14 +161,14 @@ bool decode(std::string_view bytes, Text& text, IllFormed illFormed) {
     return true;
 }
 
-/// Units that are converted at a time: few enough that their bytes stay in the fastest cache until they are copied on.
+/// UTF-16 units converted at a time: few enough that their UTF-8 stays in the L1 cache until it is copied.
 constexpr std::size_t stretch = 4096;
 
-/// Room for a stretch: three bytes a unit at most, and one more where a surrogate pair reaches beyond its end.
+/// The largest UTF-8 of a stretch: three bytes a unit, and one more if a surrogate pair extends past its end.
 using StretchBytes = std::array<char, 3 * stretch + 1>;
 
-/// Writes the UTF-8 of the code points that begin in the stretch at `position`, which moves behind them. Answers where
-/// the bytes end.
+/// Writes the UTF-8 of the code points that begin in the stretch at `position`, and advances `position` past them.
+/// Returns the end of the output.
 char* encodeStretch(TextView text, std::size_t& position, char* output) {
     const std::size_t stretchEnd = std::min(position + stretch, text.size());
     while (position < stretchEnd) {
@@ -229,7 +229,7 @@ std::string utf8FromText(TextView text) {
 }
 
 void appendUtf8(std::string& output, TextView text) {
-    StretchBytes bytes;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled as far as it is read.
+    StretchBytes bytes;  // NOLINT(cppcoreguidelines-pro-type-member-init): only the part that was written is read.
     std::size_t position = 0;
     while (position < text.size()) {
         const char* const end = encodeStretch(text, position, bytes.data());
