@@ -6,39 +6,39 @@
 #include <string_view>
 #include <vector>
 
-/// Typed readers of single attributes. They never fail: an error code, a null value and a value of another kind are
-/// simply absent. Operations that must report a code make the copy themselves. Each call crosses into the target
-/// application; main thread.
+/// Typed readers of single attributes. They do not report errors: the result is absent if there is an error code, a
+/// null value or a value of another type. Callers that need the error code use `Accessibility` directly. Each call may
+/// block until the target application replies or a timeout expires. Main thread.
 namespace lomaris {
 
-/// The value as an element, or nothing.
+/// Returns the value if it is an element.
 [[nodiscard]] std::optional<Element> copyOptionalElementAttribute(Accessibility& accessibility, const Element& from,
                                                                   std::string_view attribute);
 
-/// The value as an array of elements; empty where it is no array, or one with a member that is no element.
+/// Returns the value if it is an array of elements; otherwise, or if a member is not an element, an empty array.
 [[nodiscard]] std::vector<Element> copyOptionalElementArrayAttribute(Accessibility& accessibility, const Element& from,
                                                                      std::string_view attribute);
 
-/// The value as a text, or nothing. An empty text is present.
+/// Returns the value if it is a text, which may be empty.
 [[nodiscard]] std::optional<Text> copyOptionalStringAttribute(Accessibility& accessibility, const Element& from,
                                                               std::string_view attribute);
 
-/// The value as a boolean, or nothing.
+/// Returns the value if it is a boolean.
 [[nodiscard]] std::optional<bool> copyOptionalBoolAttribute(Accessibility& accessibility, const Element& from,
                                                             std::string_view attribute);
 
-/// The selected range in UTF-16 units, or nothing. A range of length 0 is present.
+/// Returns the selected range in UTF-16 units, which may have length 0.
 [[nodiscard]] std::optional<TextRange> copySelectedRange(Accessibility& accessibility, const Element& from);
 
-/// Whether the element says that it has the keyboard focus; no where it does not say so as a boolean.
+/// True if the element reports that it has the keyboard focus.
 [[nodiscard]] bool isFocused(Accessibility& accessibility, const Element& element);
 
-/// Brings the focused window of an application, else its main window, to the front and gives the window server 0.1 s to
-/// settle. Without either window nothing is done and no time passes. What the application answers does not matter.
+/// Raises the application's focused window, or its main window if it has none focused, and waits 0.1 s for the window
+/// server. Does nothing if there is neither window. Ignores errors of the application.
 void raiseFocusedWindow(Platform& platform, ProcessIdentifier processIdentifier);
 
-/// The value inside an answer as a `Value`, or nothing where the copy failed or the kind is another: how the readers
-/// above look at an answer, for walks that copy in batches. The pointer is into `answer`.
+/// Returns the value of `answer` if the copy succeeded and the value is a `Value`, otherwise nullptr. For attributes
+/// that were copied in a batch. The pointer is valid as long as `answer`.
 template <typename Value>
 [[nodiscard]] const Value* valueIn(const AttributeAnswer& answer) {
     return answer.error == AXError::success ? std::get_if<Value>(&answer.value) : nullptr;

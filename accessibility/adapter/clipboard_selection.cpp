@@ -13,7 +13,7 @@ namespace {
 
 constexpr Duration pauseBeforeSecondLook = std::chrono::milliseconds(50);
 
-/// What presses the menu item, or nothing where there is none.
+/// Returns a function that presses the menu item, or an empty function if there is no Copy command.
 std::function<void()> pressOf(Accessibility& accessibility, const std::optional<CopyCommand>& copyCommand) {
     if (!copyCommand) {
         return nullptr;

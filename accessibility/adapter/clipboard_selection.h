@@ -10,20 +10,19 @@
 
 namespace lomaris {
 
-/// How persistently the clipboard route reads for a purpose.
+/// Returns the clipboard policy for a purpose.
 [[nodiscard]] ClipboardSelectionReadPolicy readPolicyFor(SelectionPurpose purpose);
 
-/// Looks for the application's Copy command, and once more 0.05 s later where there was none: menus may still be
-/// filling.
+/// Finds the application's Copy command. Tries again after 0.05 s if there is none, because menus may still be loading.
 [[nodiscard]] std::optional<CopyCommand> findCopyCommandWithRetry(Platform& platform,
                                                                   const std::optional<RunningApplication>& application);
 
-/// Reads the selection of `application`, or of the one in front where it is absent, through keyboard and clipboard.
-/// `allowed`: whether this route may be used at all. `copyCommand` is pressed where it is given. The snapshot's element
-/// is the application's; there is no range and no context. Main thread; synchronous.
+/// Reads the selection of `application`, or of the front application if absent, through keyboard and clipboard.
+/// `allowed`: whether the clipboard may be used. `copyCommand`, if present, is pressed before the key is tried. The
+/// snapshot's element is the application's; it has no range and no context. Main thread; synchronous.
 ///
 /// Throws `BridgeError`: `clipboardFallbackDisabled`, `accessibilityPermissionRequired`,
-/// `focusedApplicationUnavailable`, and those of `KeyboardClipboardFallback::readSelectedText`.
+/// `focusedApplicationUnavailable`, and the errors of `KeyboardClipboardFallback::readSelectedText`.
 [[nodiscard]] SelectionSnapshot readSelectionWithKeyboardClipboardFallback(
     Platform& platform, KeyboardClipboardFallback& fallback, std::optional<RunningApplication> application,
     bool allowed, ClipboardSelectionReadPolicy policy, const std::optional<CopyCommand>& copyCommand);

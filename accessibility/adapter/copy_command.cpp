@@ -23,7 +23,7 @@ constexpr std::array<std::string_view, 3> menuItemAttributes = {
     attribute::enabled,
 };
 
-/// The menus of the bar, those titled "Edit" first.
+/// Returns the menus of the menu bar, those titled "Edit" first.
 std::vector<Element> menuBarItemsInOrder(Accessibility& accessibility, const Element& application) {
     const auto menuBar = copyOptionalElementAttribute(accessibility, application, attribute::menuBar);
     if (!menuBar) {
@@ -41,7 +41,7 @@ std::vector<Element> menuBarItemsInOrder(Accessibility& accessibility, const Ele
     return ordered;
 }
 
-/// Whether the item is bound to C with Command alone. Modifiers that are missing or no integer count as none.
+/// True if the item is bound to Command+C alone. A missing or non-integer modifier value counts as no modifiers.
 bool isBoundToPlainCommandC(const AttributeAnswer& character, const AttributeAnswer& modifiers) {
     const Text* const text = valueIn<Text>(character);
     const auto* const bits = valueIn<std::int64_t>(modifiers);

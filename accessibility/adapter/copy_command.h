@@ -7,16 +7,16 @@
 
 namespace lomaris {
 
-/// An application's own Copy menu item.
+/// The Copy menu item of an application.
 struct CopyCommand {
     Element element;
-    /// Absent where the item does not say.
+    /// Absent if the item does not report its state.
     std::optional<bool> isEnabled;
 };
 
-/// Looks through the menu bar of an application for the item bound to plain Command+C: first in menus titled "Edit",
-/// then in the others, each in the order of the bar; submenus are not looked into. A disabled item is found too.
-/// Nothing where there is no application or no such item. Never throws. Main thread.
+/// Searches the application's menu bar for the item bound to Command+C without other modifiers: first the menus titled
+/// "Edit", then the others, each in menu-bar order. Does not search submenus. Also finds a disabled item. Returns
+/// nullopt if there is no application or no such item. Never throws. Main thread.
 [[nodiscard]] std::optional<CopyCommand> findCopyCommand(Accessibility& accessibility,
                                                          const std::optional<RunningApplication>& application);
 

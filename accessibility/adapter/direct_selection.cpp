@@ -20,7 +20,8 @@ struct ElementSelection {
     SelectionData data;
 };
 
-/// Looks for a better element in the application's tree; a fresh application element, as the first may have gone stale.
+/// Searches the application's tree for a text element. Uses a new application element, as the first may be invalid by
+/// now.
 std::optional<Element> findInTree(Accessibility& accessibility, const std::optional<RunningApplication>& application) {
     if (!application) {
         return std::nullopt;
@@ -28,8 +29,8 @@ std::optional<Element> findInTree(Accessibility& accessibility, const std::optio
     return findFocusedTextDescendant(accessibility, accessibility.applicationElement(application->processIdentifier));
 }
 
-/// Reads the focused element; where it does not show its selection, the element that a walk finds has a second chance,
-/// and its error is then the one that counts.
+/// Reads the focused element. If it fails or has no selected text, reads the element found in the application's tree.
+/// If both fail, throws the error of the second.
 ElementSelection readWithSecondChance(Accessibility& accessibility, const FocusedElement& focused) {
     ElementSelection selection{focused.element, {}};
     try {
@@ -51,7 +52,7 @@ ElementSelection readWithSecondChance(Accessibility& accessibility, const Focuse
                 return second;
             }
         } catch (const BridgeError&) {
-            // The first element was readable; what the second one fails with is of no interest.
+            // The focused element was readable, so its empty selection is the result.
         }
     }
     return selection;
@@ -62,7 +63,7 @@ bool isWritable(Accessibility& accessibility, const Element& element) {
     return answer.error == AXError::success && answer.settable;
 }
 
-/// Reads web content, of which accessibility only told that something is selected.
+/// Reads web content by copying; accessibility only reports that a selection exists.
 SelectionSnapshot readWebContent(Platform& platform, KeyboardClipboardFallback& fallback,
                                  const std::optional<RunningApplication>& application,
                                  const SelectionReadOptions& options, SelectionPurpose purpose) {

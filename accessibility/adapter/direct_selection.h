@@ -7,13 +7,14 @@
 
 namespace lomaris {
 
-/// Reads the selection of the application in front through accessibility: text, range, context, input counters, and
-/// whether the element can be written. A browser or code editor that shows some selection is read through `fallback`
-/// instead, as what it shows is not dependable. Records the route in the capture trace. Main thread; synchronous.
+/// Reads the selection of the front application through accessibility: text, range, context, input counters, and
+/// whether the element can be written. If the application is a browser or code editor with a selection, copies it
+/// through `fallback` instead, because what these applications expose is unreliable. Records the route in the capture
+/// trace. Main thread; synchronous.
 ///
 /// Throws `BridgeError`: `accessibilityPermissionRequired`; `focusedElementUnavailable`; `selectedTextUnavailable`;
-/// `noTextSelected` where nothing is selected or the shortcut policy refuses it; `clipboardFallbackDisabled` where the
-/// element cannot be written and the clipboard may not be used; and the errors of the clipboard route.
+/// `noTextSelected` if nothing is selected or the shortcut policy rejects the selection; `clipboardFallbackDisabled` if
+/// the element cannot be written and the clipboard may not be used; and the errors of the clipboard route.
 [[nodiscard]] SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallback& fallback,
                                                     const SelectionReadOptions& options, SelectionPurpose purpose);
 

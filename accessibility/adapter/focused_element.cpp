@@ -13,8 +13,8 @@ namespace {
 constexpr int maximumAttempts = 5;
 constexpr Duration pauseBeforeRetry = std::chrono::milliseconds(100);
 
-/// Copies the focused element from an application or from the system-wide element, again and again while the other side
-/// cannot complete.
+/// Copies the focused element from an application or the system-wide element. Retries while the error is
+/// `cannotComplete`.
 ElementAnswer copyFocusedElementWithRetries(Platform& platform, const Element& from) {
     Accessibility& accessibility = platform.accessibility();
     ElementAnswer answer = accessibility.copyElementAttribute(from, attribute::focusedUIElement);

@@ -13,8 +13,7 @@ namespace lomaris {
 
 namespace {
 
-/// Elements read ahead in one batch: enough to make the crossings cheap, few enough to waste little when the first of
-/// them ends the walk.
+/// Elements per batch: enough to save requests, few enough to waste little if the first element ends the search.
 constexpr std::size_t batchSize = 32;
 
 constexpr std::array<std::string_view, 4> batchedAttributes = {
@@ -24,7 +23,7 @@ constexpr std::array<std::string_view, 4> batchedAttributes = {
     attribute::children,
 };
 
-/// The answers for one element, in the order of `batchedAttributes`.
+/// The copied attributes of one element, in the order of `batchedAttributes`.
 struct NodeAnswers {
     const AttributeAnswer& selectedText;
     const AttributeAnswer& selectedTextRange;
@@ -42,8 +41,7 @@ struct NodeAnswers {
     }
 };
 
-/// Whether a text element holds a selection now. The batch only told that it is a text element; what counts is a fresh
-/// look.
+/// True if a text element has a selection now. Reads it again, because the batch may be outdated.
 bool hasSelection(Accessibility& accessibility, const Element& element) {
     const auto text = copyOptionalStringAttribute(accessibility, element, attribute::selectedText);
     if (text && !text->empty()) {

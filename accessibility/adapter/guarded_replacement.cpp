@@ -18,7 +18,7 @@ using Reason = ReplacementGuardTrace::Reason;
     throw BridgeError::selectionChanged();
 }
 
-/// Both absent, or both present and the same text.
+/// True if both are absent, or both are present and equal.
 bool sameIdentifier(const std::optional<Text>& one, const std::optional<Text>& other) {
     if (!one || !other) {
         return one.has_value() == other.has_value();
@@ -34,9 +34,9 @@ bool isExpectedInFront(const RunningApplication& application, const GuardedRepla
            sameIdentifier(application.bundleIdentifier, request.expectedBundleIdentifier);
 }
 
-/// Whether the selection stands where it was expected, as far as that can be told: by its range, or else by the user
-/// not having touched anything. Neither can be told of a selection that was copied without a range to expect: the copy
-/// itself moves the counters.
+/// True if the selection is still in the expected place, as far as can be determined: the ranges are equal, or, without
+/// ranges to compare, there was no user input. If no range is expected and the selection had to be copied, neither can
+/// be checked, because the copy itself changes the input counters.
 bool standsAsExpected(const SelectionSnapshot& current, const GuardedReplacementRequest& request,
                       bool activityIsUnchanged) {
     const auto& range = current.payload.selectedRange;
@@ -55,7 +55,7 @@ bool standsAsExpected(const SelectionSnapshot& current, const GuardedReplacement
 void MacOSAccessibilityAdapter::replaceSelectionIfCurrent(const GuardedReplacementRequest& request,
                                                           const SelectionReadOptions& options) {
     const auto scope = operation();
-    // First of all, as what follows posts keys that count as well.
+    // Sampled first: the keys that the steps below post also change the counters.
     const bool activityIsUnchanged = sampleInputActivity(platform_->events()) == request.expectedInputActivity;
     ReplacementGuardTrace::shared().reset();
 

@@ -33,7 +33,7 @@ MacOSAccessibilityAdapter::MacOSAccessibilityAdapter(std::shared_ptr<Platform> p
 
 SelectionSnapshot MacOSAccessibilityAdapter::readSelection(const SelectionReadOptions& options,
                                                            SelectionPurpose purpose) {
-    // A read may copy twice; no other operation comes in between.
+    // A read may copy twice. No other operation may use the clipboard in between.
     const auto scope = operation();
     const auto application = platform_->workspace().frontmostApplication();
     if (purpose == SelectionPurpose::shortcut && application &&

@@ -14,47 +14,50 @@
 
 namespace lomaris {
 
-/// Reads, replaces and diagnoses the selection of the application in front: decides on the route, and owns what both
-/// routes share. Main thread; every operation is synchronous, but for the restore of the clipboard after a paste.
+/// Reads, replaces and diagnoses the selection of the front application. Chooses between the direct and the clipboard
+/// route, and owns the state that both share. Main thread. Synchronous, except for the restore of the clipboard after a
+/// paste.
 class MacOSAccessibilityAdapter {
 public:
     using SelectionPurpose = lomaris::SelectionPurpose;
 
     /// Borrows the platform, which must outlive the adapter.
     explicit MacOSAccessibilityAdapter(Platform& platform);
-    /// Shares the platform and keeps it alive. Not null.
+    /// Shares ownership of the platform, which must not be null.
     explicit MacOSAccessibilityAdapter(std::shared_ptr<Platform> platform);
 
-    /// Reads the selection directly, or through keyboard and clipboard where the application does not show it, and
-    /// records in the capture trace which route was taken and what went wrong. Throws `BridgeError`.
+    /// Reads the selection directly, or through keyboard and clipboard if the application does not expose it. Records
+    /// the route and the error of a failed direct read in the capture trace. Throws `BridgeError`.
     [[nodiscard]] SelectionSnapshot readSelection(const SelectionReadOptions& options, SelectionPurpose purpose);
 
-    /// Writes over a selection that was read, if it is still the same; see `lomaris::replaceSelection`.
+    /// Replaces a selection that was read earlier if it is unchanged; see `lomaris::replaceSelection`.
     void replaceSelection(const SelectionSnapshot& snapshot, TextView replacement, const ReplacementOptions& options);
 
-    /// Replaces the selection of the application in front only if it is the one that `request` expects: same
-    /// application, same text, and the same range or, where there is none to compare, no user input in between; of a
-    /// selection that has to be copied, without an expected range, the text alone counts. The selection is read again
-    /// with `options` for that. Every refusal is `selectionChanged`, with its reason in the guard trace and nothing
-    /// written; the other errors are those of `replaceSelection`, whose own last look leaves no trace.
+    /// Replaces the selection of the front application only if it is the one that `request` expects: the same
+    /// application, the same text and the same range. Without ranges to compare, there must have been no user input. If
+    /// no range is expected and the selection has to be copied, only application and text are compared. Reads the
+    /// selection again with `options`.
+    ///
+    /// Throws `selectionChanged` for every refusal, with nothing written and the reason in the guard trace; otherwise
+    /// the errors of `replaceSelection`, whose own check before the write does not record a reason.
     void replaceSelectionIfCurrent(const GuardedReplacementRequest& request, const SelectionReadOptions& options);
 
     /// See `lomaris::diagnoseSelection`.
     [[nodiscard]] AccessibilityDiagnosticPayload diagnoseSelection();
 
-    /// Makes the calls up to the end of the scope one operation for the clipboard; see `KeyboardClipboardFallback`.
+    /// Makes the calls until the end of the scope one clipboard operation; see `KeyboardClipboardFallback`.
     [[nodiscard]] ClipboardHold::Scope operation() { return keyboardClipboardFallback_.operation(); }
 
     [[nodiscard]] Platform& platform() { return *platform_; }
 
 private:
-    /// Decides on the clipboard route after a direct read failed with `error`; `application` is the one that was in
-    /// front before it.
+    /// Copies the selection if that may help after a direct read failed with `error`; otherwise throws `error`.
+    /// `application` is the one that was in front before the read.
     [[nodiscard]] SelectionSnapshot readAfterFailure(const BridgeError& error,
                                                      const std::optional<RunningApplication>& application,
                                                      const SelectionReadOptions& options, SelectionPurpose purpose);
 
-    /// The second look of a guarded replacement; a failure is a refusal.
+    /// Reads the selection again for a guarded replacement. Any failure is a refusal.
     [[nodiscard]] SelectionSnapshot readAgain(const SelectionReadOptions& options);
 
     std::shared_ptr<Platform> platform_;

@@ -6,14 +6,14 @@
 
 namespace lomaris {
 
-/// What the traces say of a failure that is none of the three below.
+/// The trace value of any failure other than the three below.
 inline constexpr std::int64_t otherReadFailure = 4;
 
-/// What the traces say of a read that failed: 1 no text selected, 2 selected text unavailable, 3 focused element
-/// unavailable, or `otherReadFailure`. Pure.
+/// Returns the trace value of a failed read: 1 no text selected, 2 selected text unavailable, 3 focused element
+/// unavailable, otherwise `otherReadFailure`.
 [[nodiscard]] std::int64_t readFailureTraceValue(const BridgeError& error);
 
-/// Whether an application that failed this way may simply not show its selection. Pure.
+/// True if the application may have a selection that it does not expose.
 [[nodiscard]] bool maySelectWithoutShowing(const BridgeError& error);
 
 }  // namespace lomaris

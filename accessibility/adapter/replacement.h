@@ -6,22 +6,22 @@
 
 namespace lomaris {
 
-/// What a replacement may take for granted.
+/// Conditions under which a replacement may paste.
 struct ReplacementOptions {
-    /// Whether the keyboard/clipboard route may be used at all.
+    /// Whether the clipboard may be used.
     bool allowClipboardFallback = false;
-    /// Whether the caller has just read the selection through the keyboard route, so that it need not be copied again.
+    /// Whether the caller has just copied the selection, so that it need not be copied again for comparison.
     bool justVerified = false;
 };
 
-/// Writes `replacement` over a selection that was read earlier, if it is still the same: into the element, or by
-/// pasting, as the snapshot's strategy says. The one operation that writes text into another application. Main thread;
-/// synchronous but for the restore of the clipboard after a paste.
+/// Replaces a selection that was read earlier if it is unchanged, either by setting the element's attribute or by
+/// pasting, as the snapshot's strategy says. Only this function writes text into other applications. Main thread.
+/// Synchronous, except for the restore of the clipboard after a paste.
 ///
 /// Throws `BridgeError`: `directReplacementUnsupported`, `selectionChanged`, `replacementFailed`,
-/// `clipboardFallbackDisabled`, and those of reading the selection again and of the paste. Nothing was written then,
-/// except after `replacementFailed`, where only the target knows, and where a web address took the place of the
-/// selection by Delete and the paste behind it failed.
+/// `clipboardFallbackDisabled`, and the errors of reading the selection again and of the paste. After an error nothing
+/// was written, with two exceptions: after `replacementFailed` the target may have written the text; and if the
+/// replacement is a web address, the selection may have been deleted before the paste failed.
 void replaceSelection(Platform& platform, KeyboardClipboardFallback& fallback, const SelectionSnapshot& snapshot,
                       TextView replacement, const ReplacementOptions& options);
 

@@ -6,8 +6,8 @@
 
 namespace lomaris {
 
-/// Where a walk over an application starts: its focused window, or else all its windows in their order, or else the
-/// application element itself. Never empty. Main thread.
+/// Returns the elements at which a search of an application starts: its focused window, otherwise all its windows in
+/// their order, otherwise the application element. Never empty. Main thread.
 [[nodiscard]] std::vector<Element> scanRoots(Accessibility& accessibility, const Element& application);
 
 }  // namespace lomaris

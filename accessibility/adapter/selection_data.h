@@ -6,19 +6,19 @@
 
 namespace lomaris {
 
-/// What an element says of its selection. The three may disagree: each was read on its own.
+/// The selection of an element. The fields are read one by one, so they may contradict each other.
 struct SelectionData {
     /// The selected text; may be empty.
     Text text;
-    /// In UTF-16 units, absent where the element reports none.
+    /// In UTF-16 units; absent if the element reports none.
     std::optional<TextRange> range;
-    /// The element's whole text, absent where it has none.
+    /// The element's whole text; absent if it has none.
     std::optional<Text> fullText;
 };
 
-/// Reads an element's selection; where the selected text itself is unreadable or empty, it is cut out of the whole
-/// text. Throws `BridgeError::selectedTextUnavailable` with the code of the copy, 0 where that succeeded with a value
-/// that is no text. Main thread; three crossings into the target application, always fresh.
+/// Reads an element's selection. If the selected text is unreadable or empty, takes it from the whole text by the
+/// range. Throws `BridgeError::selectedTextUnavailable` with the error code of the selected text; the code is 0 if the
+/// value is not a text. Copies three attributes one by one, without a cache. Main thread.
 [[nodiscard]] SelectionData readSelectionData(Accessibility& accessibility, const Element& element);
 
 }  // namespace lomaris

@@ -22,8 +22,7 @@ namespace lomaris {
 
 namespace {
 
-/// Elements in one batch: enough to make the crossings cheap, few enough that the texts of a batch, which are there at
-/// once, do not add up to much.
+/// Elements per batch: enough to save requests, few enough to limit the memory for the texts of one batch.
 constexpr std::size_t batchSize = 256;
 
 constexpr std::array<std::string_view, 8> batchedAttributes = {
@@ -31,7 +30,7 @@ constexpr std::array<std::string_view, 8> batchedAttributes = {
     attribute::subrole,  attribute::identifier,   attribute::focused,           attribute::value,
 };
 
-/// The answers for one element, in the order of `batchedAttributes`. Those that are not const may be moved from.
+/// The copied attributes of one element, in the order of `batchedAttributes`. The non-const ones may be moved from.
 struct NodeAnswers {
     const AttributeAnswer& children;
     const AttributeAnswer& selectedText;
@@ -83,8 +82,7 @@ Text pathText(std::span<const std::size_t> indices) {
     return path;
 }
 
-/// What one element says, but for its path and whether its selected text can be set. Moves the texts that it keeps out
-/// of the answers.
+/// Builds the diagnostic of one element, without its path and `selectedTextSettable`. Moves the texts out of `answers`.
 AccessibilityNodeDiagnostic nodeFrom(const NodeAnswers& answers, int depth) {
     AccessibilityNodeDiagnostic node;
     node.depth = depth;
@@ -113,8 +111,8 @@ bool isRelevantDiagnostic(Accessibility& accessibility, const AccessibilityNodeD
     return node.identifier && accessibility.containsIgnoringCase(*node.identifier, u"editor");
 }
 
-/// Examines the batch of the queue that begins at `start`: appends its relevant elements to `nodes` and the children of
-/// all to the queue. Answers how many it examined.
+/// Examines the batch that begins at `start`: appends the relevant elements to `nodes` and all children to the queue.
+/// Returns the number of examined elements.
 std::size_t examineBatch(Accessibility& accessibility, WalkQueue& queue, std::size_t start,
                          std::vector<AccessibilityNodeDiagnostic>& nodes) {
     auto answers = accessibility.copyAttributes(queue.batchFrom(start, batchSize), batchedAttributes);
@@ -131,7 +129,7 @@ std::size_t examineBatch(Accessibility& accessibility, WalkQueue& queue, std::si
         }
         queue.appendChildren(position, nodeAnswers.childElements());
     }
-    // Nobody sees what the others would answer.
+    // Only relevant elements are reported, so only they are checked.
     if (!relevant.empty()) {
         const auto settable = accessibility.areAttributesSettable(relevant, attribute::selectedText);
         for (std::size_t index = 0; index < relevant.size(); ++index) {

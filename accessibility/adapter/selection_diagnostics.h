@@ -5,11 +5,13 @@
 
 namespace lomaris {
 
-/// Walks the front application's focused window, or else all its windows, or else its root element, breadth first, and
-/// keeps what can tell why a selection can or cannot be read. Examines at most 3,000 elements and none below depth 30;
-/// reads nothing of others and writes nothing. What an element does not answer is absent, false or 0. Throws
-/// `BridgeError`: `accessibilityPermissionRequired`, before anything is read, and `focusedApplicationUnavailable` where
-/// no application is in front. Main thread; each batch of elements crosses into the application.
+/// Examines the elements of the front application breadth-first from its scan roots, and returns those that help to
+/// find out why a selection can or cannot be read. Examines at most 3,000 elements, none below depth 30. Writes
+/// nothing. Values that an element does not report are absent, false or 0. Main thread; requests the attributes in
+/// batches.
+///
+/// Throws `BridgeError`: `accessibilityPermissionRequired` before anything is read, and `focusedApplicationUnavailable`
+/// if no application is in front.
 [[nodiscard]] AccessibilityDiagnosticPayload diagnoseSelection(Platform& platform);
 
 }  // namespace lomaris

@@ -8,8 +8,8 @@
 
 namespace lomaris {
 
-/// Bundle identifiers of applications that are treated in a special way. An identifier matches an entry when it begins
-/// with it, character by character, letter case included.
+/// Bundle identifiers of applications that need special treatment. An entry matches identifiers that begin with it,
+/// compared by character and case-sensitively.
 namespace bundle_prefixes {
 
 inline constexpr std::array<TextView, 3> fileManagerBundlePrefixes = {
@@ -36,23 +36,24 @@ inline constexpr std::array<TextView, 3> codeEditorBundlePrefixes = {
 
 }  // namespace bundle_prefixes
 
-/// What counts as a selection of text when the user invokes the assistant by its shortcut. Pure functions.
+/// Decides what counts as selected text when the user invokes the assistant by its shortcut. Pure functions.
 namespace ShortcutSelectionPolicy {
 
-/// Whether the application is a file manager, whose selection is of files.
+/// True if the application is a file manager, in which the user selects files.
 [[nodiscard]] bool isFileManager(const std::optional<Text>& bundleIdentifier);
 
-/// Whether the user really selected text: some text, not in a file manager, and in a terminal only with a range of at
-/// least one UTF-16 unit.
+/// True if the user selected text: the text is not empty, the application is not a file manager, and in a terminal the
+/// range has at least one UTF-16 unit.
 [[nodiscard]] bool isGenuineTextSelection(const std::optional<Text>& bundleIdentifier, TextView selectedText,
                                           const std::optional<TextRange>& selectedRange);
 
 }  // namespace ShortcutSelectionPolicy
 
-/// Which applications show web content that accessibility does not read and write dependably. Pure functions.
+/// Decides for which applications the selection is read through the clipboard, because accessibility does not read and
+/// write their web content reliably. Pure functions.
 namespace WebContentCompatibility {
 
-/// Whether the application's selection goes through the clipboard: it is a browser or a code editor.
+/// True if the application is a browser or code editor.
 [[nodiscard]] bool requiresClipboard(const std::optional<Text>& bundleIdentifier);
 
 }  // namespace WebContentCompatibility

@@ -4,24 +4,23 @@
 
 namespace lomaris {
 
-/// Why a selection is read.
+/// The reason for reading a selection.
 enum class SelectionPurpose : std::uint8_t {
-    /// A plain read: no early refusal, no look for the Copy command after a failure.
+    /// A plain read. Does not reject any application early, and does not search for the Copy command after a failure.
     standard = 0,
-    /// The user invoked the assistant by its shortcut: file managers are refused, and a terminal's selection without a
-    /// range is not read directly.
+    /// The user invoked the assistant by its shortcut. Rejects file managers; copies the selection of a terminal that
+    /// reports no range.
     shortcut = 1,
-    /// The second look before a guarded replacement.
+    /// The repeated read of a guarded replacement.
     guardedReplacement = 2,
 };
 
-/// What a caller wants to read, whatever the purpose.
+/// The options of a read, independent of its purpose.
 struct SelectionReadOptions {
-    /// UTF-16 units of context wanted before and after the selection. If one of them is negative, both
-    /// sides are empty.
+    /// The context wanted before and after the selection, in UTF-16 units. If either is negative, there is no context.
     std::int64_t beforeLimit = 0;
     std::int64_t afterLimit = 0;
-    /// Whether the keyboard/clipboard route may be used.
+    /// Whether the clipboard may be used.
     bool allowClipboardFallback = false;
 };
 

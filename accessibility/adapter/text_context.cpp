@@ -7,7 +7,7 @@ namespace lomaris::TextContext {
 
 namespace {
 
-/// Written without adding up the two numbers, whose sum may overflow.
+/// Does not add location and length, because the sum may overflow.
 bool liesInside(const TextRange& range, std::int64_t textLength) {
     return range.location != notFoundLocation && range.location >= 0 && range.length >= 0 &&
            range.location <= textLength && range.length <= textLength - range.location;

@@ -8,7 +8,7 @@
 
 namespace lomaris {
 
-/// The text around a selection. Either side may begin or end with half a surrogate pair.
+/// The text before and after a selection. A cut may leave half a surrogate pair at either end.
 struct ExtractedContext {
     Text before;
     Text after;
@@ -16,15 +16,14 @@ struct ExtractedContext {
     friend bool operator==(const ExtractedContext&, const ExtractedContext&) = default;
 };
 
-/// Cuts of a whole text, in UTF-16 units as they stand. Pure functions; a range that does not lie inside of the text,
-/// or has no position, gives nothing.
+/// Cuts of a whole text, in UTF-16 units. Pure functions. They return nullopt if the range is not inside the text.
 namespace TextContext {
 
-/// The part of `fullText` at `range`. A length of 0 gives the empty text.
+/// Returns the part of `fullText` at `range`, which is empty if the length is 0.
 [[nodiscard]] std::optional<Text> selectedText(TextView fullText, const TextRange& range);
 
-/// Up to `beforeLimit` units that end where the range begins and up to `afterLimit` units that begin where it ends. A
-/// negative limit gives nothing.
+/// Returns up to `beforeLimit` units before the range and up to `afterLimit` units after it. Also returns nullopt if
+/// the text or the range is absent, or a limit is negative.
 [[nodiscard]] std::optional<ExtractedContext> extract(const std::optional<Text>& fullText,
                                                       const std::optional<TextRange>& range, std::int64_t beforeLimit,
                                                       std::int64_t afterLimit);

@@ -9,33 +9,33 @@
 
 namespace lomaris {
 
-/// The work list of a breadth-first walk over elements, the scan roots first, then children behind those that wait
-/// already. It bounds the walk: no more than `maximumExamined` elements are examined, and none below depth 30. Entries
-/// are never removed; a walk goes through them by position.
+/// The queue of a breadth-first search of elements: the scan roots, followed by the children of examined elements.
+/// Limits the search to `maximumExamined` elements and to depth 30. Entries are never removed; the search visits them
+/// by position.
 class WalkQueue {
 public:
     static constexpr std::size_t maximumExamined = 3000;
 
     explicit WalkQueue(std::span<const Element> roots) { append(roots, noParent, 0); }
 
-    /// Appends the children of the entry at `parent`, unless it stands too deep. Those that could never be examined are
-    /// counted but not kept, however many children an application claims to have.
+    /// Appends the children of the entry at `parent`, unless it is at depth 30. Children beyond the limit are not
+    /// stored and only set `overflowed`.
     void appendChildren(std::size_t parent, std::span<const Element> children) {
         if (depth(parent) <= deepestExpanded) {
             append(children, parent, depth(parent) + 1);
         }
     }
 
-    /// How many entries are to be examined, as far as it is known.
+    /// The number of entries to examine, so far.
     [[nodiscard]] std::size_t size() const { return elements_.size(); }
-    /// Whether there are entries beyond those.
+    /// True if entries beyond the limit were dropped.
     [[nodiscard]] bool overflowed() const { return overflowed_; }
 
-    /// A copy, as the queue may grow while the element is looked at.
+    /// Returns a copy, because the queue may grow while the caller uses the element.
     [[nodiscard]] Element element(std::size_t position) const { return elements_[position]; }
     /// 0 for a scan root.
     [[nodiscard]] int depth(std::size_t position) const { return places_[position].depth; }
-    /// The indices that lead to an entry, its own last: the root's among the roots, then those among siblings.
+    /// Returns the path to an entry: the index of its scan root, then the index among its siblings at each level.
     [[nodiscard]] std::vector<std::size_t> path(std::size_t position) const {
         std::vector<std::size_t> indices;
         for (std::size_t at = position; at != noParent; at = places_[at].parent) {
@@ -44,7 +44,7 @@ public:
         std::reverse(indices.begin(), indices.end());
         return indices;
     }
-    /// The elements that wait from `position` on, at most `limit`; valid until the queue grows.
+    /// Returns the elements from `position` on, at most `limit`. Valid until the queue grows.
     [[nodiscard]] std::span<const Element> batchFrom(std::size_t position, std::size_t limit) const {
         return std::span(elements_).subspan(position, std::min(limit, elements_.size() - position));
     }

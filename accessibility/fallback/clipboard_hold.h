@@ -10,27 +10,28 @@
 
 namespace lomaris {
 
-/// A paste whose clipboard is still to be restored: the operation after it waits for the target and then inherits what
-/// was saved. Shared with the block on the main queue that restores. Main thread.
+/// A paste after which the clipboard has not been restored yet. The next operation waits until the target has read the
+/// text, and then takes over the saved contents. Shared with the main-queue block that restores the clipboard. Main
+/// thread.
 struct PendingPaste {
-    /// Null once the clipboard was restored, left to another program, or passed on to the next operation.
+    /// Null if the clipboard was restored or now belongs to another program or to the next operation.
     std::unique_ptr<PasteboardHold> hold;
     std::shared_ptr<const PasteboardSnapshot> saved;
     std::shared_ptr<const PasteboardConsumptionTracker> tracker;
-    /// The change count of the pasteboard with the staged text.
+    /// The pasteboard's change count after the text was staged.
     std::int64_t changeCount = 0;
-    /// When the text need not stay any longer if it was read, and when it need not if it was not.
+/// The time from which the text may be replaced if it has been read.
     Moment earliest{};
+    /// The time from which the text may be replaced even if it has not been read.
     Moment deadline{};
 };
 
-/// The exclusive use of the pasteboard during one operation, a whole command as a rule, and what passes from one
-/// operation of this process to the next: the clipboard that a paste has saved and not yet restored. The use begins
-/// with the first snapshot, so that operations that never touch the clipboard take no hold. Borrows the platform. Main
-/// thread.
+/// The exclusive use of the pasteboard during one operation, usually a whole command. It begins with the first
+/// `saveClipboard`, so operations that do not use the clipboard never take it. Also passes the contents saved by a
+/// paste to the next operation, if they have not been restored by then. Borrows the platform. Main thread.
 class ClipboardHold {
 public:
-    /// One operation, or a part of one: scopes nest, and the outermost one ends the exclusive use.
+    /// An operation or part of one. Scopes nest; the exclusive use ends with the outermost scope.
     class Scope {
     public:
         explicit Scope(ClipboardHold& hold) : hold_(hold) { ++hold_.depth_; }
@@ -48,18 +49,19 @@ public:
 
     explicit ClipboardHold(Platform& platform) : platform_(platform) {}
 
-    /// The user's clipboard, protected against a sudden end of the process from now on. Takes the hold first unless the
-    /// scope has it; waits for that for up to 10 s, turning the run loop. Throws `BridgeError::clipboardFallbackFailed`
-    /// if another operation still has it then; nothing was touched. There must be a scope.
+    /// Returns the user's clipboard and protects it from now on: it is restored even if the process dies. Takes the
+    /// exclusive use first if the current scope does not have it, and runs the run loop for up to 10 s until it is
+    /// free. Throws `BridgeError::clipboardFallbackFailed` if it is still in use then, with nothing changed. Requires a
+    /// scope.
     [[nodiscard]] PasteboardSnapshot saveClipboard();
 
-    /// Announces that the target is being told to copy, or to paste what is staged. After `saveClipboard`.
+    /// Announces that the target is about to copy, or to paste the staged text. Requires a previous `saveClipboard`.
     void expectCopy(std::optional<ProcessIdentifier> target, Duration wait) { hold_->expectCopy(target, wait); }
     void expectPaste();
 
-    /// Restores `saved` once the staged text may be released, unless another program has written to the pasteboard by
-    /// then or another operation of this process has begun. Ends the scope's use of the pasteboard. Called after the
-    /// paste key.
+    /// Restores `saved` when the staged text may be released, unless another program writes to the pasteboard or
+    /// another operation of this process begins before that. Ends the scope's exclusive use. Called after the paste key
+    /// was posted.
     void restoreAfterPaste(const std::shared_ptr<const PasteboardSnapshot>& saved,
                            const std::shared_ptr<PasteboardConsumptionTracker>& tracker);
 

@@ -10,45 +10,50 @@
 
 namespace lomaris {
 
-/// How persistently a selection is read through the clipboard. The values are those of the purposes of a read.
+/// The number of attempts and the waits of a read through the clipboard. The values are those of `SelectionPurpose`.
 enum class ClipboardSelectionReadPolicy : std::uint8_t {
-    /// Three attempts; a menu command that yields no text within 0.2 s ends the read.
+    /// Three attempts. The read ends if a press of the menu item yields no text within 0.2 s.
     standard = 0,
-    /// The same with two attempts.
+    /// As `standard`, but two attempts.
     shortcut = 1,
-    /// Three attempts, the last one by key; a menu command has 1.0 s and is followed by the next attempt.
+    /// Three attempts, the last one with the key. After a press of the menu item it waits for up to 1.0 s, and then
+    /// makes the next attempt.
     guardedReplacement = 2,
 };
 
-/// Reads and replaces the selection of applications that do not expose it: makes them copy and paste, with the user's
-/// clipboard saved before and restored afterwards, also if the process is told to end in the middle, unless the target
-/// has been told to paste. Only one operation of all processes uses the clipboard at a time: one that finds it in use
-/// waits for up to 10 s and then fails, having touched nothing. An operation that follows a paste of this object waits
-/// until the target has read the text and restores what that paste had saved.
+/// Reads and replaces the selection of applications that do not expose it, by making them copy and paste. Saves the
+/// user's clipboard first and restores it afterwards. It is also restored if the process is told to terminate before
+/// the paste key is posted.
 ///
-/// Main thread; synchronous except for the restore after a paste. Borrows the platform, which must outlive it.
+/// Only one operation of all processes uses the clipboard at a time: if it is in use, an operation waits for up to 10 s
+/// and then fails with nothing changed. An operation after a paste of this object waits until the target has read the
+/// text; in the end it restores the contents that the paste saved.
+///
+/// Main thread. Synchronous, except for the restore after a paste. Borrows the platform, which must outlive this
+/// object.
 class KeyboardClipboardFallback {
 public:
     explicit KeyboardClipboardFallback(Platform& platform) : platform_(platform), hold_(platform) {}
 
-    /// Makes everything up to the end of the scope one operation: no other operation uses the clipboard between its
-    /// reads and its paste. Scopes nest.
+    /// Makes all reads and the paste until the end of the scope one operation: no other operation can use the clipboard
+    /// between them. Scopes nest.
     [[nodiscard]] ClipboardHold::Scope operation() { return ClipboardHold::Scope(hold_); }
 
-    /// Makes the target copy and answers the text. `copyCommand`, where there is one, presses the target's Copy menu
-    /// item and throws `BridgeError` where it cannot. Every exit has restored the clipboard. Throws `BridgeError`:
-    /// `noTextSelected`, `clipboardFallbackFailed`, `keyboardEventPermissionRequired`.
+    /// Makes the target copy and returns the text, which is never empty. `copyCommand`, if not empty, presses the
+    /// target's Copy menu item and throws `BridgeError` if that fails; then the key is used. The clipboard is restored
+    /// before the function returns or throws. Throws `BridgeError`: `noTextSelected`, `clipboardFallbackFailed`,
+    /// `keyboardEventPermissionRequired`.
     [[nodiscard]] Text readSelectedText(std::optional<ProcessIdentifier> targetProcessIdentifier,
                                         ClipboardSelectionReadPolicy policy, const std::function<void()>& copyCommand);
 
-    /// Pastes `text` over the target's selection and returns without waiting for the clipboard's restore, which the
-    /// main queue does 0.3 to 2.5 seconds later unless somebody has written to the clipboard by then. Throws
-    /// `BridgeError` with the clipboard restored: `clipboardFallbackFailed`, `keyboardEventPermissionRequired`.
+    /// Pastes `text` over the target's selection. Returns before the clipboard is restored: the main queue does that
+    /// 0.3 to 2.5 s later, unless another program has written to the clipboard by then. Throws `BridgeError` with the
+    /// clipboard restored: `clipboardFallbackFailed`, `keyboardEventPermissionRequired`.
     void replaceSelectedText(TextView text, std::optional<ProcessIdentifier> targetProcessIdentifier);
 
 private:
-    /// Whether the change count differs from `count` before the time is over; turns the run loop meanwhile, so that
-    /// promised data can be served.
+    /// Returns true once the change count differs from `count`, or false after `timeout`. Runs the run loop, so that
+    /// promised data is served during the wait.
     [[nodiscard]] bool waitForPasteboardChange(std::int64_t count, Duration timeout);
 
     Platform& platform_;

@@ -11,26 +11,26 @@
 
 namespace lomaris {
 
-/// Hands a staged text over when another application asks for it, and remembers that it was asked. Shared by whoever
-/// staged the text, by the pasteboard while the promise stands, and by the wait for its release. Borrows the scheduling
-/// service, which outlives its own blocks.
+/// Provides a staged text when another application requests it, and records that it did. Shared by the caller that
+/// staged the text, by the pasteboard until the promise ends, and by the wait for the release. Borrows the scheduling
+/// service.
 class PasteboardConsumptionTracker final : public PasteboardDataProvider,
                                            public std::enable_shared_from_this<PasteboardConsumptionTracker> {
 public:
     /// `data`: the text in UTF-8.
     PasteboardConsumptionTracker(Scheduling& scheduling, std::string data);
 
-    /// Provides the plain text, and nothing for any other type. Only the plain text counts as consumption.
+    /// Provides the plain text and marks it as consumed. Ignores requests for other types.
     void provideData(PromisedItem& item, const PasteboardType& type) override;
 
     [[nodiscard]] std::optional<Bytes> promisedData(const PasteboardType& type) const override;
 
-    /// Whether a reader has requested the text. Any thread.
+    /// True if a reader has requested the text. Thread-safe.
     [[nodiscard]] bool isConsumed() const;
 
-    /// Waits on a background thread until the text was consumed, at most `graceWait` after the wait began and at least
-    /// `minimumWait` in all, and then queues `then` for the main queue. Returns at once. The tracker must be owned by a
-    /// `shared_ptr`. Any thread.
+    /// Waits on a background thread until the text is consumed, but at least `minimumWait` and at most `graceWait`, and
+    /// then queues `then` on the main queue. Returns immediately. The tracker must be owned by a `shared_ptr`.
+    /// Thread-safe.
     void whenReleasable(Duration minimumWait, Duration graceWait, std::function<void()> then);
 
 private:
@@ -39,12 +39,12 @@ private:
     Scheduling& scheduling_;
     const std::string data_;
     const std::shared_ptr<Condition> condition_;
-    /// Guarded by the condition; set once.
+    /// Guarded by the condition. Never reset.
     bool consumed_ = false;
 };
 
-/// Puts `text` alone on the pasteboard, marked as concealed and transient: the plain text is promised, so that its
-/// being read can be noticed. Answers the tracker, or null where the pasteboard refused. Main thread.
+/// Replaces the pasteboard's contents by `text`, marked as concealed and transient. The plain text is promised, so that
+/// a read can be detected. Returns the tracker, or null if the pasteboard did not accept the item. Main thread.
 [[nodiscard]] std::shared_ptr<PasteboardConsumptionTracker> stagePrivately(Pasteboard& pasteboard,
                                                                            Scheduling& scheduling, TextView text);
 

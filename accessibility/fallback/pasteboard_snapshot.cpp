@@ -39,7 +39,7 @@ PasteboardSnapshot PasteboardSnapshot::capture(Pasteboard& pasteboard) {
 }
 
 void PasteboardSnapshot::restore(Pasteboard& pasteboard) const {
-    // Copied first: where there is no memory for that, the pasteboard stays as it is.
+    // Copies first, so that the pasteboard is unchanged if memory runs out.
     std::vector<NewPasteboardItem> newItems;
     for (const auto& contents : items_) {
         newItems.push_back({.data = contents, .promisedTypes = {}, .provider = nullptr});

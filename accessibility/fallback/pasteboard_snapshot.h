@@ -6,16 +6,16 @@
 
 namespace lomaris {
 
-/// A saved copy of everything on the pasteboard, taken before it is disturbed and written back afterwards. A value that
-/// owns its bytes; it stays valid whatever becomes of the pasteboard, and can be restored any number of times.
+/// A saved copy of all pasteboard contents. Owns its bytes, does not depend on the pasteboard afterwards, and can be
+/// restored any number of times.
 class PasteboardSnapshot {
 public:
-    /// Reads every type of every item, which fetches what other applications only promised. A type without data is left
-    /// out; an item of which nothing came is kept, empty. Never fails. Main thread.
+    /// Reads every type of every item, including data that other applications only promised. Omits types without data;
+    /// keeps an item even if no type of it is left. Never fails. Main thread.
     [[nodiscard]] static PasteboardSnapshot capture(Pasteboard& pasteboard);
 
-    /// Clears the pasteboard and writes the items back, in their order. What the pasteboard refuses is lost; nothing is
-    /// reported. Main thread.
+    /// Clears the pasteboard and writes the items back in their order. Does not report it if the pasteboard refuses
+    /// them. Main thread.
     void restore(Pasteboard& pasteboard) const;
 
     [[nodiscard]] const std::vector<PasteboardItemContents>& items() const { return items_; }

@@ -6,16 +6,15 @@
 
 namespace lomaris {
 
-/// Units looked at together. A loop over so many, free of branches, is what compilers turn into vector instructions;
-/// over fewer they do not.
+/// Units examined per block. Compilers vectorize a branch-free loop over 32 units, but not over fewer.
 inline constexpr std::size_t searchBlock = 32;
 
-/// Index of the first unit at or after `start` that is `wanted`, or the length of `units`, which are bytes or UTF-16
-/// units. Long stretches without one are passed over a block at a time: `wanted` must be cheap, as it is asked for all
-/// of a block.
+/// Returns the index of the first unit at or after `start` for which `wanted` returns true, or the size of `units` if
+/// there is none. `units` are bytes or UTF-16 units. `wanted` is called for every unit of a block, also after the first
+/// match, so it must be cheap and have no side effects.
 template <typename View, typename Predicate>
 [[nodiscard]] std::size_t findFirst(View units, std::size_t start, Predicate wanted) {
-    // Numbers as wide as the units, and of the sign for which every processor has a minimum.
+    // As wide as a unit, and with the signedness for which every processor has a vector minimum.
     using Unit = typename View::value_type;
     using Offset = std::conditional_t<sizeof(Unit) == 1, std::uint8_t, std::int16_t>;
     constexpr auto none = static_cast<Offset>(searchBlock);

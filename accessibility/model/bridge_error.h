@@ -9,8 +9,8 @@
 
 namespace lomaris {
 
-/// Every failure that the library reports, a closed set of thirteen cases; the one type that its operations throw. A
-/// plain value: copied freely, compared by case and payload. Each case has one fixed English sentence for end users.
+/// Every failure that the library reports, a closed set of thirteen cases. The only type that its operations throw. A
+/// copyable value, compared by case and payload. Each case has one fixed English sentence for users.
 class BridgeError final : public std::exception {
 public:
     enum class Case : std::uint8_t {
@@ -30,13 +30,13 @@ public:
     };
 
     [[nodiscard]] static BridgeError focusedApplicationUnavailable(AXError code);
-    /// `applicationName`: localized name of the application in front, absent where it has none or there is none.
+    /// `applicationName`: localized name of the front application; absent if it has none or no application is in front.
     [[nodiscard]] static BridgeError focusedElementUnavailable(AXError code, std::optional<Text> applicationName);
     [[nodiscard]] static BridgeError selectedTextUnavailable(AXError code);
     [[nodiscard]] static BridgeError replacementFailed(AXError code);
     /// `detail`: a lower-case phrase without a full stop.
     [[nodiscard]] static BridgeError clipboardFallbackFailed(Text detail);
-    /// `message`: a whole sentence, shown as it is; so for `invalidInput`.
+    /// `message`: a whole sentence, shown unchanged. The same holds for `invalidInput`.
     [[nodiscard]] static BridgeError invalidArguments(Text message);
     [[nodiscard]] static BridgeError invalidInput(Text message);
     [[nodiscard]] static BridgeError accessibilityPermissionRequired();
@@ -48,11 +48,11 @@ public:
 
     [[nodiscard]] Case errorCase() const { return case_; }
 
-    /// The sentence for the user. Never absent; empty only where an empty message was given. Names and arguments in it
-    /// stand unchanged.
+    /// Returns the sentence for the user. Contains application names, details and messages unchanged; empty only if the
+    /// case was created with an empty message.
     [[nodiscard]] Text errorDescription() const;
 
-    /// The name of the case, for logs of a host that catches `std::exception`; users are shown `errorDescription`.
+    /// Returns the name of the case, for the logs of a host that catches `std::exception`. Not for users.
     [[nodiscard]] const char* what() const noexcept override;
 
     friend bool operator==(const BridgeError& a, const BridgeError& b) {
@@ -64,7 +64,7 @@ private:
 
     Case case_;
     AXError code_;
-    /// Application name, detail or message, as the case has it.
+    /// The application name, detail or message, depending on the case.
     std::optional<Text> text_;
 };
 

@@ -9,31 +9,32 @@
 
 namespace lomaris {
 
-/// What the last selection captures of this process did, as numbers that a host can read without parsing messages: the
-/// route taken, the error, what became of the Copy command, how many presses were needed. Nothing in the library
-/// empties it, so counts add up until a host calls `reset`. Every operation may be called on any thread.
+/// Counters of this process's selection captures, which a host can read without parsing messages: the route, the error,
+/// the state of the Copy command and the number of key presses. The library never resets them, so counts accumulate
+/// until the host calls `reset`. Thread-safe.
 class SelectionCaptureTrace {
 public:
-    /// The entries, in the order of every snapshot.
+    /// The entries, in the order of `snapshot`.
     enum class Key : std::uint8_t {
-        /// 1: direct; 2: a direct read in a browser or editor handed to the clipboard; 3: a failed direct read switched
-        /// to the clipboard.
+        /// The last route. 1: the direct read. 2: the clipboard, after a direct read in a browser or code editor.
+        /// 3: the clipboard, after a failed direct read.
         route,
-        /// Of the direct read: 1 no text selected, 2 selected text unavailable, 3 focused element unavailable, 4 other.
+        /// The error of the last failed read. 1: no text selected. 2: selected text unavailable. 3: focused element
+        /// unavailable. 4: any other.
         error,
-        /// 1: no Copy command found; 2: found enabled, or of unknown state; 3: found disabled.
+        /// The Copy menu item. 1: not found. 2: found enabled, or its state is unknown. 3: found disabled.
         copyItem,
-        /// Presses of Command+C.
+        /// The number of times Command+C was pressed.
         keyPresses,
-        /// Successful presses of the Copy menu item.
+        /// The number of times the Copy menu item was pressed successfully.
         menuPresses,
-        /// 1: web content was involved.
+        /// 1 if web content was involved.
         web,
     };
 
     using Entry = std::pair<std::string_view, std::int64_t>;
 
-    /// The one instance of the process, created on first use.
+    /// The only instance of the process, created on first use.
     [[nodiscard]] static SelectionCaptureTrace& shared();
 
     SelectionCaptureTrace() = default;
@@ -41,13 +42,13 @@ public:
     SelectionCaptureTrace& operator=(const SelectionCaptureTrace&) = delete;
     ~SelectionCaptureTrace() = default;
 
-    /// All six entries in the order of `Key`, zeros included.
+    /// All six entries in the order of `Key`, including zeros.
     [[nodiscard]] std::vector<Entry> snapshot() const;
 
     /// Sets every entry to zero.
     void reset();
 
-    /// Adds one. A count that would overflow ends the process.
+    /// Adds one to the entry. Aborts the process on overflow.
     void increment(Key key);
 
     void record(Key key, std::int64_t value);

@@ -10,50 +10,50 @@
 
 namespace lomaris {
 
-/// What one accessibility element says about selections. Texts of the user are not kept, only their lengths.
+/// The selection attributes of one accessibility element. Contains the lengths of the user's texts, not the texts.
 struct AccessibilityNodeDiagnostic {
-    /// Where it stands: the index of its scan root and then, each after a ".", the indices among their siblings down to
-    /// the element, counted from 0 ("0.3.1").
+    /// The position in the tree: the index of the scan root, then the index of each element among its siblings down to
+    /// this one, joined by "." and counted from 0 ("0.3.1").
     Text path;
     /// 0 for a scan root.
     std::int64_t depth = 0;
     std::optional<Text> role;
     std::optional<Text> subrole;
     std::optional<Text> identifier;
-    /// Whether the element says that it has the keyboard focus.
+    /// True if the element reports that it has the keyboard focus.
     bool focused = false;
-    /// The code that reading "AXSelectedText" answered: 0 for success, also where no text came with it.
+    /// The AXError code of reading "AXSelectedText". 0 means success, even if the value is not a text.
     std::int32_t selectedTextStatus = 0;
-    /// In UTF-16 units; absent where "AXSelectedText" was not read or is no text.
+    /// In UTF-16 units. Absent if "AXSelectedText" was not read or is not a text.
     std::optional<std::int64_t> selectedTextLength;
     std::optional<SelectionRangePayload> selectedRange;
-    /// In UTF-16 units; absent where "AXValue" was not read or is no text.
+    /// In UTF-16 units. Absent if "AXValue" was not read or is not a text.
     std::optional<std::int64_t> valueLength;
-    /// Whether "AXSelectedText" can be set; no where the element did not say.
+    /// True if "AXSelectedText" can be set. False if that could not be determined.
     bool selectedTextSettable = false;
-    /// The elements in its "AXChildren".
+    /// The number of elements in "AXChildren".
     std::int64_t childCount = 0;
 
     friend bool operator==(const AccessibilityNodeDiagnostic&, const AccessibilityNodeDiagnostic&) = default;
 };
 
-/// A filtered view of the front application's element tree: what can tell why a selection can or cannot be read.
+/// A filtered view of the front application's element tree, to find out why a selection can or cannot be read.
 struct AccessibilityDiagnosticPayload {
-    /// Localized name of the application, absent where it has none.
+    /// Localized name of the application; absent if it has none.
     std::optional<Text> applicationName;
     std::optional<Text> bundleIdentifier;
     ProcessIdentifier processIdentifier = 0;
-    /// Elements that were examined, relevant or not; at most 3,000.
+    /// The number of examined elements, relevant or not; at most 3,000.
     std::int64_t scannedNodeCount = 0;
-    /// Whether elements were still waiting to be examined when the scan stopped.
+    /// True if the scan stopped before it had examined all elements.
     bool truncated = false;
-    /// In the order in which they were examined.
+    /// In the order of examination.
     std::vector<AccessibilityNodeDiagnostic> relevantNodes;
 
     friend bool operator==(const AccessibilityDiagnosticPayload&, const AccessibilityDiagnosticPayload&) = default;
 };
 
-/// A summary of one selection read, without its text: which route works for the application. Lengths are
+/// A summary of one selection read, without the text, that shows which route works for the application. Lengths are in
 /// user-perceived characters, unlike those of the element diagnostics.
 struct CompatibilityDiagnosticPayload {
     CompatibilityDiagnosticPayload() = default;
@@ -62,13 +62,13 @@ struct CompatibilityDiagnosticPayload {
     std::int64_t schemaVersion = 1;
     std::optional<Text> applicationName;
     std::optional<Text> bundleIdentifier;
-    /// Whether the selected text is not empty.
+    /// True if the selected text is not empty.
     bool selectionReadable = false;
     std::int64_t selectionLength = 0;
     /// One of `selection_method`.
     Text selectionMethod;
-    /// Whether a replacement would be pasted: the opposite of `supportsDirectReplacement`, whichever way the selection
-    /// was read.
+    /// True if a replacement would be pasted. Always the opposite of `supportsDirectReplacement`, regardless of how the
+    /// selection was read.
     bool usesClipboardFallback = false;
     bool supportsDirectReplacement = false;
     std::int64_t contextBeforeLength = 0;

@@ -9,13 +9,13 @@
 
 namespace lomaris {
 
-/// The records as JSON bytes, without a line feed at the end: keys are the field names, sorted; an absent field is left
-/// out, an empty array is not.
+/// Encodes a record as JSON in UTF-8, without a final line feed. Keys are the field names, sorted. Absent fields are
+/// omitted; empty arrays are not.
 [[nodiscard]] std::string encodeJson(const AccessibilityDiagnosticPayload& payload, SlashEscaping slashes);
 [[nodiscard]] std::string encodeJson(const CompatibilityDiagnosticPayload& payload, SlashEscaping slashes);
 
-/// The records from JSON bytes. An optional field may be missing or null; unknown keys are ignored; nothing where a
-/// required key is missing or a value has the wrong type or is out of range.
+/// Decodes a record from JSON. An optional field may be missing or null; unknown keys are ignored. Returns nullopt if a
+/// required key is missing, or if a value has the wrong type or is out of range.
 [[nodiscard]] std::optional<AccessibilityDiagnosticPayload> decodeAccessibilityDiagnostic(std::string_view bytes);
 [[nodiscard]] std::optional<CompatibilityDiagnosticPayload> decodeCompatibilityDiagnostic(std::string_view bytes);
 

@@ -9,8 +9,8 @@
 
 namespace lomaris {
 
-/// Why the last guarded replacement of this process refused, as numbers that a host can read without parsing messages.
-/// Empty (all zero) after a replacement that refused nothing. Every operation may be called on any thread.
+/// The reason why the last guarded replacement of this process was refused, as numbers that a host can read without
+/// parsing messages. All zero if it was not refused, or only by the final check just before the write. Thread-safe.
 class ReplacementGuardTrace {
 public:
     enum class Reason : std::int64_t {
@@ -22,16 +22,16 @@ public:
         applicationChanged = 3,
         /// Another text is selected.
         textChanged = 4,
-        /// The selection stands elsewhere, or the user typed or clicked where the range cannot tell.
+        /// The selection has another range, or there was user input and no range to compare.
         activityOrRange = 5,
     };
 
     struct Refusal {
         Reason reason{};
-        /// Of a re-read that failed: 1 no text selected, 2 selected text unavailable, 3 focused element unavailable,
-        /// 4 anything else; 0 for other reasons.
+        /// If reading the selection again failed: 1 no text selected, 2 selected text unavailable, 3 focused element
+        /// unavailable, 4 any other. 0 for other reasons.
         std::int64_t error = 0;
-        /// Of another text: how many characters (extended grapheme clusters) were expected and found; 0 for other
+        /// If the text changed: the number of characters (extended grapheme clusters) expected and found. 0 for other
         /// reasons.
         std::int64_t expectedCharacters = 0;
         std::int64_t currentCharacters = 0;
@@ -39,7 +39,7 @@ public:
 
     using Entry = std::pair<std::string_view, std::int64_t>;
 
-    /// The one instance of the process, created on first use.
+    /// The only instance of the process, created on first use.
     [[nodiscard]] static ReplacementGuardTrace& shared();
 
     ReplacementGuardTrace() = default;
@@ -47,13 +47,13 @@ public:
     ReplacementGuardTrace& operator=(const ReplacementGuardTrace&) = delete;
     ~ReplacementGuardTrace() = default;
 
-    /// "reason", "error", "expected_chars" and "current_chars", in this order, zeros included.
+    /// "reason", "error", "expected_chars" and "current_chars", in this order, including zeros.
     [[nodiscard]] std::vector<Entry> snapshot() const;
 
     /// Sets every entry to zero.
     void reset();
 
-    /// Replaces what was recorded before.
+    /// Replaces the previously recorded refusal.
     void record(const Refusal& refusal);
 
 private:

@@ -6,19 +6,20 @@
 
 namespace lomaris {
 
-/// A wish to replace a selection only if it is still the one that an earlier read reported. A caller fills the
+/// A request to replace a selection, only if it is still the one that an earlier read reported. The caller copies the
 /// expectations from the `SelectionPayload` of that read. Compared field by field, texts unit by unit.
 struct GuardedReplacementRequest {
     /// The text that must still be selected.
     Text expectedText;
     /// The process that must still be in front.
     ProcessIdentifier expectedProcessIdentifier = 0;
-    /// The bundle identifier that the selection must still report. Absent means that it must report none.
+    /// The bundle identifier that the selection must still report. If absent, it must report none.
     std::optional<Text> expectedBundleIdentifier;
-    /// The range that the selection must still have, in UTF-16 units. Where it is absent, the input activity decides,
-    /// unless the selection has to be copied: then its text is all that is compared.
+    /// The range that the selection must still have, in UTF-16 units. If absent, the input activity is compared
+    /// instead, or only the text if the selection has to be copied.
     std::optional<SelectionRangePayload> expectedSelectedRange;
-    /// The counters at the earlier read, or at the moment from which on no input may have come.
+    /// The counters at the time of the earlier read. Any input after them refuses the replacement if no range is
+    /// compared.
     InputActivitySnapshot expectedInputActivity;
     /// The text to write.
     Text replacementText;

@@ -9,13 +9,13 @@
 
 namespace lomaris {
 
-/// The request as JSON bytes, without a line feed at the end: keys are the field names, sorted; an absent field is left
-/// out. The service never writes one; callers that are built on this library do.
+/// Encodes the request as JSON in UTF-8, without a final line feed. Keys are the field names, sorted. Absent fields are
+/// omitted. Meant for programs that embed the library; the service itself only decodes requests.
 [[nodiscard]] std::string encodeJson(const GuardedReplacementRequest& request, SlashEscaping slashes);
 
-/// A request from JSON bytes. An optional field may be missing or null; unknown keys are ignored; nothing where a
-/// required key is missing or a value has the wrong type or is out of range. What the values are is not looked at:
-/// empty texts and negative positions are requests like others.
+/// Decodes a request from JSON. An optional field may be missing or null; unknown keys are ignored. Returns nullopt if
+/// a required key is missing, or if a value has the wrong type or is out of range. Does not validate the values
+/// otherwise: empty texts and negative positions are accepted.
 [[nodiscard]] std::optional<GuardedReplacementRequest> decodeGuardedReplacementRequest(std::string_view bytes);
 
 }  // namespace lomaris

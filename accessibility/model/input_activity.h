@@ -6,8 +6,8 @@
 
 namespace lomaris {
 
-/// A fingerprint of the user's input: how many events of four kinds the session has seen. Two snapshots are unchanged
-/// only when all four counters are equal; nothing else can be read out of the numbers.
+/// The number of input events of four kinds that the session has received. There was no input between two snapshots if
+/// all four counters are equal; the numbers have no other meaning.
 struct InputActivitySnapshot {
     std::uint32_t keyDownCount = 0;
     std::uint32_t leftMouseDownCount = 0;
@@ -17,7 +17,7 @@ struct InputActivitySnapshot {
     friend bool operator==(const InputActivitySnapshot&, const InputActivitySnapshot&) = default;
 };
 
-/// Reads the four counters, in the order of the fields.
+/// Samples the four counters, in the order of the fields.
 [[nodiscard]] InputActivitySnapshot sampleInputActivity(EventServices& events);
 
 }  // namespace lomaris

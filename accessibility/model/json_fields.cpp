@@ -10,7 +10,7 @@ namespace lomaris {
 
 namespace {
 
-/// Keys of records are ASCII.
+/// Compares a decoded key with a record's key, which is ASCII.
 bool isKey(TextView text, std::string_view key) {
     return std::equal(text.begin(), text.end(), key.begin(), key.end(),
                       [](char16_t unit, char character) { return unit == static_cast<unsigned char>(character); });

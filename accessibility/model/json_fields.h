@@ -12,29 +12,30 @@
 
 namespace lomaris {
 
-/// Reads the fields of one record out of a JSON object. What does not fit is remembered: a reader asks for all fields
-/// and then once whether the record `isComplete`. Of equal keys the first counts; unknown keys are ignored, but must be
-/// well-formed strings as well. The values of unknown keys are not decoded.
+/// Reads the fields of one record from a JSON object. Missing and mismatched fields make the record incomplete: the
+/// caller reads all fields and then checks `isComplete` once. If a key occurs twice, its first value counts. Unknown
+/// keys are ignored but must be well-formed strings; their values are not decoded.
 class JsonFields {
 public:
-    /// `keys` are those of the record, literals; no other can be asked for. The document of `value` must outlive the
-    /// reader. A value that is no object is a record that cannot be complete.
+    /// `keys` are all keys of the record, which must be string literals; only these can be read. The document of
+    /// `value` must outlive the reader. If `value` is not an object, the record is incomplete.
     JsonFields(const JsonValue& value, std::initializer_list<std::string_view> keys);
     JsonFields(const JsonDocument& document, std::initializer_list<std::string_view> keys)
         : JsonFields(document.root(), keys) {}
 
     [[nodiscard]] bool isComplete() const { return complete_; }
 
-    /// A required member of any kind, or null where it is missing.
+    /// Returns a required member of any kind. If it is missing or a JSON null, returns nullptr and the record is
+    /// incomplete.
     [[nodiscard]] const JsonValue* required(std::string_view key);
-    /// An optional member, or null where it is missing or a JSON null.
+    /// Returns an optional member, or nullptr if it is missing or a JSON null.
     [[nodiscard]] const JsonValue* optional(std::string_view key) const;
 
     [[nodiscard]] Text text(std::string_view key);
     [[nodiscard]] std::optional<Text> optionalText(std::string_view key);
     [[nodiscard]] bool boolean(std::string_view key);
 
-    /// A required integer of the given type; a number outside of its range does not fit.
+    /// Returns a required integer. If it is out of the range of `Integer`, returns 0 and the record is incomplete.
     template <typename Integer>
     [[nodiscard]] Integer integer(std::string_view key) {
         const std::int64_t value = wideInteger(key);
@@ -46,7 +47,7 @@ public:
         return static_cast<Integer>(value);
     }
 
-    /// Says that something read elsewhere did not fit.
+    /// Marks the record as incomplete, for a mismatch that the caller found.
     void fail() { complete_ = false; }
 
 private:

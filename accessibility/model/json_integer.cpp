@@ -13,13 +13,13 @@ namespace lomaris {
 
 namespace {
 
-/// A number without a decimal point: an optional minus sign and digits, times a power of ten.
+/// A decimal number: `digits`, an integer with an optional minus sign, times 10 to the power of `exponent`.
 struct Decimal {
     std::string digits;
     std::int64_t exponent = 0;
 };
 
-/// Takes the digits that `rest` begins with.
+/// Removes the digits at the start of `rest` and returns them.
 std::string_view takeDigits(std::string_view& rest) {
     const std::size_t length = std::min(rest.find_first_not_of("0123456789"), rest.size());
     const std::string_view digits = rest.substr(0, length);
@@ -44,7 +44,7 @@ std::optional<std::int64_t> integerFrom(std::string_view digits) {
     return value;
 }
 
-/// Takes "." and the digits behind it over into `decimal`. Answers whether the fraction is well-formed; none is.
+/// Moves "." and the digits after it from `rest` to `decimal`. Returns false if it is ill-formed; it may be missing.
 bool takeFraction(std::string_view& rest, Decimal& decimal) {
     if (!takeByte(rest, '.')) {
         return true;
@@ -55,7 +55,7 @@ bool takeFraction(std::string_view& rest, Decimal& decimal) {
     return !fraction.empty();
 }
 
-/// Takes the exponent over into `decimal`. Answers whether it is well-formed; none is.
+/// Moves the exponent from `rest` to `decimal`. Returns false if it is ill-formed; it may be missing.
 bool takeExponent(std::string_view& rest, Decimal& decimal) {
     if (!takeByte(rest, 'e') && !takeByte(rest, 'E')) {
         return true;
@@ -65,14 +65,14 @@ bool takeExponent(std::string_view& rest, Decimal& decimal) {
         takeByte(rest, '+');
     }
     const std::string_view digits = takeDigits(rest);
-    // No number of digits that fits into memory outweighs the greatest exponent that counts.
+    // Keeps the sum with the number of digits in range. No number has enough digits to compensate for this exponent.
     constexpr std::int64_t greatest = std::numeric_limits<std::int64_t>::max() / 4;
     const std::int64_t exponent = std::min(integerFrom(digits).value_or(greatest), greatest);
     decimal.exponent += isNegative ? -exponent : exponent;
     return !digits.empty();
 }
 
-/// The number by the grammar of JSON, which knows no leading zeros and no number that begins or ends with its point.
+/// Parses a number by the JSON grammar, which has no leading zeros and requires digits on both sides of the point.
 std::optional<Decimal> decimalFrom(std::string_view written) {
     Decimal decimal;
     if (takeByte(written, '-')) {
@@ -87,12 +87,12 @@ std::optional<Decimal> decimalFrom(std::string_view written) {
     return isWellFormed ? std::optional(decimal) : std::nullopt;
 }
 
-/// Without a decimal point there is nothing in it that depends on the locale.
+/// Independent of the locale, because the number is written without a decimal point.
 double nearestDouble(const Decimal& decimal) {
     return std::strtod((decimal.digits + "e" + std::to_string(decimal.exponent)).c_str(), nullptr);
 }
 
-/// The number to the last digit, where it is an integer.
+/// Computes the exact value; nullopt if it is not an integer or is out of range.
 std::optional<std::int64_t> exactInteger(Decimal decimal) {
     while (decimal.exponent < 0 && decimal.digits.back() == '0') {
         decimal.digits.pop_back();
@@ -115,11 +115,11 @@ std::optional<std::int64_t> decodeJsonInteger(std::string_view written) {
         return integerFrom(written);
     }
     const double nearest = nearestDouble(*decimal);
-    constexpr double limit = 9223372036854775808.0;  // 2^63, the first double above the range
+    constexpr double limit = 9223372036854775808.0;  // 2^63, the lowest double above the range
     if (std::trunc(nearest) != nearest || nearest < -limit || nearest >= limit) {
         return std::nullopt;
     }
-    // From here on doubles are further apart than integers, and only the digits tell which one is meant.
+    // At and above 2^53 not every integer is a double, so the digits are evaluated exactly.
     constexpr double greatestExact = 9007199254740992.0;  // 2^53
     return std::abs(nearest) < greatestExact ? static_cast<std::int64_t>(nearest) : exactInteger(*decimal);
 }

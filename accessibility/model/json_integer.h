@@ -6,9 +6,10 @@
 
 namespace lomaris {
 
-/// A JSON number as a signed 64-bit integer, where its value is one: 812, 812.0 and 8.12e2 are. With a fraction or an
-/// exponent the nearest double decides whether it is, so a fraction that no double can tell from an integer does not
-/// count. Nothing where the number has a fraction, lies outside of the range or is ill-formed.
+/// Decodes a JSON number as a signed 64-bit integer; 812, 812.0 and 8.12e2 are all 812. A number written with a
+/// fraction or an exponent is an integer if the nearest double is one, so a fraction below the precision of a double is
+/// dropped. From 2^53 on, its exact value must be an integer. Returns nullopt if the number is not an integer, is out
+/// of range or is ill-formed.
 [[nodiscard]] std::optional<std::int64_t> decodeJsonInteger(std::string_view written);
 
 }  // namespace lomaris

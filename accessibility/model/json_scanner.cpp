@@ -20,7 +20,7 @@ bool isInNumbers(char byte) {
 
 }  // namespace
 
-/// The containers that are open, outermost first. Remembers of each only whether it is an object.
+/// The stack of open containers, outermost first. Stores only whether each is an object.
 class JsonScanner::OpenContainers {
 public:
     [[nodiscard]] bool isEmpty() const { return depth_ == 0; }
@@ -38,7 +38,7 @@ private:
 
 void JsonScanner::skipWhitespace() {
     const auto isOther = [](char byte) { return !isWhitespace(byte); };
-    // Most white space is a single byte; a block is worth its while only behind an indent.
+    // Most white space is one byte. A block search is only faster on the indentation that may follow.
     if (!isAtEnd() && isWhitespace(text_[position_])) {
         position_ = findFirst(text_, position_ + 1, isOther);
     }
@@ -80,7 +80,7 @@ std::optional<std::string_view> JsonScanner::string() {
     const auto endsOrEscapes = [](char byte) { return byte == '"' || byte == '\\'; };
     std::size_t end = findFirst(text_, start, endsOrEscapes);
     while (end < text_.size() && text_[end] == '\\') {
-        // Whatever stands behind it, a quotation mark above all, does not end the string.
+        // Skips the escaped byte, which may be a quotation mark that does not end the string.
         end = end + 2 <= text_.size() ? findFirst(text_, end + 2, endsOrEscapes) : text_.size();
     }
     if (end == text_.size()) {

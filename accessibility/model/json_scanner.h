@@ -8,11 +8,12 @@
 
 namespace lomaris {
 
-/// Walks over JSON text in UTF-8 and finds where its values begin and end. Strings are looked at only for their end,
-/// numbers only for the characters that numbers are made of. Nesting costs no stack.
+/// Scans JSON text in UTF-8 and finds the start and end of its values. Does not validate the contents of strings and
+/// numbers: a string ends at its closing quotation mark, and a number consists of any characters that occur in numbers.
+/// Nested values are scanned without recursion.
 ///
-/// Each operation begins where the one before it ended. One that answers "no" ends the walk: the text is not JSON. The
-/// text is borrowed and must outlive the scanner and everything it answers.
+/// Each operation starts at the end of the previous one. After a failure (nullopt) the text is not JSON and the
+/// position is unspecified. The text is borrowed and must outlive the scanner and all values that it returns.
 class JsonScanner {
 public:
     explicit JsonScanner(std::string_view text) : text_(text) {}
@@ -21,13 +22,13 @@ public:
 
     [[nodiscard]] bool isAtEnd() const { return position_ == text_.size(); }
 
-    /// Takes `byte` where it comes next.
+    /// Advances past `byte` if it is the next byte. Otherwise returns false and leaves the position unchanged.
     [[nodiscard]] bool take(char byte);
 
-    /// The value that begins here, all that it contains included.
+    /// Returns the value that begins at the position, including everything it contains.
     [[nodiscard]] std::optional<JsonValue> value();
 
-    /// The key that begins here, with the colon behind it and the white space around both.
+    /// Returns the key at the position, and advances past it, the colon and the white space around both.
     [[nodiscard]] std::optional<std::string_view> key();
 
 private:
@@ -45,9 +46,9 @@ private:
     [[nodiscard]] JsonValue number();
 
     [[nodiscard]] bool skipContainer();
-    /// Goes to the next value of the innermost container, over its key where it has one.
+    /// Advances to the next value of the innermost container, and past its key in an object.
     [[nodiscard]] bool reachElement(const OpenContainers& open);
-    /// Closes the containers that end here.
+    /// Closes all containers that end at the position.
     void closeAll(OpenContainers& open);
 
     std::string_view text_;

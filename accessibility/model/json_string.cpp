@@ -17,7 +17,7 @@ constexpr std::size_t hexadecimalLength = 4;
 
 bool isEscapeOrControl(char byte) { return byte == '\\' || static_cast<unsigned char>(byte) < 0x20; }
 
-/// The four hexadecimal digits that `bytes` begins with.
+/// Decodes the four hexadecimal digits at the start of `bytes`. Returns nullopt if there are fewer.
 std::optional<char16_t> hexadecimalUnit(std::string_view bytes) {
     const std::string_view digits = bytes.substr(0, hexadecimalLength);
     std::uint16_t unit = 0;
@@ -28,8 +28,8 @@ std::optional<char16_t> hexadecimalUnit(std::string_view bytes) {
     return static_cast<char16_t>(unit);
 }
 
-/// Appends what "\u" and its digits stand for to `output`. `rest` begins with the digits; answers how many of its bytes
-/// were used, none where the escape is ill-formed.
+/// Appends the character of a "\u" escape to `output`. `rest` begins after the "\u". Returns the number of bytes used
+/// of `rest`, or 0 if the escape is ill-formed.
 std::size_t appendUnicodeEscape(std::string_view rest, std::string& output) {
     const auto unit = hexadecimalUnit(rest);
     if (!unit || isLowSurrogate(*unit)) {
@@ -48,7 +48,7 @@ std::size_t appendUnicodeEscape(std::string_view rest, std::string& output) {
     return hexadecimalLength + 2 + hexadecimalLength;
 }
 
-/// What a backslash and `letter` stand for, or NUL where they stand for nothing.
+/// Returns the character that a backslash and `letter` represent, or NUL if there is no such escape.
 char shortEscape(char letter) {
     switch (letter) {
         case '"':
@@ -70,8 +70,8 @@ char shortEscape(char letter) {
     }
 }
 
-/// Appends what the escape that `rest` begins with stands for to `output`. Answers how many bytes it takes, none where
-/// there is no well-formed escape.
+/// Appends the character of the escape at the start of `rest` to `output`. Returns the length of the escape in bytes,
+/// or 0 if it is ill-formed.
 std::size_t appendEscaped(std::string_view rest, std::string& output) {
     if (rest.size() < 2 || rest[0] != '\\') {
         return 0;

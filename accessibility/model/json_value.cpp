@@ -30,8 +30,7 @@ std::optional<JsonDocument> parseJson(std::string_view bytes) {
     return document;
 }
 
-// The structure was looked through when the document was parsed. What is not there here is the first value of a
-// container that has none.
+// `parseJson` has checked the structure, so below a key or value is missing only if the container is empty.
 
 bool visitMembers(const JsonValue& value, const std::function<void(const JsonMember&)>& take) {
     if (value.kind != JsonKind::object) {

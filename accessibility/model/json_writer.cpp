@@ -15,11 +15,10 @@ namespace {
 
 constexpr std::size_t spacesPerLevel = 2;
 
-/// Units that are converted to UTF-8 together: few enough that the bytes are still in the fastest cache when they are
-/// looked through for what must be escaped.
+/// UTF-16 units converted at a time: few enough that their UTF-8 is still in the L1 cache when it is escaped.
 constexpr std::size_t stretch = 1024;
 
-/// Bytes that are escaped together, and those that are passed over together where none of them is to be escaped.
+/// Bytes escaped at a time, and the block that is copied unchanged if no byte of it needs escaping.
 constexpr std::size_t pieceSize = 1024;
 constexpr std::size_t blockSize = 16;
 /// "\u001f"
@@ -30,7 +29,7 @@ bool needsEscape(char byte, char slash) {
 }
 
 bool needsEscape(const char* block, char slash) {
-    // As narrow as the bytes, so that the compiler looks at all of them at once.
+    // A byte, so that the compiler vectorizes the loop.
     unsigned char found = 0;
     for (std::size_t offset = 0; offset < blockSize; ++offset) {
         found = static_cast<unsigned char>(found | static_cast<unsigned char>(needsEscape(block[offset], slash)));
@@ -38,7 +37,7 @@ bool needsEscape(const char* block, char slash) {
     return found != 0;
 }
 
-/// Writes a byte that must be escaped. Answers where its escape ends.
+/// Writes a byte that must be escaped. Returns the end of the output.
 char* writeEscape(char* output, char byte) {
     constexpr std::string_view digits = "0123456789abcdef";
     constexpr std::string_view shortened = "\b\f\n\r\t\"\\/";
@@ -55,7 +54,7 @@ char* writeEscape(char* output, char byte) {
     return output;
 }
 
-/// Writes the bytes of a piece, escaped. Answers where they end.
+/// Writes a piece with the necessary escapes. Returns the end of the output.
 char* escapePiece(std::string_view piece, char slash, char* output) {
     std::size_t position = 0;
     while (position < piece.size()) {
@@ -117,7 +116,7 @@ void JsonWriter::key(std::string_view name) {
 }
 
 void JsonWriter::string(TextView text) {
-    // Where "/" stays as it is, the quotation mark, which is escaped anyway, stands in for it.
+    // If "/" is not escaped, a second quotation mark, which is always escaped, takes its place.
     const char slash = slashes_ == SlashEscaping::escaped ? '/' : '"';
     beginValue();
     output_.reserve(output_.size() + text.size() + text.size() / 8 + 2);
@@ -125,7 +124,7 @@ void JsonWriter::string(TextView text) {
     std::string bytes;
     for (std::size_t start = 0; start < text.size();) {
         std::size_t end = std::min(start + stretch, text.size());
-        // A surrogate pair is converted as a whole.
+        // Keeps a surrogate pair in one stretch.
         while (end < text.size() && isLowSurrogate(text[end])) {
             ++end;
         }

@@ -8,16 +8,15 @@
 
 namespace lomaris {
 
-/// Whether "/" is written as "\/" or as it is.
+/// Selects whether "/" is written as "\/" or unchanged.
 enum class SlashEscaping : std::uint8_t { escaped, unescaped };
 
-/// Writes JSON in the pretty-printed form of the platform's own encoder, which callers rely on byte for byte: two
-/// spaces an indent, a space on both sides of the colon, one member a line, an empty array as a bracket, an empty line
-/// and a bracket, no line feed at the end.
+/// Writes JSON in exactly the pretty-printed form of the platform's own encoder, because callers depend on every byte:
+/// indentation by two spaces, a space on both sides of the colon, one member per line, no final line feed. An empty
+/// array is a bracket, an empty line and a bracket. There is no form for an empty object, because no record is empty.
 ///
-/// The keys of an object must be written in ascending order of their bytes, which is the order that the platform's
-/// encoder sorts them into; keys are ASCII and need no escaping. No record is an object without members, so there is no
-/// form for one. Half a surrogate pair in a text becomes U+FFFD.
+/// The caller must write the keys of an object in ascending byte order, which is the order of the platform's encoder.
+/// Keys are ASCII and need no escaping. Half a surrogate pair in a text becomes U+FFFD.
 class JsonWriter {
 public:
     explicit JsonWriter(SlashEscaping slashes) : slashes_(slashes) {}
@@ -27,14 +26,14 @@ public:
     void beginArray();
     void endArray();
 
-    /// The key of the member whose value comes next.
+    /// Writes the key of a member. The next call must write its value.
     void key(std::string_view name);
 
     void string(TextView text);
     void integer(std::int64_t number);
     void boolean(bool value);
 
-    /// The bytes written so far, UTF-8. The writer is empty afterwards.
+    /// Returns the UTF-8 bytes written so far and clears the writer.
     [[nodiscard]] std::string take();
 
 private:

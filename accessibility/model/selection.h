@@ -10,42 +10,40 @@
 
 namespace lomaris {
 
-/// The range of a selection as it leaves the process: position and length in UTF-16 units, as the element reported
-/// them.
+/// The range of a selection in UTF-16 units, as the element reported it.
 using SelectionRangePayload = TextRange;
 
 /// How a later replacement must be written.
 enum class ReplacementStrategy : std::uint8_t {
-    /// Into the element's "AXSelectedText".
+    /// By setting the element's "AXSelectedText".
     directAccessibility,
     /// By pasting through keyboard and clipboard.
     keyboardClipboard,
 };
 
-/// Values of `SelectionPayload::selectionMethod`.
+/// The values of `SelectionPayload::selectionMethod`.
 namespace selection_method {
 inline constexpr TextView accessibility = u"accessibility";
 inline constexpr TextView keyboardClipboardFallback = u"keyboardClipboardFallback";
 }  // namespace selection_method
 
-/// What was read of a selection, and what of it leaves the process as JSON. Compared field by field, texts unit by
-/// unit.
+/// One selection and its context, as written to JSON. Compared field by field, texts unit by unit.
 struct SelectionPayload {
-    /// Localized name of the application, absent where it has none.
+    /// Localized name of the application; absent if it has none.
     std::optional<Text> applicationName;
     std::optional<Text> bundleIdentifier;
-    /// Of the element that was read; 0 where asking it failed.
+    /// The process of the element that was read; 0 if it could not be determined.
     ProcessIdentifier processIdentifier = 0;
     Text selectedText;
-    /// Text just before and just after the selection, at most the caller's limits in UTF-16 units; a cut may leave half
-    /// a surrogate pair. Empty where the element's text or range is unknown.
+    /// The text just before and just after the selection, limited to the caller's number of UTF-16 units; a cut may
+    /// leave half a surrogate pair. Empty if the element's text or range is unknown.
     Text contextBefore;
     Text contextAfter;
-    /// Absent where the element reports none, and always on the keyboard route.
+    /// Absent if the element reports none, and always if the selection was copied.
     std::optional<SelectionRangePayload> selectedRange;
     /// Sampled when the selection was read.
     InputActivitySnapshot inputActivity;
-    /// Whether a replacement may be written straight into the element.
+    /// True if a replacement may be written directly into the element.
     bool supportsDirectReplacement = false;
     /// One of `selection_method`.
     Text selectionMethod;
@@ -53,7 +51,7 @@ struct SelectionPayload {
     friend bool operator==(const SelectionPayload&, const SelectionPayload&) = default;
 };
 
-/// A selection inside the process: the payload together with the live element, which it retains.
+/// A selection inside the process: the payload, and the element, which it retains.
 struct SelectionSnapshot {
     Element element;
     SelectionPayload payload;

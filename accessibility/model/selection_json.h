@@ -11,15 +11,15 @@
 
 namespace lomaris {
 
-/// The payload as JSON bytes, without a line feed at the end: keys are the field names, sorted; an absent field is left
-/// out.
+/// Encodes the payload as JSON in UTF-8, without a final line feed. Keys are the field names, sorted. Absent fields are
+/// omitted.
 [[nodiscard]] std::string encodeJson(const SelectionPayload& payload, SlashEscaping slashes);
 
-/// A payload from JSON bytes. An optional field may be missing or null; unknown keys are ignored; nothing where a
-/// required key is missing or a value has the wrong type or is out of range.
+/// Decodes a payload from JSON. An optional field may be missing or null; unknown keys are ignored. Returns nullopt if
+/// a required key is missing, or if a value has the wrong type or is out of range.
 [[nodiscard]] std::optional<SelectionPayload> decodeSelectionPayload(std::string_view bytes);
 
-/// The records that stand inside of others, as the value that comes next.
+/// Encode and decode the records that are nested in others. `writeJson` writes the record as the next value.
 void writeJson(JsonWriter& writer, const SelectionRangePayload& range);
 void writeJson(JsonWriter& writer, const InputActivitySnapshot& activity);
 [[nodiscard]] std::optional<SelectionRangePayload> decodeSelectionRange(const JsonValue& value);

@@ -11,7 +11,7 @@ namespace lomaris {
 
 namespace {
 
-/// UTF-16 units of context that the compatibility check reads on either side.
+/// UTF-16 units of context on each side for the compatibility check.
 constexpr std::int64_t compatibilityContextLimit = 500;
 
 }  // namespace
@@ -81,7 +81,7 @@ SelectionSnapshot LomarisAccessibilityService::readSelection(std::int64_t before
 
 std::unique_ptr<AppSelectionSession> LomarisAccessibilityService::capture(const SelectionReadOptions& options,
                                                                           SelectionPurpose purpose) {
-    // The constructor is the service's alone, so make_unique cannot call it.
+    // make_unique cannot call the private constructor.
     return std::unique_ptr<AppSelectionSession>(
         new AppSelectionSession(adapter_, adapter_->readSelection(options, purpose), options.allowClipboardFallback));
 }

@@ -11,61 +11,60 @@
 
 namespace lomaris {
 
-/// The entry points of the library: the permission check, and capturing, reading, replacing and diagnosing the
-/// selection of the application in front. Each call looks at the front application afresh. Used from one thread at a
-/// time, the main thread.
+/// The entry points of the library: checks the permission, and captures, reads, replaces and diagnoses the selection of
+/// the front application. Each call determines the front application again. Main thread.
 ///
-/// Limits are the UTF-16 units of context wanted before and after the selection; if one of them is negative, both sides
-/// are empty. JSON is pretty-printed with sorted keys, UTF-8, without a line feed at the end.
+/// Limits are the UTF-16 units of context wanted before and after the selection; if either is negative, there is no
+/// context. JSON is UTF-8, pretty-printed with sorted keys, without a final line feed.
 ///
-/// After a paste the main queue restores the user's clipboard, 2.5 s later at most; the call returns before. A host
-/// keeps the service, a session or its platform for so long. Where the platform's main queue is that of the process
-/// (macOS), a main run loop that turns is all else it takes; elsewhere the host brings a platform of its own and turns
-/// it (`Scheduling::runLoopSlice`). Another capture or replacement before that first waits until the target has read the
-/// pasted text, 2.5 s at most, and in the end restores what the paste had saved.
+/// After a paste the call returns immediately, and the main queue restores the user's clipboard within 2.5 s. Until
+/// then the host must keep the service, a session or its platform alive and process the main queue. On macOS, running
+/// the main run loop is enough; on other systems, the host must pass its own platform and call
+/// `Scheduling::runLoopSlice`. A capture or replacement before that restore first waits until the target has read the
+/// pasted text, for up to 2.5 s, and in the end restores the contents that the paste saved.
 class LomarisAccessibilityService {
 public:
-    /// On the platform that this build runs on.
+    /// Uses the platform of this build.
     LomarisAccessibilityService();
-    /// On a platform of the caller's, which must outlive the service and every session that it captured; for hosts that
-    /// turn the run loop themselves, and for tests.
+    /// Uses the caller's platform, which must outlive the service and all sessions that it captured. For hosts that
+    /// call the run loop themselves, and for tests.
     explicit LomarisAccessibilityService(Platform& platform);
     LomarisAccessibilityService(const LomarisAccessibilityService&) = delete;
     LomarisAccessibilityService& operator=(const LomarisAccessibilityService&) = delete;
     ~LomarisAccessibilityService() = default;
 
-    /// Whether this process may use accessibility; with `TrustPrompt::ask` the system asks the user where it may not.
+    /// True if this process may use accessibility. If not, `TrustPrompt::ask` makes the system prompt the user.
     [[nodiscard]] bool hasPermission(TrustPrompt prompt);
 
-    /// Captures the selection for a later replacement. The session remembers whether the clipboard may be used. Throws
-    /// `BridgeError`; `clipboardFallbackDisabled` where the application shows no selection and it may not be used.
+    /// Captures the selection for a later replacement, which may use the clipboard only if the capture may. Throws
+    /// `BridgeError`; `clipboardFallbackDisabled` if the clipboard is needed but not allowed.
     [[nodiscard]] std::unique_ptr<AppSelectionSession> captureSelection(const SelectionReadOptions& options);
 
-    /// The same for a user who invoked the assistant by its shortcut, and who gets a chat where nothing is selected:
-    /// a file manager's selection is `noTextSelected`; a terminal's must have a range, or be copied.
+    /// As `captureSelection`, for a user who invoked the assistant by its shortcut and gets a chat if nothing is
+    /// selected. Throws `noTextSelected` in file managers. The selection of a terminal must have a range or be copied.
     [[nodiscard]] std::unique_ptr<AppSelectionSession> captureSelectionOrChat(const SelectionReadOptions& options);
 
-    /// The selected text. Throws `BridgeError`.
+    /// Returns the selected text. Throws `BridgeError`.
     [[nodiscard]] Text readSelectionText(std::int64_t beforeLimit, std::int64_t afterLimit);
 
-    /// The selection with its context as JSON, "/" as it is. Throws `BridgeError`.
+    /// Returns the selection with its context as JSON of a `SelectionPayload`, "/" not escaped. Throws `BridgeError`.
     [[nodiscard]] std::string readSelectionJSON(std::int64_t beforeLimit, std::int64_t afterLimit);
 
-    /// Reads the selection and writes `replacement` over it, if it is still the same a moment later. Throws
-    /// `BridgeError`; `invalidInput`, before anything is touched, where the replacement is empty.
+    /// Reads the selection, checks it once more and replaces it by `replacement`. Throws `BridgeError`; `invalidInput`
+    /// if the replacement is empty, before any other action.
     void replaceCurrentSelection(TextView replacement, std::int64_t beforeLimit, std::int64_t afterLimit);
 
-    /// Replaces the selection only if it is the one that the request expects, the JSON bytes of a
-    /// `GuardedReplacementRequest`. Throws `BridgeError`: `invalidInput`, before anything is touched, where the bytes
-    /// are no request or one of its texts is empty; `selectionChanged` where anything is not as expected.
+    /// Replaces the selection only if it is the one that the request expects. `requestData` is the JSON of a
+    /// `GuardedReplacementRequest`. Throws `BridgeError`: `invalidInput` if that cannot be decoded or one of its texts
+    /// is empty, before any other action; `selectionChanged` if the selection is not the expected one.
     void replaceSelectionIfCurrent(std::string_view requestData, std::int64_t beforeLimit, std::int64_t afterLimit);
 
-    /// What the elements of the front application's window say of their selections, as the JSON of an
-    /// `AccessibilityDiagnosticPayload`, "/" escaped. Reads no text out of the process and writes nothing. Throws
+    /// Returns the selection attributes of the elements in the front application's window, as JSON of an
+    /// `AccessibilityDiagnosticPayload`, "/" escaped. Contains no texts of the user and writes nothing. Throws
     /// `BridgeError`.
     [[nodiscard]] std::string selectionDiagnosticJSON();
 
-    /// Which route works for the front application, told by an ordinary read, as the JSON of a
+    /// Reads the selection and returns which route works for the front application, as JSON of a
     /// `CompatibilityDiagnosticPayload`, "/" escaped. Throws the `BridgeError` of the read.
     [[nodiscard]] std::string compatibilityDiagnosticJSON();
 

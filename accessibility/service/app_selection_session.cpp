@@ -7,7 +7,7 @@ namespace lomaris {
 
 namespace {
 
-/// UTF-16 units of context that the second look reads; nothing depends on them.
+/// UTF-16 units of context for the repeated read. The result does not depend on them.
 constexpr std::int64_t contextLimit = 500;
 
 AppSelectionDetails detailsOf(const SelectionSnapshot& snapshot) {

@@ -7,24 +7,24 @@
 
 namespace lomaris {
 
-/// What a host shows its user of a captured selection.
+/// The details of a captured selection that a host shows to its user.
 struct AppSelectionDetails {
-    /// Localized name of the application; empty where it has none.
+    /// Localized name of the application; empty if it has none.
     Text applicationName;
     Text selectedText;
-    /// Text around the selection, at most the limits of the capture in UTF-16 units.
+    /// The text around the selection, limited to the UTF-16 units that the capture requested.
     Text contextBefore;
     Text contextAfter;
     /// One of `selection_method`.
     Text selectionMethod;
-    /// Whether a replacement will be pasted rather than written into the element.
+    /// True if a replacement will be pasted instead of written into the element.
     bool usesClipboardFallback = false;
 
     friend bool operator==(const AppSelectionDetails&, const AppSelectionDetails&) = default;
 };
 
-/// One captured selection, to be replaced later if nothing has changed since. Made by the captures of
-/// `LomarisAccessibilityService`; lives on after the service, whose adapter it shares. Main thread.
+/// A captured selection that can be replaced later if it is unchanged. Created by `LomarisAccessibilityService`, which
+/// it may outlive; both share the adapter. Main thread.
 class AppSelectionSession {
 public:
     AppSelectionSession(const AppSelectionSession&) = delete;
@@ -33,16 +33,17 @@ public:
 
     [[nodiscard]] const AppSelectionDetails& details() const { return details_; }
 
-    /// Takes the user's input up to now for expected. To be called when the user submits what will lead to the
-    /// replacement; without it, input since the capture counts. It matters where an element that can be read does not
-    /// tell its range. May be called again.
+    /// Accepts all user input so far as expected. Call it when the user submits the request that leads to the
+    /// replacement; otherwise all input since the capture counts. Only matters for an element that can be read but does
+    /// not report its range. May be called repeatedly.
     void markSubmitted();
 
-    /// Replaces the captured selection with `text`, only if it is still the same; may be tried any number of times.
-    /// After a paste the main queue restores the user's clipboard; a further try before that first waits until the target
-    /// has read the pasted text, 2.5 s at most. Throws
-    /// `BridgeError`: `selectionChanged` where anything is not as it was (`ReplacementGuardTrace` says what, unless it
-    /// showed only in the last look before the write), or that of the write. The text is not checked for emptiness.
+    /// Replaces the captured selection by `text` if it is unchanged. May be called repeatedly. After a paste the main
+    /// queue restores the user's clipboard; a call before that first waits until the target has read the pasted text,
+    /// for up to 2.5 s. Does not check that `text` is not empty.
+    ///
+    /// Throws `BridgeError`: `selectionChanged` if the selection is not the captured one, with the reason in
+    /// `ReplacementGuardTrace` unless only the final check before the write noticed it; or the error of the write.
     void replaceIfCurrent(TextView text);
 
 private:

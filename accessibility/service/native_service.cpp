@@ -3,7 +3,7 @@
 
 namespace lomaris {
 
-// In a file of its own, so that a program that brings its platform links no native one.
+// In its own file, so that a program with its own platform does not link the native one.
 LomarisAccessibilityService::LomarisAccessibilityService()
     : adapter_(std::make_shared<MacOSAccessibilityAdapter>(std::shared_ptr<Platform>(nativePlatform()))) {}
 
