@@ -8,10 +8,10 @@
 
 namespace lomaris {
 
-/// Context limits that hold when the command line says nothing, in UTF-16 units.
+/// The default context limit, in UTF-16 units.
 inline constexpr std::int64_t defaultContextLimit = 500;
 
-/// What the command line asks for. `delay` is in seconds, 0 to 60; limits are UTF-16 units of context, 0 to 10000.
+/// The parsed command. `delay` is in seconds, 0 to 60; limits are UTF-16 units of context, 0 to 10000.
 namespace command {
 
 struct PermissionStatus {
@@ -29,7 +29,7 @@ struct ReadSelection {
 
 struct ReplaceSelection {
     double delay = 0;
-    /// Absent: read from standard input. May be present and empty.
+    /// If absent, the text is read from standard input. May be present and empty.
     std::optional<Text> replacement;
     std::int64_t beforeLimit = defaultContextLimit;
     std::int64_t afterLimit = defaultContextLimit;
@@ -59,7 +59,7 @@ struct Help {
 
 }  // namespace command
 
-/// One command, compared by value.
+/// One command. Compared by value.
 using BridgeCommand = std::variant<command::PermissionStatus, command::ReadSelection, command::ReplaceSelection,
                                    command::ReplaceSelectionRequest, command::DiagnoseSelection,
                                    command::CompatibilityCheck, command::Help>;

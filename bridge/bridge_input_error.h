@@ -6,12 +6,12 @@
 
 namespace lomaris {
 
-/// The command line's own error beside those of the library: no guarded request came on standard input. A plain value.
+/// Thrown if `replace-selection-request` receives no request on standard input. A copyable value.
 class BridgeInputError final : public std::exception {
 public:
     [[nodiscard]] static BridgeInputError missingGuardedReplacementRequest() { return {}; }
 
-    /// The sentence for the user, one line.
+    /// Returns the sentence for the user, one line.
     [[nodiscard]] Text errorDescription() const;
 
     [[nodiscard]] const char* what() const noexcept override { return "missingGuardedReplacementRequest"; }

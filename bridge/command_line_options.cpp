@@ -15,7 +15,7 @@ namespace {
 constexpr double maximumDelay = 60;
 constexpr std::int64_t maximumLimit = 10000;
 
-/// What the options say before the command word is looked at.
+/// The values of all options, before the command word is checked.
 struct OptionValues {
     bool prompt = false;
     bool json = false;
@@ -30,7 +30,7 @@ struct OptionValues {
     }
 };
 
-/// `text` as ASCII, or nothing where it holds anything else.
+/// Converts `text` to ASCII. Returns nullopt if it contains any other character.
 std::optional<std::string> asciiOf(TextView text) {
     std::string ascii;
     ascii.reserve(text.size());
@@ -137,7 +137,7 @@ BridgeCommand CommandLineOptions::parse(std::span<const Text> arguments) {
 std::int64_t CommandLineOptions::parseLimit(TextView value, TextView option) {
     const auto ascii = asciiOf(value).value_or(std::string());
     std::string_view digits = ascii;
-    // The conversion knows the minus sign only.
+    // std::from_chars accepts no plus sign.
     if (digits.starts_with('+') && !digits.starts_with("+-")) {
         digits.remove_prefix(1);
     }
@@ -155,7 +155,7 @@ std::optional<double> CommandLineOptions::parseDouble(TextView value) {
     if (!ascii || ascii->empty() || skippedByConversion.find(ascii->front()) != std::string_view::npos) {
         return std::nullopt;
     }
-    // The tool never sets a locale, so this is the conversion of the C locale.
+    // strtod uses the C locale, because the tool never sets another.
     char* end = nullptr;
     const double number = std::strtod(ascii->c_str(), &end);
     if (end == ascii->c_str() || end != ascii->c_str() + ascii->size()) {

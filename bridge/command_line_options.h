@@ -9,23 +9,23 @@
 
 namespace lomaris {
 
-/// Turns the argument list into a command. Pure: nothing but the list is looked at, and nothing is printed.
+/// Parses the command line. Pure functions: they only read their arguments and print nothing.
 namespace CommandLineOptions {
 
-/// The command for the arguments without the program name. Throws `BridgeError::invalidArguments` with the message for
-/// the user; the first argument that fails decides. Options are checked before the command word, and against it by
-/// their values: one given with its default value passes.
+/// Parses the arguments, without the program name. Throws `BridgeError::invalidArguments` with the message for the user
+/// about the first invalid argument. All options are parsed before the command word is checked. A command rejects an
+/// option that it does not support only if its value is not the default.
 [[nodiscard]] BridgeCommand parse(std::span<const Text> arguments);
 
-/// A context limit: an optional sign and ASCII digits, 0 to 10000. Throws `BridgeError::invalidArguments` naming
-/// `option`.
+/// Parses a context limit: an optional sign and ASCII digits, 0 to 10000. Throws `BridgeError::invalidArguments` that
+/// names `option`.
 [[nodiscard]] std::int64_t parseLimit(TextView value, TextView option);
 
-/// The whole of `value` as a number, by the rules of C: decimal and hexadecimal forms, inf and nan. Nothing where
-/// anything is left over, at the beginning or at the end.
+/// Parses the whole of `value` as a C floating-point number: decimal or hexadecimal, inf or nan. Returns nullopt if
+/// anything else precedes or follows the number, including white space.
 [[nodiscard]] std::optional<double> parseDouble(TextView value);
 
-/// The text that help prints: 21 lines, without a line feed at the end.
+/// Returns the help text: 21 lines, without a final line feed.
 [[nodiscard]] TextView usage();
 
 }  // namespace CommandLineOptions

@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::string_view errorPrefix = "Lomaris macOS bridge: ";
 
-/// Runs the commands, one function a command.
+/// Runs the commands, one overload for each.
 class Executor {
 public:
     Executor(Platform& platform, StandardStreams& streams)
@@ -81,14 +81,14 @@ public:
     }
 
 private:
-    /// Lets the user switch to the target application after starting the tool in a terminal.
+    /// Gives the user time to switch to the target application after starting the tool in a terminal.
     void wait(double seconds) {
         if (seconds > 0) {
             platform_.scheduling().sleep(Duration(std::llround(seconds * 1e9)));
         }
     }
 
-    /// All bytes up to the end, which may be none.
+    /// Reads standard input to its end. May return an empty string.
     std::string readStandardInput() {
         auto bytes = streams_.readInput();
         if (!bytes) {
@@ -97,7 +97,7 @@ private:
         return std::move(*bytes);
     }
 
-    /// All of standard input as it stands, a line feed at its end included.
+    /// Reads the replacement text unchanged, including a final line feed.
     Text readReplacementFromStandardInput() {
         auto text = textFromValidUtf8(readStandardInput());
         if (!text) {
@@ -116,7 +116,7 @@ private:
         }
     }
 
-    /// In two writes, as the JSON may be long.
+    /// Writes the line feed separately, to avoid copying the JSON, which may be long.
     void writeJson(std::string_view json) {
         write(json);
         write("\n");

@@ -7,13 +7,13 @@
 
 namespace lomaris {
 
-/// One of the process's own streams failed. A plain value.
+/// Reading standard input or writing standard output failed. A copyable value.
 class StandardStreamError final : public std::exception {
 public:
     [[nodiscard]] static StandardStreamError inputFailed() { return StandardStreamError(Stream::input); }
     [[nodiscard]] static StandardStreamError outputFailed() { return StandardStreamError(Stream::output); }
 
-    /// The sentence for the user, one line.
+    /// Returns the sentence for the user, one line.
     [[nodiscard]] Text errorDescription() const;
 
     [[nodiscard]] const char* what() const noexcept override;
