@@ -18,14 +18,14 @@ namespace {
 
 constexpr std::int64_t mostPresses = 1'000'000;
 
-/// The part of a range that lies inside of a text.
+/// Clips the range to the text.
 TextRange cutTo(TextRange range, TextView text) {
     const auto length = static_cast<std::int64_t>(text.size());
     const std::int64_t location = std::clamp<std::int64_t>(range.location, 0, length);
     return {location, std::clamp<std::int64_t>(range.length, 0, length - location)};
 }
 
-/// Does nothing where the application does not run.
+/// Does nothing if the application is not running.
 template <typename Act>
 Reaction whileItRuns(const StagedApplication& application, Act act) {
     return Reaction([handle = application.handle, act] {
@@ -114,7 +114,7 @@ Reaction readRecovering(const JsonNode& node, Stage& stage) {
                        [](const SimulatedApplication& application) { application.recover(); });
 }
 
-/// A signal that ends a process by default and that it can catch, on macOS and on Linux.
+/// Reads a signal that can be caught and that ends a process by default, on both macOS and Linux.
 int readSignal(const JsonNode& node) {
     constexpr std::array<std::pair<std::int64_t, std::int64_t>, 4> accepted{{{1, 8}, {10, 15}, {24, 27}, {30, 31}}};
     for (const auto& [first, last] : accepted) {
@@ -221,7 +221,7 @@ constexpr std::array<Verb, 26> verbs{{
     {"killsTheTool", readKilling},
 }};
 
-/// An action, or a whole reaction, which "inTurn" may be as well.
+/// Whether only an action is accepted, or also a reaction, which may use "inTurn".
 enum class Whole { action, reaction };
 
 [[noreturn]] void refuseAction(const JsonNode& node, Whole whole) {
@@ -234,7 +234,7 @@ enum class Whole { action, reaction };
                 ", beside which \"after\" may stand");
 }
 
-/// The action of an object that has one key beside "after".
+/// Reads the action of an object, which has one key besides "after".
 Reaction readVerb(const JsonNode& node, Stage& stage, Whole whole) {
     std::optional<Reaction> read;
     for (const auto& [key, value] : node.entries()) {

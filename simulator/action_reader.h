@@ -7,15 +7,15 @@
 
 namespace lomaris::simulator {
 
-/// What somebody does, as a desktop file writes it: an object with one verb, which may have a delay (`after`), or a
-/// list of them. It is the same for a user, for another program and for an application that reacts. The stage must
-/// outlive it.
+/// Reads an action of a desktop file: an object with one action key and an optional delay (`after`), or an array of
+/// actions. Used for the user, other programs and the reactions of applications. Throws `FileError`. The stage must
+/// outlive the result.
 [[nodiscard]] Reaction readAction(const JsonNode& node, Stage& stage);
 
-/// How an application reacts: an action, or several under "inTurn".
+/// Reads how an application reacts: one action, or several under "inTurn".
 [[nodiscard]] std::vector<Reaction> readReactions(const JsonNode& node, Stage& stage);
 
-/// The four input counters; those that the object does not mention are as in `counters`.
+/// Reads the four input counters. Those that the object does not contain are taken from `counters`.
 [[nodiscard]] InputCounters readCounters(const JsonNode& node, InputCounters counters);
 
 }  // namespace lomaris::simulator

@@ -91,7 +91,7 @@ void ApplicationReader::make() {
             }
         }
     }
-    // An item may answer any element of the file as its modifiers.
+    // After all elements, because a menu item may have any element of the file as its modifiers.
     for (const auto& [node, application] : applications_) {
         if (const auto menuBar = node.find("menuBar")) {
             makeMenuBar(*menuBar, application);

@@ -8,26 +8,27 @@
 
 namespace lomaris::simulator {
 
-/// Puts the applications of a desktop file on the stage: first they themselves, then all elements, so that each can be
-/// named anywhere in the file, then what they answer and how the applications react.
+/// Adds the applications of a desktop file to the stage: first the applications, then all elements, so that every part
+/// of the file can name them, then the attribute values and reactions.
 class ApplicationReader {
 public:
     explicit ApplicationReader(Stage& stage) : stage_(stage) {}
 
-    /// Puts an application on the desktop.
+    /// Adds an application to the desktop.
     void add(const JsonNode& node);
 
-    /// Makes the elements of the applications that were added, in the order of the file, and their menu bars.
+    /// Creates the elements of the added applications in the order of the file, and then their menu bars.
     void make();
 
-    /// Scripts everything that was made. Applications that start later do not run from then on.
+    /// Applies the scripts of everything that was created. Afterwards, applications with "runs": false count as not
+    /// started.
     void script();
 
 private:
     void makeElement(const JsonNode& node, SimulatedApplication application, std::vector<Element>& siblings);
     void makeTree(const JsonNode& node, SimulatedApplication application, SimulatedElement top);
     void makeMenuBar(const JsonNode& node, SimulatedApplication application);
-    /// Gives an element its name and its text, and keeps its script for later.
+    /// Gives an element its name and text, and stores its script to be applied later.
     void take(const JsonNode& node, const SimulatedElement& element);
     void scriptApplication(const JsonNode& node, SimulatedApplication application);
 

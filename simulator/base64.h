@@ -8,7 +8,7 @@ namespace lomaris::simulator {
 
 [[nodiscard]] std::string base64Of(std::string_view bytes);
 
-/// The bytes behind Base64 with its padding, or nothing where it is none.
+/// Decodes padded Base64. Returns nullopt if it is invalid.
 [[nodiscard]] std::optional<std::string> bytesOfBase64(std::string_view encoded);
 
 }  // namespace lomaris::simulator

@@ -40,7 +40,7 @@ void readPermissions(const JsonNode& file, SimulatedDesktop& desktop) {
 }
 
 void readLatency(const JsonNode& node, SimulatedDesktop& desktop) {
-    // All calls but those whose own business is time.
+    // All calls except those of time and threads.
     constexpr std::array<std::string_view, 27> calls{"isProcessTrusted",
                                                      "applicationElement",
                                                      "systemWideElement",
@@ -135,7 +135,7 @@ void readUser(const JsonNode& node, Stage& stage) {
 std::unique_ptr<Stage> readDesktop(const JsonNode& file) {
     file.allowKeys({"trusted", "promptAnswer", "language", "eventAccess", "eventRequestAnswer", "failingKeyStrokes",
                     "counters", "latency", "pasteboard", "systemWide", "applications", "user",
-                    // What the driver of the scenarios runs on this desktop.
+                    // For the scenario runner; ignored here.
                     "run"});
     auto stage = std::make_unique<Stage>();
     readPermissions(file, stage->desktop);

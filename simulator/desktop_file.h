@@ -7,7 +7,7 @@
 
 namespace lomaris::simulator {
 
-/// Builds the desktop that a file describes; docs/simulator.md says how. Throws `FileError` where the file is wrong.
+/// Builds the desktop that a file describes; see docs/simulator.md. Throws `FileError` if the file is invalid.
 [[nodiscard]] std::unique_ptr<Stage> readDesktop(const JsonNode& file);
 
 }  // namespace lomaris::simulator

@@ -11,8 +11,8 @@
 
 namespace lomaris::simulator {
 
-/// What an element answers, as a desktop file writes it: the keys `attributes`, `settable`, `set`, `actions` and
-/// `processIdentifierFails`.
+/// The simulated results of an element's operations, as a desktop file defines them: the keys `attributes`, `settable`,
+/// `set`, `actions` and `processIdentifierFails`.
 struct ElementScript {
     struct Set {
         std::string name;
@@ -34,13 +34,13 @@ struct ElementScript {
     std::optional<bool> processIdentifierFails;
 };
 
-/// The keys of a script, together with the other keys that the object may have.
+/// Returns the keys of a script and `others`, the further keys that the object may have.
 [[nodiscard]] std::vector<std::string_view> scriptKeysAnd(std::vector<std::string_view> others);
 
-/// Reads the keys of a script from an object, which may have others as well.
+/// Reads the keys of a script from an object, which may have other keys. Throws `FileError`.
 [[nodiscard]] ElementScript readElementScript(const JsonNode& node, Stage& stage);
 
-/// The element answers so from now on; what the script does not mention stays.
+/// Applies the script to the element. What the script does not contain is unchanged.
 void apply(const ElementScript& script, SimulatedElement element);
 
 }  // namespace lomaris::simulator

@@ -15,7 +15,7 @@ void addChild(std::vector<Node>& nodes, std::size_t parent) {
     nodes.push_back({nodes[parent].depth + 1, {}});
 }
 
-/// Positions of the nodes, top first and level by level, with the children of each as such positions.
+/// Orders the nodes breadth-first. Returns the children of each node, as positions in that order.
 std::vector<std::vector<std::size_t>> inBreadthFirstOrder(const std::vector<Node>& nodes) {
     std::vector<std::size_t> order{0};
     std::vector<std::vector<std::size_t>> children;

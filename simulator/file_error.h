@@ -7,8 +7,8 @@
 
 namespace lomaris::simulator {
 
-/// A file that does not say what it may: where it is wrong and what was expected there. The place is "line:column" for
-/// a file that is no JSON, else the way to a value, `applications[0].elements[3].name`, and empty for the whole file.
+/// An invalid file: the place of the error and what was expected there. The place is "line:column" if the file is not
+/// JSON, otherwise the path to a value, `applications[0].elements[3].name`. It is empty for the whole file.
 class FileError : public std::runtime_error {
 public:
     FileError(std::string place, std::string_view expectation)

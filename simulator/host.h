@@ -11,7 +11,7 @@
 
 namespace lomaris::simulator {
 
-/// A program that embeds the library: a service and the sessions that it captured, by name.
+/// A program that embeds the library: a service, and the sessions that it captured, by name.
 struct Host {
     explicit Host(Stage& where) : stage(where), service(where.desktop) {}
 
@@ -20,7 +20,7 @@ struct Host {
     std::map<std::string, std::unique_ptr<AppSelectionSession>, std::less<>> sessions;
 };
 
-/// What one step does; the result is what its line shows. Throws `BridgeError`.
+/// The action of one step. Returns the result that the output line shows. Throws `BridgeError`.
 using HostAct = std::function<Json(Host& host)>;
 
 }  // namespace lomaris::simulator

@@ -19,7 +19,7 @@
 namespace lomaris::simulator {
 namespace {
 
-/// What the act answers, or the error of the library.
+/// Returns the result of the step, or the error of the library as its result.
 Json outcomeOf(const HostAct& act, Host& host) {
     try {
         return act(host);
@@ -100,7 +100,7 @@ constexpr std::array<Verb, 14> verbs{{
     {"look", [](const JsonNode& node, Context&) { return readLook(node); }},
 }};
 
-/// The verb of a step, the one of its keys that is one.
+/// Returns the verb of a step. Exactly one of its keys must be a verb.
 const Verb& verbOf(const JsonNode& node) {
     const auto stands = [&node](const Verb& verb) {
         return node.value().is_object() && node.find(verb.name).has_value();
@@ -127,7 +127,7 @@ std::vector<HostStep> readHostSteps(const JsonNode& file, Stage& stage) {
         steps.emplace_back([host, act, name = verb.name, number = steps.size() + 1] {
             Json line{{"step", number}, {std::string(name), outcomeOf(act, *host)}};
             if (host->stage.desktop.endedBySignal()) {
-                // A process that ended within the step says nothing more.
+                // Throws `SimulatedTermination` if the process ended during the step, so that the step writes no line.
                 static_cast<void>(host->stage.desktop.admitsOutput());
             }
             line["virtualSeconds"] = jsonOf(host->stage.desktop.now());

@@ -9,14 +9,14 @@
 
 namespace lomaris::simulator {
 
-/// One step of a host, ready to be taken; its result is a line of output.
+/// Performs one step of a host and returns its output line.
 using HostStep = std::function<Json()>;
 
-/// The steps of an array; docs/simulator.md lists them. Throws `FileError` where one is wrong. The stage must outlive
+/// Reads an array of steps, which docs/simulator.md lists. Throws `FileError` if one is invalid. The stage must outlive
 /// the steps.
 [[nodiscard]] std::vector<HostStep> readHostSteps(const JsonNode& file, Stage& stage);
 
-/// Takes the steps, one after the other, and writes a line of JSON for each; answers whether all could be written.
+/// Performs the steps in order and writes one line of JSON for each. Returns false if a line could not be written.
 [[nodiscard]] bool takeSteps(const std::vector<HostStep>& steps, StandardStreams& streams);
 
 }  // namespace lomaris::simulator

@@ -11,7 +11,7 @@
 namespace lomaris::simulator {
 namespace {
 
-/// "line:column" of the byte with this number, all from 1; a character of several bytes is one column.
+/// Returns the place of the byte with this number as "line:column". All three count from 1, columns in characters.
 std::string placeOf(std::string_view contents, std::size_t number) {
     const std::string_view before =
         contents.substr(0, std::min(number - std::min<std::size_t>(number, 1), contents.size()));
@@ -22,15 +22,15 @@ std::string placeOf(std::string_view contents, std::size_t number) {
     return std::to_string(line) + ":" + std::to_string(characters + 1);
 }
 
-/// What the parser's own sentence says after its place.
+/// Returns the parser's message without its position.
 std::string reasonOf(const std::string& message) {
     constexpr std::string_view marker = "syntax error ";
     const std::size_t found = message.find(marker);
     return "expected JSON: " + (found == std::string::npos ? message : message.substr(found));
 }
 
-/// Follows the parser to find what the parsed value no longer shows, or not where it stands: keys that stand twice,
-/// numbers that are too large, and more levels than the readers, which call themselves, should go down.
+/// Finds errors that the parsed value does not show or locate: repeated keys, numbers that are too large, and nesting
+/// too deep for the recursive readers.
 class Inspection final : public Json::json_sax_t {
 public:
     explicit Inspection(std::string_view contents) : contents_(contents) {}
@@ -68,7 +68,7 @@ private:
     struct Level {
         bool isArray = false;
         std::string place;
-        /// From the place of the level to that of its current member.
+        /// The path from the level to its current member.
         std::string step;
         std::size_t index = 0;
         std::set<std::string> keys;
@@ -93,7 +93,7 @@ private:
         return true;
     }
 
-    /// The way to the value that comes next.
+    /// Returns the path to the next value.
     [[nodiscard]] std::string placeOfNext() const {
         if (levels_.empty()) {
             return "";

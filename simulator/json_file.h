@@ -9,9 +9,8 @@ namespace lomaris::simulator {
 /// JSON whose objects keep the order of the file.
 using Json = nlohmann::ordered_json;
 
-/// The contents of a file as JSON; comments, `//` and `/* */`, are allowed. Throws `FileError` where it is no JSON,
-/// where a key stands twice in an object, a number is too large or more than 500 arrays and objects stand in each
-/// other.
+/// Parses JSON in which comments, `//` and `/* */`, are allowed. Throws `FileError` if it is not JSON, if a key occurs
+/// twice in an object, if a number is too large, or if more than 500 arrays and objects are nested.
 [[nodiscard]] Json parseJson(std::string_view contents);
 
 }  // namespace lomaris::simulator

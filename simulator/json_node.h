@@ -15,11 +15,11 @@
 
 namespace lomaris::simulator {
 
-/// "one, two, three".
+/// Joins the names: "one, two, three".
 [[nodiscard]] std::string listOf(std::span<const std::string_view> names);
 
-/// One value of a file together with the way to it. Each question that the value does not fit throws `FileError` with
-/// the place and what was expected. Borrows the value.
+/// A value of a file, and its path in the file. An accessor throws `FileError` with the path and the expected form if
+/// the value does not have that form. Borrows the value.
 class JsonNode {
 public:
     explicit JsonNode(const Json& value, std::string place = "") : value_(&value), place_(std::move(place)) {}
@@ -27,23 +27,23 @@ public:
     [[nodiscard]] const Json& value() const { return *value_; }
     [[nodiscard]] const std::string& place() const { return place_; }
 
-    /// The value is not what was expected: "a boolean", "a name of an element".
+    /// Throws `FileError`. `expected` describes the expected value: "a boolean", "a name of an element".
     [[noreturn]] void refuse(std::string_view expected) const;
 
     // Objects.
 
-    /// The value is an object with these keys and no others, all of which may be missing.
+    /// Requires an object with no other keys than these. Any of them may be missing.
     void allowKeys(std::initializer_list<std::string_view> keys) const;
     void allowKeys(std::span<const std::string_view> keys) const;
-    /// The value is an object with exactly one key, and one of these; the result is that key. `otherForms` is what the
-    /// complaint names beside such an object: "a string or ".
+    /// Requires an object with exactly one key, which is one of these, and returns the key. `otherForms` precedes the
+    /// object in the error message: "a string or ".
     [[nodiscard]] std::string_view onlyKey(std::span<const std::string_view> keys,
                                            std::string_view otherForms = "") const;
-    /// Nothing where the object does not have the key.
+    /// Returns nullopt if the object does not have the key.
     [[nodiscard]] std::optional<JsonNode> find(std::string_view key) const;
-    /// The value of a key that must be there.
+    /// Returns the value of a required key.
     [[nodiscard]] JsonNode get(std::string_view key) const;
-    /// Every key with its value, in the order of the file.
+    /// Returns all keys with their values, in the order of the file.
     [[nodiscard]] std::vector<std::pair<std::string, JsonNode>> entries() const;
 
     // Arrays.
@@ -57,13 +57,13 @@ public:
     [[nodiscard]] std::int64_t integer(std::int64_t lowest, std::int64_t highest) const;
     /// UTF-8.
     [[nodiscard]] std::string string() const;
-    /// One of these strings.
+    /// Returns a string that must be one of these.
     [[nodiscard]] std::string choice(std::initializer_list<std::string_view> strings) const;
-    /// A number of seconds, 0 to one million, fractions down to the nanosecond.
+    /// Returns a number of seconds, 0 to one million, rounded to nanoseconds.
     [[nodiscard]] Duration seconds() const;
-    /// A string, or an array of UTF-16 units by which half a surrogate pair can be written.
+    /// Returns a text, written as a string, or as an array of UTF-16 units to allow half a surrogate pair.
     [[nodiscard]] Text text() const;
-    /// The same, or nothing for null.
+    /// As `text`, or nullopt for null.
     [[nodiscard]] std::optional<Text> textOrNull() const;
 
 private:

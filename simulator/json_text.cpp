@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t columns = 120;
 constexpr std::size_t step = 2;
 
-/// Appends a value whose first line begins `used` columns from the left and whose further lines are indented.
+/// Appends a value. Its first line starts at column `used`; further lines are indented by `indentation`.
 void append(std::string& output, const Json& json, std::size_t indentation, std::size_t used) {
     const std::string flat = written(json);
     constexpr std::size_t comma = 1;

@@ -7,22 +7,22 @@
 
 #include <string>
 
-/// What the simulator writes, in the forms in which a desktop file would say it.
+/// Converts values to the JSON in which a desktop file would contain them.
 namespace lomaris::simulator {
 
-/// A string, or an array of UTF-16 units where half a surrogate pair stands in the text.
+/// A string, or an array of UTF-16 units if the text contains half a surrogate pair.
 [[nodiscard]] Json jsonOf(TextView text);
 
-/// {"text": ...}, or {"base64": ...} where the bytes are no UTF-8.
+/// {"text": ...}, or {"base64": ...} if the bytes are not UTF-8.
 [[nodiscard]] Json jsonOfBytes(const Bytes& bytes);
 
-/// Seconds.
+/// In seconds.
 [[nodiscard]] Json jsonOf(Duration duration);
 
-/// The JSON as UTF-8 on one line; a string that is none has U+FFFD in the place of what is wrong.
+/// Returns the JSON as UTF-8 on one line. Invalid UTF-8 in strings becomes U+FFFD.
 [[nodiscard]] std::string written(const Json& json);
 
-/// The same for people: indented, but what fits into a line of 120 columns stands on one. Ends with a line feed.
+/// As `written`, but indented; a value that fits into 120 columns is on one line. Ends with a line feed.
 [[nodiscard]] std::string writtenForPeople(const Json& json);
 
 }  // namespace lomaris::simulator

@@ -1,4 +1,4 @@
-// The tool, or a host of the library, on a simulated desktop that a file describes.
+// Runs the tool, or a host of the library, on a simulated desktop that a file describes.
 
 #include "bridge/execute.h"
 #include "platform/posix/process_streams.h"
@@ -37,7 +37,7 @@ void complain(StandardStreams& streams, std::string_view message) {
 std::string contentsOf(const std::string& file) {
     std::ifstream stream(file, std::ios::binary);
     std::string contents;
-    // A folder can be opened, and only a read function of the stream itself keeps what reading it throws.
+    // A directory can be opened as a stream. Reading it throws, which only the stream's own `read` catches.
     for (std::array<char, 4096> piece{}; stream.read(piece.data(), piece.size()) || stream.gcount() > 0;) {
         contents.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
     }
@@ -47,7 +47,7 @@ std::string contentsOf(const std::string& file) {
     return contents;
 }
 
-/// Reads a file by `read`, which throws `FileError`; the error then names the file too.
+/// Reads a file with `read`. Adds the name of the file to a `FileError` that it throws.
 template <typename Read>
 auto reading(const std::string& file, Read read) {
     try {
@@ -89,7 +89,7 @@ RunOutcome runOn(Stage& stage, Work work) {
     try {
         outcome.status = work();
     } catch (const SimulatedTermination&) {
-        // The status says so below, as it does where a signal comes while the process ends by itself.
+        // The status is set below, also for a signal that arrives while the process ends on its own.
     }
     outcome.virtualTime = stage.desktop.now();
     outcome.whenDone = stateOf(stage);

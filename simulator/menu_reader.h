@@ -7,7 +7,7 @@
 
 namespace lomaris::simulator {
 
-/// The menus of a menu bar, without what their elements answer beyond that.
+/// Reads the menus of a menu bar, without the scripts of their elements.
 [[nodiscard]] std::vector<Menu> readMenus(const JsonNode& node, const Stage& stage);
 
 }  // namespace lomaris::simulator

@@ -9,21 +9,21 @@
 
 namespace lomaris::simulator {
 
-/// What the simulator is asked for.
+/// The command line of the simulator.
 struct Options {
     std::string desktop;
     std::optional<std::string> report;
-    /// A file of steps, or "-" for standard input; without it the tool runs.
+    /// A file of steps, or "-" for standard input. If absent, the tool is run.
     std::optional<std::string> host;
-    /// Of the tool, without a program name.
+    /// The arguments of the tool, without a program name.
     std::vector<std::string> arguments;
     bool help = false;
 };
 
-/// The options, or one sentence that says why there are none.
+/// Parses the options. Returns one sentence for the user if they are invalid.
 [[nodiscard]] std::variant<Options, std::string> readOptions(std::span<const std::string> arguments);
 
-/// Many lines, the last one with its line feed.
+/// Returns the usage text, with a final line feed.
 [[nodiscard]] std::string_view usage();
 
 }  // namespace lomaris::simulator

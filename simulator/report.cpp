@@ -23,7 +23,7 @@ Json entriesOf(const Trace& trace) {
     return entries;
 }
 
-/// The name of the file where it has one, else that of the journal.
+/// Returns the name of the element in the file, or its name in the journal if it has none.
 std::string nameOf(const Stage& stage, const std::string& journalName) {
     const auto found = stage.namesByJournal.find(journalName);
     return found == stage.namesByJournal.end() ? journalName : found->second;
@@ -44,7 +44,7 @@ Json pasteboardOf(const SimulatedDesktop& desktop) {
     return items;
 }
 
-/// The call of a line of the journal, without its time and who made it.
+/// Returns the call of a journal line, without its time and thread.
 std::string_view callOf(std::string_view line) {
     line.remove_prefix(line.find(' ') + 1);
     if (line.starts_with('[')) {
@@ -53,7 +53,7 @@ std::string_view callOf(std::string_view line) {
     return line;
 }
 
-/// Whether a call changes something outside of this process, asks the user, or sleeps.
+/// True if a call changes something outside this process, prompts the user, or sleeps.
 bool hasEffect(std::string_view call) {
     constexpr std::array<std::string_view, 10> starts{
         "setAttribute(", "performAction(", "postToSession(", "postToProcess(",         "clearContents(",

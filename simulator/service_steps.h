@@ -5,19 +5,19 @@
 
 #include <cstdint>
 
-/// The steps that ask the library for something without a session.
+/// The steps of a host that use the library without a session.
 namespace lomaris::simulator {
 
-/// Units of context, as `LomarisAccessibilityService` takes them.
+/// Context limits in UTF-16 units, as `LomarisAccessibilityService` takes them.
 struct ContextLimits {
     std::int64_t before = 0;
     std::int64_t after = 0;
 };
 
-/// `beforeLimit` and `afterLimit` of a step.
+/// Reads `beforeLimit` and `afterLimit` of a step.
 [[nodiscard]] ContextLimits readLimits(const JsonNode& node);
 
-/// Each takes the whole step, an object with the verb as a key.
+/// Each function reads a whole step, an object with the verb as a key.
 [[nodiscard]] HostAct readReadStep(const JsonNode& node);
 [[nodiscard]] HostAct readReplaceStep(const JsonNode& node);
 [[nodiscard]] HostAct readReplaceByRequestStep(const JsonNode& node);

@@ -9,8 +9,8 @@
 
 namespace lomaris::simulator {
 
-/// Reads the steps that concern sessions, in the order of the file: a session must be captured before it is used. Each
-/// function takes the whole step, an object with the verb as a key.
+/// Reads the steps that use sessions, in the order of the file: a session must be captured before it is used. Each
+/// function reads a whole step, an object with the verb as a key.
 class SessionSteps {
 public:
     [[nodiscard]] HostAct readCapture(const JsonNode& node);

@@ -9,7 +9,7 @@
 
 namespace lomaris::simulator {
 
-/// An application of a file.
+/// An application of the desktop file.
 struct StagedApplication {
     enum class Start { atOnce, later };
 
@@ -18,29 +18,28 @@ struct StagedApplication {
     Start start = Start::atOnce;
 };
 
-/// A simulated desktop together with the names that its file gives to what stands on it. What the file has the user and
-/// the applications do refers to it, so it stays where it was made.
+/// A simulated desktop, and the names that its file defines. Not movable, because the actions of the file refer to it.
 struct Stage {
     Stage() { named.emplace(systemWideName, desktop.systemWide()); }
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
     ~Stage() = default;
 
-    /// The name under which a file speaks of the system-wide element.
+    /// The name of the system-wide element in a file.
     static constexpr const char* systemWideName = "systemWide";
 
     std::map<std::string, SimulatedElement, std::less<>> named;
-    /// By the name of the journal, "812/3"; the value is the name in the file.
+    /// Names in the file, by names in the journal ("812/3").
     std::map<std::string, std::string, std::less<>> namesByJournal;
-    /// Those that behave as text areas, in the order of the file.
+    /// The text areas, in the order of the file.
     std::vector<SimulatedTextElement> texts;
-    /// All of the file, whether or not they run.
+    /// All applications of the file, running or not.
     std::map<ProcessIdentifier, StagedApplication> applications;
-    /// Ends first, as its applications may still act then.
+    /// Last, so that it is destroyed first: its applications may still act then.
     SimulatedDesktop desktop;
 };
 
-/// The element's name in the journal, "812/3".
+/// Returns the element's name in the journal, "812/3".
 [[nodiscard]] std::string journalNameOf(const SimulatedElement& element);
 
 }  // namespace lomaris::simulator

@@ -9,8 +9,8 @@
 
 namespace lomaris::simulator {
 
-/// The streams of a tool that runs on a simulated desktop: what a signal has ended writes nothing more, and one that
-/// was told to end writes only what went wrong. Both must outlive this.
+/// The standard streams of a tool on a simulated desktop. After a signal has ended the tool, it writes nothing; after a
+/// signal has told it to end, it writes only errors. Both references must outlive this object.
 class ToolStreams final : public StandardStreams {
 public:
     ToolStreams(StandardStreams& streams, SimulatedDesktop& desktop) : streams_(streams), desktop_(desktop) {}

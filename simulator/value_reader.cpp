@@ -34,7 +34,7 @@ constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
 
 constexpr std::array<std::string_view, 7> answerKeys{"element", "application", "elements", "range",
                                                      "kind",    "error",       "inTurn"};
-/// An answer inside of "inTurn".
+/// The keys of a result inside "inTurn".
 constexpr std::span<const std::string_view> singleAnswerKeys(answerKeys.data(), 6);
 constexpr std::span<const std::string_view> valueKeys(answerKeys.data(), 5);
 
@@ -82,7 +82,7 @@ AttributeAnswer readAnswer(const JsonNode& node, const Stage& stage) {
 constexpr std::array<std::string_view, 3> contentsKeys{"text", "base64", "promised"};
 constexpr std::span<const std::string_view> bytesKeys(contentsKeys.data(), 2);
 
-/// Bytes that may stand in these forms besides: "null, ".
+/// Reads bytes. In the error message, `otherForms` precedes the expected forms: "null, ".
 Bytes readBytesOr(std::string_view otherForms, const JsonNode& node) {
     if (node.value().is_string()) {
         return node.string();

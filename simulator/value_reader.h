@@ -10,46 +10,46 @@
 #include <string_view>
 #include <vector>
 
-/// Values of attributes, error codes, and items of the pasteboard, as a desktop file writes them.
+/// Readers of attribute values, error codes and pasteboard items of a desktop file.
 namespace lomaris::simulator {
 
-/// The name of a code ("cannotComplete") or its number.
+/// Reads an error code: its name ("cannotComplete") or its number.
 [[nodiscard]] AXError readErrorCode(const JsonNode& node);
 
-/// "an integer of 32 bits or one of: success, failure, ...".
+/// Describes the accepted error codes: "an integer of 32 bits or one of: success, failure, ...".
 [[nodiscard]] std::string errorCodeForms();
 
-/// An application by its process identifier; it must be one of the file. `otherForms` is what the complaint names
-/// before it: "null or ".
+/// Reads the process identifier of an application of the file. In the error message, `otherForms` precedes the expected
+/// form: "null or ".
 [[nodiscard]] const StagedApplication& readApplication(const JsonNode& node, const Stage& stage,
                                                        std::string_view otherForms = "");
 
-/// An element by its name; it must stand on the stage already.
+/// Reads the name of an element that is already on the stage.
 [[nodiscard]] SimulatedElement readElement(const JsonNode& node, const Stage& stage);
 
-/// The same, or the root of an application: {"application": 812}.
+/// As `readElement`, or the root of an application: {"application": 812}.
 [[nodiscard]] SimulatedElement readElementOrRoot(const JsonNode& node, const Stage& stage);
 
-/// An element by its name that is a text area.
+/// Reads the name of an element that is a text area.
 [[nodiscard]] SimulatedTextElement readTextElement(const JsonNode& node, const Stage& stage);
 
-/// Seconds, or "forever" (nullopt).
+/// Reads a number of seconds, or "forever" (nullopt).
 [[nodiscard]] std::optional<Duration> readDurationOrForever(const JsonNode& node);
 
-/// Two numbers, position and length.
+/// Reads a range: two numbers, position and length.
 [[nodiscard]] TextRange readRange(const JsonNode& node);
 
 [[nodiscard]] AttributeValue readValue(const JsonNode& node, const Stage& stage);
 
-/// One answer, or the list under "inTurn", which is not empty.
+/// Reads one result of copying an attribute, or the list under "inTurn", which must not be empty.
 [[nodiscard]] std::vector<AttributeAnswer> readAnswers(const JsonNode& node, const Stage& stage);
 
 [[nodiscard]] Bytes readBytes(const JsonNode& node);
 
-/// The name of a type, which is not empty.
+/// Reads the name of a pasteboard type, which must not be empty.
 [[nodiscard]] PasteboardType readType(const JsonNode& node);
 
-/// Items of another program.
+/// Reads the pasteboard items of another program.
 [[nodiscard]] std::vector<CopiedItem> readPasteboardItems(const JsonNode& node);
 
 }  // namespace lomaris::simulator
