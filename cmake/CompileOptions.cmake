@@ -1,16 +1,17 @@
-# Warnings, hardening and instruments of every target of this project, attached through lomaris_add_library and friends.
+# Warnings, hardening and instrumentation of all targets of this project, which lomaris_add_library and similar
+# functions attach.
 
 add_library(lomaris_options INTERFACE)
 target_include_directories(lomaris_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(lomaris_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
   -Woverloaded-virtual -Werror
-  # So that the linker can leave out what no program calls.
+  # Lets the linker omit unused functions and data.
   -ffunction-sections -fdata-sections
-  # False alarms of g++ 12 over moved variants and over strings that are appended to; the sanitizers watch instead.
+  # False positives of g++ 12 for moved variants and for string appends; the sanitizers check these instead.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
-# What a program must be linked with that is made of these objects; that of a host of an installed copy, too.
+# Link options that a program with these objects needs, including a host that links the installed library.
 set(LOMARIS_INSTRUMENTS "")
 if(LOMARIS_SANITIZE)
   list(APPEND LOMARIS_INSTRUMENTS -fsanitize=${LOMARIS_SANITIZE})
@@ -27,8 +28,8 @@ if(LOMARIS_FUZZ)
 endif()
 include(cmake/Hardening.cmake)
 
-# lomaris_small_program(name): for a program that may live for milliseconds: it has no time to load what nothing in it
-# calls, or the C++ runtime from elsewhere.
+# lomaris_small_program(name): reduces the start-up time of a program that may run for only milliseconds. Links the C++
+# runtime statically, and only what the program uses.
 function(lomaris_small_program name)
   if(LOMARIS_SANITIZE)
     return()
@@ -41,8 +42,8 @@ function(lomaris_small_program name)
   endif()
 endfunction()
 
-# lomaris_add_library(name source...): a static library of this project. Its options are not those of programs that link
-# an installed copy.
+# lomaris_add_library(name source...): adds a static library of this project. Programs that link an installed copy do
+# not inherit its options.
 function(lomaris_add_library name)
   add_library(${name} STATIC ${ARGN})
   target_link_libraries(${name} PUBLIC $<BUILD_INTERFACE:lomaris_options>)

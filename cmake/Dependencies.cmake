@@ -3,7 +3,7 @@
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 
-# Unicode tables: normalisation and grapheme breaks.
+# Unicode tables: normalization and grapheme breaks.
 list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR})
 find_package(Utf8proc REQUIRED)
 

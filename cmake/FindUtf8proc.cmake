@@ -1,5 +1,5 @@
-# Finds utf8proc, the Unicode tables, for this project and for hosts that link its library: Utf8proc::Utf8proc. The
-# archive goes before the shared library, so that a tool that lives for milliseconds starts without looking for it.
+# Finds utf8proc (Unicode tables) as Utf8proc::Utf8proc, for this project and for hosts that link its library. Prefers
+# the static library, so that the tool starts without loading a shared one.
 
 find_package(PkgConfig QUIET)
 if(PkgConfig_FOUND)

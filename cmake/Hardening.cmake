@@ -1,6 +1,5 @@
-# What makes an error in the code harder to turn against the user: position independence, a stack that is guarded and not
-# executable, tables that are read-only once the program is loaded, and checked calls of the C library. Sanitizers look
-# closer and want to see the plain calls.
+# Options that make bugs harder to exploit: position-independent code, stack protection, a non-executable stack,
+# read-only relocations and checked calls of the C library. The sanitizers need the unchecked calls.
 
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
@@ -8,10 +7,10 @@ include(CheckLinkerFlag)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 
-# lomaris_compile_option(flag): for every target, where the compiler has it.
+# lomaris_compile_option(flag): adds the flag to all targets if the compiler supports it.
 function(lomaris_compile_option flag)
   string(MAKE_C_IDENTIFIER "LOMARIS_COMPILES${flag}" has)
-  # A flag of another processor is only warned of.
+  # For a flag of another processor the compiler only warns.
   set(CMAKE_REQUIRED_FLAGS -Werror)
   check_cxx_compiler_flag(${flag} ${has})
   if(${has})
@@ -19,7 +18,7 @@ function(lomaris_compile_option flag)
   endif()
 endfunction()
 
-# lomaris_link_option(flag): for every program, where the linker has it.
+# lomaris_link_option(flag): adds the flag to all programs if the linker supports it.
 function(lomaris_link_option flag)
   string(MAKE_C_IDENTIFIER "LOMARIS_LINKS${flag}" has)
   check_linker_flag(CXX ${flag} ${has})
@@ -31,10 +30,10 @@ endfunction()
 lomaris_compile_option(-fstack-protector-strong)
 lomaris_compile_option(-fstack-clash-protection)
 if(NOT APPLE)
-  # Each kind of processor has one of these. Apple's protects branches for programs of the system alone.
+  # Each processor architecture supports at most one of these. Apple's compiler uses its own for system programs only.
   lomaris_compile_option(-fcf-protection)
   lomaris_compile_option(-mbranch-protection=standard)
-  # macOS has no such options: there, all of it is always so.
+  # Not available on macOS, where all of it is always on.
   foreach(keyword IN ITEMS relro now noexecstack)
     lomaris_link_option(-Wl,-z,${keyword})
   endforeach()
@@ -51,7 +50,7 @@ if(NOT LOMARIS_SANITIZE)
   else()
     set(fortify 2)
   endif()
-  # The C library checks only what the optimiser has looked at, and says so aloud otherwise.
+  # _FORTIFY_SOURCE requires optimization; without it, the C library prints a warning.
   set(optimised $<NOT:$<CONFIG:Debug>>)
   target_compile_options(lomaris_options INTERFACE
     $<${optimised}:-U_FORTIFY_SOURCE> $<${optimised}:-D_FORTIFY_SOURCE=${fortify}>)

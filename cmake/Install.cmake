@@ -1,4 +1,4 @@
-# What `cmake --install` puts in place: the tool, and the library with its headers and its CMake package.
+# Installs the tool, and the library with its headers and its CMake package.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -7,7 +7,7 @@ set(LOMARIS_HEADER_DIR ${CMAKE_INSTALL_INCLUDEDIR}/lomaris-macos-bridge)
 set(LOMARIS_KEEPER_INSTALL_DIR ${CMAKE_INSTALL_LIBEXECDIR}/lomaris-macos-bridge)
 set(LOMARIS_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/LomarisMacOSAccessibility)
 
-# lomaris_export(target name): the target becomes Lomaris::name to those who find the package.
+# lomaris_export(target name): exports the target as Lomaris::name in the package.
 function(lomaris_export target name)
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
   target_compile_features(${target} INTERFACE cxx_std_20)
@@ -15,7 +15,7 @@ function(lomaris_export target name)
   install(TARGETS ${target} EXPORT LomarisMacOSAccessibilityTargets)
 endfunction()
 
-# Hosts link the first one; the others are what it stands on.
+# Hosts link the first one, which depends on the others.
 lomaris_export(lomaris_accessibility Accessibility)
 lomaris_export(lomaris_platform Platform)
 lomaris_export(lomaris_native_platform NativePlatform)
@@ -24,7 +24,7 @@ lomaris_export(lomaris_posix Posix)
 lomaris_export(lomaris_text Text)
 install(EXPORT LomarisMacOSAccessibilityTargets NAMESPACE Lomaris:: DESTINATION ${LOMARIS_PACKAGE_DIR})
 
-# Where hosts find the program that keeps the clipboard for them; only Linux has one.
+# The path of the program that keeps the clipboard for hosts; only Linux has one.
 set(LOMARIS_PACKAGE_KEEPER "")
 if(TARGET lomaris-clipboard-keeper)
   set(LOMARIS_PACKAGE_KEEPER ${LOMARIS_KEEPER_INSTALL_DIR}/lomaris-clipboard-keeper)
@@ -46,7 +46,7 @@ install(FILES
   cmake/FindUtf8proc.cmake
   DESTINATION ${LOMARIS_PACKAGE_DIR})
 
-# The headers that hosts include; what these include is found when they are installed.
+# The headers that hosts include. InstallHeaders.cmake finds the headers that these include.
 set(LOMARIS_HOST_HEADERS
   accessibility/model/bridge_error.h
   accessibility/model/capture_trace.h

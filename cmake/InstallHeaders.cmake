@@ -1,5 +1,5 @@
-# Installs LOMARIS_HOST_HEADERS of LOMARIS_SOURCE_DIR and every header of the project that these include, directly or
-# not, into LOMARIS_HEADER_DIR, each in the folder that it has in the source.
+# Installs LOMARIS_HOST_HEADERS of LOMARIS_SOURCE_DIR, and all headers of the project that they include directly or
+# indirectly, to LOMARIS_HEADER_DIR, with the directory structure of the source.
 
 cmake_policy(VERSION 3.22)
 

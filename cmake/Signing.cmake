@@ -1,5 +1,5 @@
-# Code signatures on macOS. A permission that the user gives belongs to whatever the signature says the program is: with
-# a certificate that is the identifier and the certificate, which outlive a rebuild; without one, this very build.
+# Code signing on macOS. The system ties a permission to the code signature. With a certificate, that is the identifier
+# and the certificate, so the permission survives a rebuild; without one, it is lost with each build.
 
 set(LOMARIS_SIGNING_IDENTITY "$ENV{LOMARIS_SIGNING_IDENTITY}" CACHE STRING
     "Certificate to sign the tool with, as codesign takes it; empty for a signature without one")
