@@ -34,9 +34,10 @@ bool isExpectedInFront(const RunningApplication& application, const GuardedRepla
            sameIdentifier(application.bundleIdentifier, request.expectedBundleIdentifier);
 }
 
-/// True if the selection is still in the expected place, as far as can be determined: the ranges are equal, or, without
-/// ranges to compare, there was no user input. If no range is expected and the selection had to be copied, neither can
-/// be checked, because the copy itself changes the input counters.
+/// True if the selection is still in the expected place, as far as can be determined. If both ranges are known, they
+/// must be equal; otherwise there must have been no user input. If neither is known and the replacement has to be
+/// pasted, that is not required either: the selection was usually copied, and the copy itself changes the input
+/// counters.
 bool standsAsExpected(const SelectionSnapshot& current, const GuardedReplacementRequest& request,
                       bool activityIsUnchanged) {
     const auto& range = current.payload.selectedRange;

@@ -34,9 +34,9 @@ public:
     void replaceSelection(const SelectionSnapshot& snapshot, TextView replacement, const ReplacementOptions& options);
 
     /// Replaces the selection of the front application only if it is the one that `request` expects: the same
-    /// application, the same text and the same range. Without ranges to compare, there must have been no user input. If
-    /// no range is expected and the selection has to be copied, only application and text are compared. Reads the
-    /// selection again with `options`.
+    /// application, the same text and the same range. If one of the ranges is unknown, there must have been no user
+    /// input instead. If both are unknown and the replacement has to be pasted, only application and text are compared.
+    /// Reads the selection again with `options`.
     ///
     /// Throws `selectionChanged` for every refusal, with nothing written and the reason in the guard trace; otherwise
     /// the errors of `replaceSelection`, whose own check before the write does not record a reason.

@@ -15,11 +15,10 @@ struct GuardedReplacementRequest {
     ProcessIdentifier expectedProcessIdentifier = 0;
     /// The bundle identifier that the selection must still report. If absent, it must report none.
     std::optional<Text> expectedBundleIdentifier;
-    /// The range that the selection must still have, in UTF-16 units. If absent, the input activity is compared
-    /// instead, or only the text if the selection has to be copied.
+    /// The range that the selection must still have, in UTF-16 units. If this or the current range is absent, there
+    /// must have been no input instead. If both are absent and the replacement has to be pasted, neither is compared.
     std::optional<SelectionRangePayload> expectedSelectedRange;
-    /// The counters at the time of the earlier read. Any input after them refuses the replacement if no range is
-    /// compared.
+    /// The counters after which there must have been no input: those of the earlier read, or sampled later.
     InputActivitySnapshot expectedInputActivity;
     /// The text to write.
     Text replacementText;
