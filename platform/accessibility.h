@@ -13,10 +13,11 @@
 
 namespace lomaris {
 
-/// Process identifier of an application, as the platform gives it.
+/// Process identifier of an application, as the platform reports it.
 using ProcessIdentifier = std::int32_t;
 
-/// What a copy of one attribute answered. A success code may come with a `NullValue`; an error code always does.
+/// The result of copying one attribute. With an error code `value` is always `NullValue`; with a success code it may
+/// be.
 struct AttributeAnswer {
     AXError error = AXError::success;
     AttributeValue value = NullValue{};
@@ -24,14 +25,14 @@ struct AttributeAnswer {
     friend bool operator==(const AttributeAnswer&, const AttributeAnswer&) = default;
 };
 
-/// What a copy of one attribute, taken as an element, answered. A success code may come without an element (the value
-/// was null); an error code always does.
+/// The result of copying one attribute as an element. With an error code `element` is always absent; with a success
+/// code it is absent if the attribute's value is null.
 struct ElementAnswer {
     AXError error = AXError::success;
     std::optional<Element> element;
 };
 
-/// Whether an attribute can be set. `settable` means something only beside a success code.
+/// Whether an attribute can be set. `settable` is meaningful only with a success code.
 struct SettableAnswer {
     AXError error = AXError::success;
     bool settable = false;
@@ -44,9 +45,9 @@ enum class TrustPrompt { none, ask };
 
 /// The accessibility service of the platform: elements of other processes, their attributes and actions.
 ///
-/// Every operation on an element may cross into another process and block until that process answers or a deadline of
-/// the platform passes; what failed is said by an `AXError`, never by an exception. Attribute and action names are the
-/// platform's own ("AXSelectedText", "AXRaise"), ASCII. All operations are called on the main thread.
+/// An operation on an element may send a request to another process and block until it replies or the platform's
+/// timeout expires. Operations report failures as an `AXError` and never throw. Attribute and action names are the
+/// platform's own ("AXSelectedText", "AXRaise"), in ASCII. Main thread only.
 class Accessibility {
 public:
     Accessibility() = default;
@@ -54,51 +55,51 @@ public:
     Accessibility& operator=(const Accessibility&) = delete;
     virtual ~Accessibility() = default;
 
-    /// Whether this process may use accessibility. With `TrustPrompt::ask` the system asks the user where it may not;
-    /// the answer is the state before the user decides. Never fails: where nothing can be asked, the answer is no.
+    /// True if this process may use accessibility; false if the platform cannot tell. With `TrustPrompt::ask` the
+    /// system also shows its permission prompt if the permission is missing; the result is the state before the user
+    /// decides. Never fails.
     [[nodiscard]] virtual bool isProcessTrusted(TrustPrompt prompt) = 0;
 
-    /// The root element of the application with this process identifier. Never fails, not even for a process that does
-    /// not exist: operations on the element then answer an error. The caller owns the result.
+    /// The root element of the application with this process identifier. Never fails: if no such process exists,
+    /// operations on the element return an error. The caller owns the result.
     [[nodiscard]] virtual Element applicationElement(ProcessIdentifier processIdentifier) = 0;
 
-    /// The element that stands for the whole system, whose focused element is that of the application in front. Never
-    /// fails. The caller owns the result.
+    /// The system-wide element, whose focused element is that of the frontmost application. Never fails. The caller
+    /// owns the result.
     [[nodiscard]] virtual Element systemWideElement() = 0;
 
-    /// Copies one attribute. The value is the caller's; texts come in UTF-16 units and may hold half a surrogate pair.
+    /// Copies one attribute. Texts are in UTF-16 units and may contain half a surrogate pair.
     [[nodiscard]] virtual AttributeAnswer copyAttribute(const Element& element, std::string_view attribute) = 0;
 
-    /// Copies one attribute whose value the caller takes as an element without looking at its kind: whatever stands
-    /// there comes back as an element, and a value that is none answers errors when it is used as one. The element is
-    /// the caller's.
+    /// Copies one attribute as an element, without checking the kind of its value. If the value is no element,
+    /// operations on the result return errors. The caller owns the element.
     [[nodiscard]] virtual ElementAnswer copyElementAttribute(const Element& element, std::string_view attribute) = 0;
 
-    /// Copies several attributes of several elements: `result[i][j]` is what copying `attributes[j]` of `elements[i]`
-    /// alone would have answered, error code included. It exists because each crossing into another process costs;
-    /// nothing is promised about the order of the copies. The values are the caller's.
+    /// Copies several attributes of several elements. `result[i][j]` equals the result of `copyAttribute(elements[i],
+    /// attributes[j])`, including the error code. Exists to save requests to other processes; the order of the copies
+    /// is unspecified.
     [[nodiscard]] virtual std::vector<std::vector<AttributeAnswer>> copyAttributes(
         std::span<const Element> elements, std::span<const std::string_view> attributes) = 0;
 
-    /// Sets one attribute and answers the result code. A success code means that the platform saw the write arrive as
-    /// far as it can tell. `value` stays the caller's.
+    /// Sets one attribute and returns the result code. A success code means that the write arrived, as far as the
+    /// platform can tell.
     [[nodiscard]] virtual AXError setAttribute(const Element& element, std::string_view attribute,
                                                const AttributeValue& value) = 0;
 
-    /// Whether one attribute of one element can be set.
+    /// Returns whether one attribute of one element can be set.
     [[nodiscard]] virtual SettableAnswer isAttributeSettable(const Element& element, std::string_view attribute) = 0;
 
-    /// `isAttributeSettable` for several elements at once, answer by answer the same.
+    /// Calls `isAttributeSettable` for several elements at once; one result for each element, in their order.
     [[nodiscard]] virtual std::vector<SettableAnswer> areAttributesSettable(std::span<const Element> elements,
                                                                             std::string_view attribute) = 0;
 
-    /// Performs an action and answers its result code.
+    /// Performs an action and returns the result code.
     [[nodiscard]] virtual AXError performAction(const Element& element, std::string_view action) = 0;
 
-    /// The process that owns the element, or nothing where asking failed.
+    /// The process that owns the element; nullopt if it cannot be determined.
     [[nodiscard]] virtual std::optional<ProcessIdentifier> processIdentifier(const Element& element) = 0;
 
-    /// Whether `text` contains `word`, regardless of letter case, under the user's locale. Pure; never fails.
+    /// True if `text` contains `word`, ignoring case by the rules of the user's locale. Never fails; sends no request.
     [[nodiscard]] virtual bool containsIgnoringCase(TextView text, TextView word) = 0;
 };
 

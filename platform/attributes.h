@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-/// Names of the accessibility attributes and actions that the logic uses, as the platform spells them.
+/// Names of the accessibility attributes and actions that this project uses, as the platform spells them.
 namespace lomaris::attribute {
 
 inline constexpr std::string_view children = "AXChildren";

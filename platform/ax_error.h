@@ -4,8 +4,8 @@
 
 namespace lomaris {
 
-/// Result code of an accessibility operation, a signed 32-bit integer. The named codes are the ones that the logic and
-/// the platforms use; a platform may hand on any other value, and messages show whatever it was.
+/// Result code of an accessibility operation, a signed 32-bit integer. The named codes are the ones that this project
+/// uses or returns itself; a platform may return any other value, which messages show unchanged.
 enum class AXError : std::int32_t {
     success = 0,
     failure = -25200,
@@ -19,7 +19,7 @@ enum class AXError : std::int32_t {
     noValue = -25212,
 };
 
-/// The code as the number that messages, traces and records show.
+/// The numeric code, as messages, traces and records show it.
 [[nodiscard]] constexpr std::int32_t codeOf(AXError error) { return static_cast<std::int32_t>(error); }
 
 }  // namespace lomaris

@@ -5,8 +5,8 @@
 
 namespace lomaris {
 
-/// What a platform keeps behind an `Element`. Immutable after construction, so that elements may be copied and compared
-/// on any thread; only the services of the platform that made it look inside.
+/// The platform's data behind an `Element`. Immutable after construction, so elements may be copied and compared on any
+/// thread. Only the services of the platform that created it access the data.
 class ElementReference {
 public:
     ElementReference() = default;
@@ -14,14 +14,15 @@ public:
     ElementReference& operator=(const ElementReference&) = delete;
     virtual ~ElementReference() = default;
 
-    /// The platform's own equality: whether both denote the same element of the same process. `other` comes from the
-    /// same platform.
+    /// True if both denote the same element of the same process, by the platform's own equality. `other` must be from
+    /// the same platform.
     [[nodiscard]] virtual bool isSameElement(const ElementReference& other) const = 0;
 };
 
-/// One accessibility element of another process, as a value: copying retains, the last copy releases, equality is the
-/// platform's. Holding an element does not keep the thing itself alive; operations on an element whose application is
-/// gone answer an error code. Elements come from the `Accessibility` service and must not outlive its `Platform`.
+/// One accessibility element of another process, as a value: copying retains the reference, destroying the last copy
+/// releases it, and equality is the platform's. It does not keep the user interface object alive; operations on an
+/// element whose application has ended return an error code. Obtained from the `Accessibility` service; must not
+/// outlive its `Platform`.
 class Element {
 public:
     /// `reference` must not be null.

@@ -4,8 +4,7 @@
 
 namespace lomaris {
 
-/// The hold of a platform that has no pasteboard, or cannot reach it: nothing to exclude others from, nothing to
-/// restore.
+/// A hold that does nothing, for a platform that has no pasteboard or cannot reach it.
 class InertPasteboardHold final : public PasteboardHold {
 public:
     void protect(const std::vector<PasteboardItemContents>& /*saved*/) override {}

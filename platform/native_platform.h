@@ -7,22 +7,23 @@
 
 namespace lomaris {
 
-/// Whose process the platform lives in.
+/// The kind of process that uses the platform.
 enum class ProcessRole {
-    /// A program that embeds the library. Signals are its own; it must ignore SIGPIPE, as connections may be closed by
-    /// their other end.
+    /// A program that embeds the library. It handles signals itself, and must ignore SIGPIPE because a peer may close a
+    /// connection at any time.
     host,
-    /// The tool: once the pasteboard is in use, a signal that asks the process to end is put off until the pasteboard
-    /// is in order.
+    /// The command-line tool. The platform catches termination signals from the first `Scheduling::onTermination` on,
+    /// so that the clipboard is restored before the process ends.
     tool,
 };
 
-/// The platform that this build runs on; the build chooses the implementation. Cheap: it connects to nothing and loads
-/// nothing until a service is used. The caller owns the result. Main thread.
+/// Creates the platform that this build was made for. Cheap: it loads no library and opens no connection before the
+/// first use of a service. The caller owns the result. Main thread.
 ///
-/// `clipboardKeeper`: the path of the program that restores the clipboard if a host dies in the middle of an operation,
-/// and serves the clipboard after its end; on Linux, for hosts. If it is empty, the program is looked for beside that
-/// of the host, then where this build installs it. Without the program both are left undone.
+/// `clipboardKeeper` is the path of the keeper program, which continues to serve the clipboard after the host has
+/// ended, and restores the user's clipboard if the host dies during an operation. Only hosts on Linux use it. If it is
+/// empty, the platform looks for the program beside the host's executable, then at the path where this build installs
+/// it. If there is no such program, both services are missing.
 [[nodiscard]] std::unique_ptr<Platform> nativePlatform(ProcessRole role = ProcessRole::host,
                                                        const std::string& clipboardKeeper = {});
 

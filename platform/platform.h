@@ -8,9 +8,8 @@
 
 namespace lomaris {
 
-/// Everything the tool knows of the world outside of its process: five services, passed by reference from the
-/// composition root to whoever needs them. The services live as long as the platform. A platform connects to nothing
-/// before the first use of a service.
+/// The desktop that the tool works on, as five services. Passed by reference from the composition root to the code that
+/// needs it. The services exist as long as the platform. No connection is opened before the first use of a service.
 class Platform {
 public:
     Platform() = default;

@@ -6,7 +6,7 @@
 
 namespace lomaris {
 
-/// Standard input, output and error of the process. Main thread; never throws, apart from running out of memory.
+/// Standard input, output and error of the process. Main thread only; throws only if memory runs out.
 class StandardStreams {
 public:
     StandardStreams() = default;
@@ -14,14 +14,14 @@ public:
     StandardStreams& operator=(const StandardStreams&) = delete;
     virtual ~StandardStreams() = default;
 
-    /// Everything on standard input up to its end, or nothing where it cannot be read. Blocks until the writer closes
-    /// its side. The result is the caller's.
+    /// All of standard input up to its end; nullopt if it cannot be read. Blocks until the writer closes its end.
     [[nodiscard]] virtual std::optional<std::string> readInput() = 0;
 
-    /// Writes all of `bytes` to standard output; answers whether all of them went out.
+    /// Writes all of `bytes` to standard output; true if all of them were written.
     [[nodiscard]] virtual bool writeOutput(std::string_view bytes) = 0;
 
-    /// Writes `bytes` to standard error in one write; where that fails there is nobody left to tell.
+    /// Writes `bytes` to standard error in one write. Failures are ignored, because there is no other stream to report
+    /// them on.
     virtual void writeError(std::string_view bytes) = 0;
 };
 

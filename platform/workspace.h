@@ -7,19 +7,18 @@
 
 namespace lomaris {
 
-/// What the platform says of a running application at the moment of asking. A plain value; it does not follow the
-/// application afterwards.
+/// A running application at the time of the call. A plain value that does not follow later changes.
 struct RunningApplication {
     ProcessIdentifier processIdentifier = 0;
-    /// Reverse-DNS identifier ("org.mozilla.firefox"), absent where the application has none.
+    /// Reverse-DNS identifier ("org.mozilla.firefox"); absent if the application has none.
     std::optional<Text> bundleIdentifier;
-    /// Name for people, in the user's language, absent where the application has none. May be present and empty.
+    /// Display name in the user's language; absent if the application has none. May be present and empty.
     std::optional<Text> localizedName;
 
     friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };
 
-/// The applications of the user's session. Called on the main thread; never throws.
+/// The applications of the user's session. Main thread only; never throws.
 class Workspace {
 public:
     Workspace() = default;
@@ -27,12 +26,10 @@ public:
     Workspace& operator=(const Workspace&) = delete;
     virtual ~Workspace() = default;
 
-    /// The application in front, asked afresh on each call, or nothing where none is or it cannot be told. The result
-    /// is the caller's.
+    /// The frontmost application, determined anew on each call; nullopt if there is none or it cannot be determined.
     [[nodiscard]] virtual std::optional<RunningApplication> frontmostApplication() = 0;
 
-    /// The running application with this process identifier, or nothing where there is none. The result is the
-    /// caller's.
+    /// The running application with this process identifier; nullopt if there is none.
     [[nodiscard]] virtual std::optional<RunningApplication> runningApplication(ProcessIdentifier processIdentifier) = 0;
 };
 
