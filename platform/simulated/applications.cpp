@@ -21,7 +21,7 @@ ProcessState& Applications::add(RunningApplication application) {
         abortScenario("an application with this process identifier runs already");
     }
     ProcessState*& latest = latest_[processIdentifier];
-    // Numbers go on where an earlier process of this identifier stopped, so that an element is named once.
+    // Numbers continue after those of an earlier process with this identifier, so that each name denotes one element.
     const std::uint32_t firstNumber = latest == nullptr ? 1 : latest->nextNumber;
     latest = &processes_.emplace_back(std::move(application), firstNumber);
     return *latest;

@@ -13,7 +13,7 @@
 
 namespace lomaris::simulated {
 
-/// One run of an application, kept after it quit so that its elements can still be asked.
+/// One run of an application. Kept after the application quit, so that operations on its elements can return errors.
 struct ProcessState {
     ProcessState(RunningApplication identity, std::uint32_t firstNumber)
         : application(std::move(identity)),
@@ -32,12 +32,13 @@ struct ProcessState {
     Life life = Life::runs;
     bool isHung = false;
 
-    /// Null where nothing is scripted for the stroke.
+    /// Null if nothing is scripted for the key stroke.
     [[nodiscard]] KeyReactions* find(KeyStroke keyStroke);
     [[nodiscard]] bool isRunning() const { return life == Life::runs; }
 };
 
-/// Whether the application can do anything. Null stands for what belongs to no application and is always there.
+/// True if the application runs and does not hang. Also true for null: elements without an application are always
+/// available.
 [[nodiscard]] bool isAlive(const ProcessState* process);
 
 /// The applications of the desktop and their elements.
@@ -47,17 +48,17 @@ public:
 
     ProcessState& add(RunningApplication application);
     void quit(ProcessIdentifier processIdentifier);
-    /// A running application has not begun to run yet.
+    /// Makes a running application one that has not started yet.
     void holdBack(ProcessIdentifier processIdentifier);
-    /// Starts an application that is held back; nothing happens to another one.
+    /// Starts an application that is held back; does nothing for any other.
     void start(ProcessIdentifier processIdentifier);
     void bringToFront(ProcessIdentifier processIdentifier);
     void leaveNothingInFront() { front_.reset(); }
 
     [[nodiscard]] std::optional<ProcessIdentifier> front() const { return front_; }
-    /// Null where no such application runs.
+    /// Null if no such application runs.
     [[nodiscard]] ProcessState* find(ProcessIdentifier processIdentifier);
-    /// The running application with this process identifier; the scenario is wrong where there is none.
+    /// The running application with this process identifier. Aborts the scenario if there is none.
     [[nodiscard]] ProcessState& get(ProcessIdentifier processIdentifier);
 
     ElementState& addElement(ProcessIdentifier processIdentifier);

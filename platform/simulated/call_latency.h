@@ -11,19 +11,19 @@
 
 namespace lomaris::simulated {
 
-/// The virtual time that boundary calls take before they have an effect and an answer. A call is named as in the
+/// The virtual time that each boundary call takes before it has an effect and returns. Calls are named as in the
 /// journal.
 class CallLatency {
 public:
     CallLatency(Scheduler& scheduler, ThisProcess& process) : scheduler_(scheduler), process_(process) {}
 
-    /// For each call that crosses into an application, unless it has a latency of its own.
+    /// Sets the latency of each call that sends a request to an application, unless the call has a latency of its own.
     void setOfCrossing(Duration latency) { crossing_ = latency; }
     void setOf(std::string_view call, Duration latency) { own_.insert_or_assign(std::string(call), latency); }
 
-    /// To be passed by a call that crosses into an application. May throw, as waits do.
+    /// Must be called by each boundary call that sends a request to an application. May throw, as waits do.
     void passCrossing(std::string_view call) { passOwnOr(call, crossing_); }
-    /// To be passed by any other call. May throw, as waits do.
+    /// Must be called by every other boundary call. May throw, as waits do.
     void pass(std::string_view call) { passOwnOr(call, Duration::zero()); }
 
 private:

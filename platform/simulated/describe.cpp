@@ -61,7 +61,7 @@ void appendInteger(std::string& line, std::int64_t number) {
 }
 
 void appendSeconds(std::string& line, Duration duration) {
-    // Split first: the smallest duration has no positive counterpart, its parts do.
+    // Split before negating: the smallest duration has no positive counterpart, its parts do.
     const std::int64_t seconds = duration.count() / nanosecondsPerSecond;
     const std::int64_t nanoseconds = duration.count() % nanosecondsPerSecond;
     if (duration < Duration::zero()) {

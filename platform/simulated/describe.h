@@ -11,10 +11,10 @@
 #include <string>
 #include <string_view>
 
-/// How the journal writes what goes over the boundary. Everything is appended to a line.
+/// Formats arguments and results of boundary calls for the journal. Every function appends to a line.
 namespace lomaris::simulated {
 
-/// Whole seconds, a point and nine decimals.
+/// Seconds with nine decimals.
 void appendSeconds(std::string& line, Duration duration);
 void appendInteger(std::string& line, std::int64_t number);
 void appendBoolean(std::string& line, bool value);
@@ -22,7 +22,7 @@ void appendBoolean(std::string& line, bool value);
 void appendQuoted(std::string& line, std::string_view utf8);
 void appendQuoted(std::string& line, TextView text);
 
-/// "812" for the root of an application, "812/3" for its third element, "system-wide", "no element".
+/// "812" for the root of an application, "812/3" for its third element, "system-wide", or "no element".
 void appendElement(std::string& line, const Element& element);
 void appendValue(std::string& line, const AttributeValue& value);
 void appendAnswer(std::string& line, const AttributeAnswer& answer);
@@ -35,7 +35,7 @@ void appendError(std::string& line, AXError error);
 void appendApplication(std::string& line, const std::optional<RunningApplication>& application);
 void appendBytes(std::string& line, const std::optional<Bytes>& bytes);
 
-/// A list in brackets; `appendOne(line, member)` writes its members.
+/// A list in brackets; `appendOne(line, member)` appends one member.
 template <typename List, typename AppendOne>
 void appendList(std::string& line, const List& list, AppendOne appendOne) {
     line += '[';

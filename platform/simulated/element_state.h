@@ -20,8 +20,8 @@ struct ProcessState;
 
 enum class ReferenceKind { systemWide, root, member, noElement };
 
-/// What stands behind an `Element` of the simulated desktop. The root of an application is named by its process alone,
-/// so that it can be asked for before the application runs and after it quit.
+/// The simulated desktop's data behind an `Element`. A root element is identified by its process alone, so it exists
+/// before the application runs and after it quit.
 class SimulatedReference final : public ElementReference {
 public:
     SimulatedReference(ReferenceKind kind, ProcessIdentifier process, std::uint32_t number, ElementState* state)
@@ -29,9 +29,9 @@ public:
 
     [[nodiscard]] ReferenceKind kind() const { return kind_; }
     [[nodiscard]] ProcessIdentifier process() const { return process_; }
-    /// Number of a member among the elements that ever were of its process, from 1; 0 for others.
+    /// Number of a member, from 1, among all elements that its process ever had; 0 for other kinds.
     [[nodiscard]] std::uint32_t number() const { return number_; }
-    /// The state of a member or of the system-wide element; null for others.
+    /// The state of a member or of the system-wide element; null for other kinds.
     [[nodiscard]] ElementState* state() const { return state_; }
 
     [[nodiscard]] bool isSameElement(const ElementReference& other) const override;
@@ -47,7 +47,7 @@ private:
 [[nodiscard]] Element makeElement(ReferenceKind kind, ProcessIdentifier process, std::uint32_t number,
                                   ElementState* state);
 
-/// The script of the sets of one attribute.
+/// How setting one attribute is scripted.
 struct SetScript {
     AXError answer = AXError::success;
     SetEffect effect = SetEffect::none;
@@ -57,7 +57,7 @@ struct SetScript {
 /// The script of one attribute.
 struct AttributeScript {
     std::string name;
-    /// Empty where reads are not scripted.
+    /// Empty if reads are not scripted.
     std::vector<AttributeAnswer> answers;
     std::size_t reads = 0;
     std::optional<SettableAnswer> settable;
@@ -71,7 +71,7 @@ struct ActionScript {
     ReactionsInTurn reactions;
 };
 
-/// What a text area holds. The selection lies inside of the text.
+/// Text and selection of a text area. The selection is inside the text.
 struct TextState {
     Text text;
     TextRange selection;
@@ -92,19 +92,19 @@ struct ElementState {
     std::optional<TextState> text;
     bool processIdentifierFails = false;
 
-    /// Null where nothing of the attribute is scripted.
+    /// Null if nothing is scripted for the attribute.
     [[nodiscard]] AttributeScript* find(std::string_view attribute);
     [[nodiscard]] AttributeScript& script(std::string_view attribute);
-    /// Null where the action is not scripted.
+    /// Null if the action is not scripted.
     [[nodiscard]] ActionScript* findAction(std::string_view action);
 
-    // What the element does; each read counts.
+    // What the boundary calls do. Each read counts for scripts with several results.
     [[nodiscard]] AttributeAnswer read(std::string_view attribute);
     [[nodiscard]] SettableAnswer isSettable(std::string_view attribute);
     [[nodiscard]] AXError set(std::string_view attribute, const AttributeValue& value);
 
 private:
-    /// Takes the value, as a text area does or to be read from then on.
+    /// Sets an attribute of the text of a text area; for any other attribute, makes later reads return the value.
     AXError write(AttributeScript* script, std::string_view attribute, const AttributeValue& value);
 };
 

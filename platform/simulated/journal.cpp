@@ -34,7 +34,7 @@ std::size_t Journal::begin(std::string_view call) {
 }
 
 void Journal::runActionsBeforeNextCall() {
-    // An action may make calls of its own, which moves the number of the call that comes next.
+    // An action may make calls itself, so the number of the next call may change.
     for (auto next = actions_.find(lines_.size() + 1); next != actions_.end();
          next = actions_.find(lines_.size() + 1)) {
         const std::function<void()> action = std::move(next->second);

@@ -12,17 +12,17 @@
 
 namespace lomaris::simulated {
 
-/// The list of boundary calls. Every call of a boundary operation passes `admits` first and then begins its line, which
-/// stands from then on; the call adds its arguments and its answer to it.
+/// The list of boundary calls. Every boundary operation first calls `admits` and then begins its line, which stays in
+/// the journal even if the call never returns. The operation appends its arguments and its result to the line.
 class Journal {
 public:
     Journal(Scheduler& scheduler, ThisProcess& process) : scheduler_(scheduler), process_(process) {}
 
-    /// Whether this process still runs; the call of one that is over does nothing. The actions of the user that are due
-    /// have their turn, and where they end the process, this throws `SimulatedTermination`.
+    /// Runs the actions of the user that are due, and returns whether this process still runs; if not, the call must do
+    /// nothing. Throws `SimulatedTermination` if the process ends here.
     [[nodiscard]] bool admits();
 
-    /// Begins the line of a call; the result names the line.
+    /// Begins the line of a call and returns its index.
     std::size_t begin(std::string_view call);
 
     /// The line of a call, to append to. Valid until the next call begins.

@@ -4,8 +4,7 @@
 
 namespace lomaris::simulated {
 
-/// A value stands in a place as long as this lives; then what stood there before does again, however the scope was
-/// left.
+/// Sets a variable for as long as this object exists, then restores the previous value.
 template <typename Value>
 class Meanwhile {
 public:

@@ -43,7 +43,7 @@ public:
     }
 
 private:
-    /// Null if the pasteboard is gone or this process has ended.
+    /// Null if the pasteboard was destroyed or this process has ended.
     [[nodiscard]] std::shared_ptr<PasteboardUse> usable() const {
         const auto use = use_.lock();
         return use && !use->process_.isOver() ? use : nullptr;
@@ -105,7 +105,7 @@ bool PasteboardUse::holdElsewhereUntil(Moment moment) {
 }
 
 bool PasteboardUse::isUsedHere() {
-    // With a keeper the use may outlive the process, or end before the hold of a process that does not restore.
+    // With a keeper, the use may outlast the process, or may end while the process still has a hold.
     return keeper() != nullptr ? keeper()->holds() : hasHold_ && !process_.isOver();
 }
 

@@ -19,12 +19,12 @@ public:
     PasteboardUse& operator=(const PasteboardUse&) = delete;
 
     void setKeeper(std::unique_ptr<SimulatedKeeper> keeper) { keeper_ = std::move(keeper); }
-    /// Null if there is none or it does not serve what this process writes.
+    /// Null if there is no keeper or it does not serve yet what this process writes.
     [[nodiscard]] SimulatedKeeper* keeper() const;
 
-    /// A hold of this process or, in an action, of another one.
+    /// Begins exclusive use for this process or, in an action, for another one. Null if the pasteboard is in use.
     [[nodiscard]] std::unique_ptr<PasteboardHold> tryHold();
-    /// Another process takes the use until a moment; false if it is in use now.
+    /// Begins exclusive use for another process until `moment`. False if the pasteboard is in use now.
     [[nodiscard]] bool holdElsewhereUntil(Moment moment);
 
 private:
@@ -37,7 +37,7 @@ private:
     Scheduler& scheduler_;
     ThisProcess& process_;
     std::unique_ptr<SimulatedKeeper> keeper_;
-    /// Whether a hold of this process exists.
+    /// True if a hold of this process exists.
     bool hasHold_ = false;
     int holdsElsewhere_ = 0;
     Moment usedElsewhereUntil_ = Moment::min();

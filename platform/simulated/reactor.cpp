@@ -32,7 +32,7 @@ AXError Reactor::perform(ElementState& element, std::string_view action) {
     if (script == nullptr) {
         return AXError::actionUnsupported;
     }
-    // The reaction may script the action anew.
+    // Copied first, because the reaction may change the script of the action.
     const AXError answer = script->answer;
     react(element.process, script->reactions);
     return answer;

@@ -16,13 +16,13 @@ struct ElementState;
 struct ProcessState;
 struct World;
 
-/// Reactions of which the first stimulus meets the first, the second one the second, ..., and the last one stays.
+/// A list of reactions: each stimulus gets the next one, and all later stimuli get the last one.
 class ReactionsInTurn {
 public:
     ReactionsInTurn() = default;
     explicit ReactionsInTurn(std::vector<Reaction> reactions) : reactions_(std::move(reactions)) {}
 
-    /// The reaction whose turn it is, or nothing where there is none at all. Each asking counts.
+    /// Returns the current reaction and moves on to the next; nullopt if the list is empty.
     [[nodiscard]] std::optional<Reaction> next();
 
 private:
@@ -30,25 +30,25 @@ private:
     std::size_t turn_ = 0;
 };
 
-/// What an application does at one key stroke.
+/// What an application does when it receives one key stroke.
 struct KeyReactions {
     KeyStroke keyStroke;
     ReactionsInTurn reactions;
 };
 
-/// Brings key strokes and actions to the applications, which react in their own time.
+/// Delivers key strokes and actions to the applications, which react in their own time.
 class Reactor {
 public:
     explicit Reactor(World& world) : world_(world) {}
 
-    /// A key stroke goes to a process, or to the application in front where none is given.
+    /// Delivers a key stroke to a process, or to the frontmost application if none is given.
     void pressKey(KeyStroke keyStroke, std::optional<ProcessIdentifier> processIdentifier);
-    /// An action of an element is performed; the result is its code.
+    /// Performs an action of an element and returns the result code.
     [[nodiscard]] AXError perform(ElementState& element, std::string_view action);
-    /// An attribute of an element is set; the result is its code.
+    /// Sets an attribute of an element and returns the result code.
     [[nodiscard]] AXError set(ElementState& element, std::string_view attribute, const AttributeValue& value);
 
-    /// The application whose reaction runs now; nullopt if none does.
+    /// The application whose reaction runs now; nullopt if there is none.
     [[nodiscard]] std::optional<ProcessIdentifier> acting() const { return acting_; }
 
 private:

@@ -29,7 +29,7 @@ void Scheduler::at(Moment moment, std::function<void()> action) {
 }
 
 void Scheduler::runDueTimersOfActions() {
-    // An action may add others, so the first timer is looked up anew each time.
+    // An action may add others, so the first timer is determined anew each time.
     while (!timers_.empty()) {
         const auto first = timers_.begin();
         if (first->second.worker != nullptr || std::get<Moment>(first->first) > now_) {

@@ -15,15 +15,15 @@
 
 namespace lomaris::simulated {
 
-/// Says why on standard error and aborts: the scenario itself is wrong and no answer would be.
+/// Prints `reason` to standard error and aborts, because the scenario itself is wrong.
 [[noreturn]] void abortScenario(const char* reason);
 
-/// Virtual time and the baton.
+/// Virtual time, and the choice of the thread that runs.
 ///
-/// Threads of the scenario are workers. Exactly one worker has the baton and runs; all state of the simulated desktop
-/// belongs to whoever has it, which is why none of it is locked. A worker that waits picks its successor: the first of
-/// those that are ready, and when nobody is, the clock jumps to the next moment at which something happens. Only the
-/// hand-over itself is guarded by a lock.
+/// The threads of a scenario are workers. Exactly one worker has the baton and runs; only that worker may access the
+/// state of the simulated desktop, which therefore needs no lock. A worker that waits passes the baton to the first
+/// worker that is ready; if there is none, the clock moves to the next moment at which something happens. A mutex
+/// guards only the transfer of the baton.
 class Scheduler {
 public:
     struct Worker;
@@ -34,7 +34,7 @@ public:
     ~Scheduler();
 
     [[nodiscard]] Moment now() const { return now_; }
-    /// The moment after a duration from now; the last moment of all where there is none.
+    /// The moment `duration` from now, or `Moment::max()` if that is out of range.
     [[nodiscard]] Moment momentAfter(Duration duration) const {
         return duration > Moment::max() - now_ ? Moment::max() : now_ + duration;
     }
@@ -42,38 +42,38 @@ public:
     /// The worker that has the baton.
     [[nodiscard]] Worker& current() { return *current_; }
     [[nodiscard]] bool isMainCurrent() const { return current_ == main_; }
-    /// Number of the background block that has the baton, 0 for the main thread.
+    /// Number of the background block that has the baton; 0 for the main thread.
     [[nodiscard]] unsigned currentNumber() const;
 
-    /// An action of the user at a moment; past ones run at the next occasion.
+    /// Schedules an action of the user. If `moment` is in the past, the action runs at the next opportunity.
     void at(Moment moment, std::function<void()> action);
-    /// Runs the actions whose moment has come.
+    /// Runs the actions that are due.
     void runDueActions() {
         if (!timers_.empty()) {
             runDueTimersOfActions();
         }
     }
-    /// Runs something that may not wait, as an action of the user or of another program.
+    /// Runs an action of the user or of another program, which must not wait.
     void act(const std::function<void()>& action);
-    /// The same after a delay, at once where there is none.
+    /// Runs the action after a delay, or at once if the delay is not positive.
     void actAfter(Duration delay, const std::function<void()>& action);
     [[nodiscard]] bool isActing() const { return acting_ > 0; }
 
-    /// The current worker waits until it is woken or the deadline is there, which must be ahead.
+    /// Suspends the current worker until it is woken or until `deadline`, which must be in the future.
     void park(std::optional<Moment> deadline);
-    /// Makes a worker that waits ready; nothing happens to one that does not wait.
+    /// Makes a suspended worker ready; does nothing for any other.
     void wake(Worker& worker);
     void wakeMain() { wake(*main_); }
 
-    /// A new background block; it begins when the others wait. Answers its number, from 1.
+    /// Creates a background block, which begins once the earlier workers wait. Returns its number, from 1.
     unsigned spawn(std::function<void()> block);
 
-    /// Drops actions and blocks that have not begun, then lets the others come to their end. Called on the main thread,
-    /// which goes on alone. Blocks that are spawned later never begin.
+    /// Drops the actions, and the blocks that have not begun, then runs the other blocks to their end. Blocks that are
+    /// spawned later never begin. Called on the main thread, which is the only one left afterwards.
     void finish();
-    /// The same without dropping the actions.
+    /// Like `finish`, but keeps the actions.
     void finishBlocks();
-    /// Runs all actions that are still to come, time jumping from one to the next. Nobody else may be waiting.
+    /// Runs all remaining actions, moving time from one to the next. No other worker may be waiting.
     void runAllActions();
 
 private:
@@ -106,7 +106,8 @@ private:
     bool finishing_ = false;
 
 public:
-    /// One thread of the scenario. `hasBaton` is guarded by the hand-over lock, the rest by the baton.
+    /// One thread of the scenario. The transfer mutex guards `hasBaton`; only the worker with the baton accesses the
+    /// rest.
     struct Worker {
         unsigned number = 0;
         std::function<void()> block;

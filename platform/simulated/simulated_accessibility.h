@@ -38,14 +38,14 @@ public:
     bool containsIgnoringCase(TextView text, TextView word) override;
 
 private:
-    /// The state of an element that can be asked, or the error that every operation on it answers.
+    /// The state of an element, or the error that every operation on the element returns.
     struct Target {
         AXError error = AXError::success;
         ElementState* state = nullptr;
     };
 
     [[nodiscard]] Target targetOf(const Element& element);
-    /// The same, whether or not the application hangs.
+    /// Like `targetOf`, but ignores whether the application hangs.
     [[nodiscard]] Target find(const Element& element);
     [[nodiscard]] AttributeAnswer read(const Element& element, std::string_view attribute);
     [[nodiscard]] SettableAnswer askSettable(const Element& element, std::string_view attribute);

@@ -14,8 +14,8 @@ namespace simulated {
 struct World;
 }  // namespace simulated
 
-/// One application of the simulated desktop. A handle that may be copied; valid as long as its desktop. Where a
-/// function scripts the application, it must be running.
+/// Script of one application of the simulated desktop. A copyable handle, valid as long as the desktop. Functions that
+/// script the application require that it runs.
 class SimulatedApplication {
 public:
     SimulatedApplication(simulated::World& world, ProcessIdentifier processIdentifier)
@@ -28,47 +28,47 @@ public:
     /// The root element of the application, without attributes at first.
     [[nodiscard]] SimulatedElement element() const;
 
-    /// A new element of the application, without attributes.
+    /// Adds an element without attributes.
     SimulatedElement addElement() const;
 
-    /// A new text area with this text and selection, which must lie inside of the text.
+    /// Adds a text area with this text and selection, which must be inside the text.
     SimulatedTextElement addTextElement(Text text, TextRange selection) const;
 
-    /// A new menu bar with these menus, which the root element answers as its "AXMenuBar" from now on. Its elements are
-    /// numbered in this order: the bar; for each menu the bar item, the menu, the items.
+    /// Adds a menu bar with these menus and makes it the "AXMenuBar" of the root element. Its elements are numbered in
+    /// this order: the bar, then for each menu the bar item, the menu and the menu's items.
     SimulatedMenuBar addMenuBar(const std::vector<Menu>& menus) const;
 
-    // Reactions. A key stroke reaches the application that is in front when it goes to the session, and the application
-    // that runs under that process identifier when it goes to a process. Nothing happens where none is scripted. What
-    // was scripted last for a stroke holds.
+    // Reactions to key strokes. A key stroke that is posted to the session reaches the frontmost application, one that
+    // is posted to a process the application with that process identifier. A key stroke without a script has no effect.
+    // A later script of the same key stroke replaces the earlier one.
 
-    /// Command+C, Command+V, Delete.
+    /// Command+C, Command+V and Delete.
     SimulatedApplication& onCopy(Reaction reaction);
     SimulatedApplication& onPaste(Reaction reaction);
     SimulatedApplication& onDelete(Reaction reaction);
 
-    /// The first stroke from now on meets the first of these, the second stroke the second, ...; the last one stays.
+    /// Each key stroke from now on causes the next reaction of the list; all later ones cause the last.
     SimulatedApplication& onCopyInTurn(std::vector<Reaction> reactions);
     SimulatedApplication& onPasteInTurn(std::vector<Reaction> reactions);
     SimulatedApplication& onDeleteInTurn(std::vector<Reaction> reactions);
 
-    /// Any other stroke; the flags must be the same.
+    /// Any other key stroke; the modifier flags must be the same.
     SimulatedApplication& onKeyStroke(KeyStroke keyStroke, Reaction reaction);
     SimulatedApplication& onKeyStrokeInTurn(KeyStroke keyStroke, std::vector<Reaction> reactions);
 
-    /// Until `recover` the application reacts to nothing, not even to what reached it before, and every operation on
-    /// its elements answers `cannotComplete`. Its process identifier is still known.
+    /// From now on the application hangs: it does not react, not even to earlier key strokes and actions, and every
+    /// operation on its elements returns `cannotComplete`. Its process identifier can still be read.
     void hang() const;
-    /// It answers and reacts again. What it would have done meanwhile is lost.
+    /// Ends the hang. Reactions that were due while the application hung are lost.
     void recover() const;
 
-    // Its beginning and end.
+    // Start and end.
 
     [[nodiscard]] bool isRunning() const;
-    /// The application does not run yet and is as one that does not exist; `start` starts it, with all that it was
-    /// given here before.
+    /// Makes the application one that has not started yet, as if it did not exist. `start` starts it with everything
+    /// that was scripted before.
     void holdBack() const;
-    /// Nothing happens where the application is not held back.
+    /// Does nothing if the application is not held back.
     void start() const;
 
 private:

@@ -34,7 +34,7 @@ void SimulatedCondition::unlock() {
 
 void SimulatedCondition::waitUntil(Moment deadline) {
     requireLock();
-    // A lock is nothing outside of this process: whoever comes to his end by it does so after that of the process too.
+    // Locks need no `admits`: they have no effect outside this process, so they work even after it has ended.
     if (journal_.admits()) {
         std::string& line = journal_.line(journal_.begin("waitUntil(condition "));
         appendInteger(line, number_);

@@ -9,7 +9,7 @@
 
 namespace lomaris::simulated {
 
-/// A condition between workers. Whoever waits for the lock gets it in the order of asking.
+/// A condition between workers. Workers get the lock in the order in which they called `lock`.
 class SimulatedCondition final : public Condition {
 public:
     SimulatedCondition(Scheduler& scheduler, Journal& journal, unsigned number)

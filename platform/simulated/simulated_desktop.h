@@ -28,7 +28,7 @@ struct InputCounters {
     friend bool operator==(const InputCounters&, const InputCounters&) = default;
 };
 
-/// A key stroke that was posted: to the session, or to a process where one is given.
+/// A key stroke that was posted to a process or, without a process identifier, to the session.
 struct PostedKeyStroke {
     KeyStroke keyStroke;
     std::optional<ProcessIdentifier> processIdentifier;
@@ -37,8 +37,8 @@ struct PostedKeyStroke {
     friend bool operator==(const PostedKeyStroke&, const PostedKeyStroke&) = default;
 };
 
-/// What the main thread throws when `terminate` or `kill` ends the process. Not a `std::exception`, so that no handler
-/// of the logic takes it for a failure.
+/// Thrown on the main thread when `terminate` or `kill` ends the process. Not a `std::exception`, so that no handler of
+/// the tool mistakes it for a failure.
 struct SimulatedTermination {
     int signal = 0;
 };
@@ -46,21 +46,21 @@ struct SimulatedTermination {
 /// A desktop in memory, with virtual time and a journal of every boundary call, for tests and benchmarks.
 ///
 /// It starts empty, at moment zero: the process is trusted and may post events, no application runs, the pasteboard has
-/// no items, the input counters are zero. The functions below are its script: what stands on the desktop and what the
-/// user does. They are not journalled.
+/// no items, and the input counters are zero. The functions below are its script: they set up the desktop and perform
+/// what the user does. They are not recorded in the journal.
 ///
-/// Time is virtual. It stands still while anything runs and moves only when everybody waits: then it jumps to the next
-/// moment at which someone wakes or the user acts. Background blocks run on real threads, but exactly one thread runs
-/// at any time; threads take their turns in the order in which they became ready. At one moment the user acts first,
-/// then the threads wake in the order in which they began to wait. The same scenario therefore gives the same journal.
-/// A wait that nothing can end aborts the process with a message.
+/// Time is virtual. It advances only while all threads wait, and then moves to the next moment at which a thread wakes
+/// or the user acts. Background blocks run on real threads, but only one thread runs at any time, in the order in which
+/// the threads became ready. At the same moment the user acts first, then the threads wake in the order in which they
+/// began to wait. Therefore the same scenario always produces the same journal. If all threads wait for something that
+/// cannot happen, the desktop aborts with a message.
 ///
-/// The desktop is used by the thread that made it (its main thread), by its background blocks, and by the actions that
-/// it was given; by nobody else.
+/// Only the thread that created the desktop (its main thread), its background blocks and the actions that were given to
+/// it may use it.
 ///
-/// When the desktop ends, what this process still promises on the pasteboard is resolved first. Then background blocks
-/// that have begun are finished, time jumping from one of their deadlines to the next; blocks that have not begun, the
-/// main queue and actions of the user that are still to come are dropped.
+/// On destruction the desktop first resolves what this process still promises on the pasteboard. It then runs the
+/// background blocks that have begun to their end, with time moving from one deadline to the next. Blocks that have not
+/// begun, the main queue and the remaining actions of the user are dropped.
 class SimulatedDesktop final : public Platform {
 public:
     SimulatedDesktop();
@@ -74,32 +74,33 @@ public:
 
     // Permissions.
 
-    /// What the trust check answers, with and without the prompt.
+    /// Sets the result of the trust check, with and without the prompt.
     void setTrusted(bool trusted);
-    /// What the trust check with the prompt answers, if not the same.
+    /// Sets the result of the trust check with the prompt, if it differs.
     void setPromptAnswer(bool trusted);
-    /// Whether this process may post events.
+    /// Sets whether this process may post events.
     void setPostEventAccess(bool granted);
-    /// What a request to post events answers where it is not granted already; a yes grants it. No by default.
+    /// Sets the result of a request to post events while the permission is missing; true also grants it. False by
+    /// default.
     void setPostEventRequestAnswer(bool granted);
 
     // The user's locale.
 
-    /// Its language as an ISO 639-1 code ("tr"), which decides which letters are equal regardless of case. None by
-    /// default.
+    /// Sets the language, which determines how case is ignored, as an ISO 639-1 code ("tr"). None by default.
     void setLanguage(std::string_view language);
 
     // Applications.
 
-    /// Starts an application, not in front. The process identifier must not be that of a running application.
+    /// Starts an application without bringing it to the front. No running application may have the same process
+    /// identifier.
     SimulatedApplication addApplication(ProcessIdentifier processIdentifier, std::optional<Text> bundleIdentifier,
                                         std::optional<Text> localizedName);
     void bringToFront(ProcessIdentifier processIdentifier);
     void leaveNothingInFront();
-    /// The application in front, or nothing where none is.
+    /// The frontmost application; nullopt if there is none.
     [[nodiscard]] std::optional<ProcessIdentifier> front() const;
-    /// Ends an application: every operation on its elements answers `invalidUIElement` from now on, and nothing is in
-    /// front if it was.
+    /// Ends an application. From now on every operation on its elements returns `invalidUIElement`. If it was
+    /// frontmost, no application is afterwards.
     void quit(ProcessIdentifier processIdentifier);
     /// The script of the system-wide element.
     [[nodiscard]] SimulatedElement systemWide();
@@ -108,106 +109,109 @@ public:
 
     void setInputCounters(InputCounters counters);
     [[nodiscard]] InputCounters inputCounters() const;
-    /// The user presses a key: counts one key down. Nothing else happens.
+    /// The user presses a key: counts one key-down and has no other effect.
     void userTypes();
-    /// The user clicks: counts one press of that mouse button. Nothing else happens.
+    /// The user clicks: counts one press of that mouse button and has no other effect.
     void userClicks(InputEventType button = InputEventType::leftMouseDown);
 
     /// Another program clears the pasteboard and writes one item with this plain text. In the reaction of an
-    /// application that program is the application.
+    /// application, that program is the application.
     void userCopies(TextView text);
-    /// The same with these items.
+    /// Like `userCopies`, with these items.
     void userCopiesItems(const std::vector<CopiedItem>& items);
-    /// Another program asks for the bytes of the first item that has `type`. `whenRead` gets them: at once where they
-    /// are there, nobody has them or another program promised them; when this process has kept its promise, which it
-    /// does in a run-loop slice or at the end of the desktop; with nothing when the contents go away before that. What
-    /// it holds must live until then.
+    /// Another program requests the bytes of the first item that has `type`. `whenRead` is called with them at once,
+    /// unless this process promised them; then it is called when this process fulfills the promise, in a run-loop slice
+    /// or when it ends. nullopt if there are no such bytes or the contents change first. Everything `whenRead`
+    /// references must exist until then.
     void readPasteboardAsAnotherProgram(const PasteboardType& type, std::function<void(std::optional<Bytes>)> whenRead);
     /// The pasteboard refuses the next `count` writes.
     void refusePasteboardWrites(int count = 1);
-    /// The pasteboard refuses the `number`-th write of this process since the beginning, the first being 1.
+    /// The pasteboard refuses the `number`-th write of this process, counted from 1.
     void refusePasteboardWriteNumber(int number);
-    /// Another process takes exclusive use of the pasteboard until `moment`, or for good with `Moment::max()`. False if
-    /// it is in use already; nothing changes then. To try for the current moment only finds out whether it is in use.
-    /// `Pasteboard::tryHold` in an action is a try of another process as well.
+    /// Another process holds the pasteboard until `moment`, or for good with `Moment::max()`. Returns false and changes
+    /// nothing if the pasteboard is in use; call it with the current moment just to find that out.
+    /// `Pasteboard::tryHold` in an action also acts for another process.
     [[nodiscard]] bool holdPasteboardUntil(Moment moment);
-    /// The platform has a keeper of the pasteboard, as described at `PasteboardHold`, from the first hold of this
-    /// process on. While the process runs, its run loop keeps its promises, as without a keeper. None by default.
+    /// Adds a keeper of the pasteboard, as described at `PasteboardHold`, which serves from the first hold of this
+    /// process on. While the process runs, its run loop fulfills its promises, as without a keeper. None by default.
     void addKeeper();
     [[nodiscard]] std::vector<StandingItem> pasteboardContents() const;
-    /// The plain text that another program finds now, or nothing where there is none. This process keeps its promise
-    /// for it on the spot, whether or not its run loop turns, or gives nothing once it has ended. Not for actions.
+    /// The plain text that another program reads now; nullopt if there is none. This process fulfills its promise at
+    /// once, even outside a run-loop slice; once it has ended, the promise has no data. Must not be called in actions.
     [[nodiscard]] std::optional<Text> pasteboardStringForOthers();
 
     // Key strokes.
 
     /// The creation of the next `count` key strokes fails.
     void failKeyStrokes(int count = 1);
-    /// Key strokes so far, in their order. One that goes to the session counts as a key down.
+    /// All key strokes posted so far, in order. One that is posted to the session counts as a key-down.
     [[nodiscard]] const std::vector<PostedKeyStroke>& postedKeyStrokes() const;
 
     // Time and journal.
 
-    /// Virtual time that every accessibility call takes that crosses into an application (copies, sets, settable
-    /// questions, actions; a batch is one call). It passes before the application answers. Zero by default.
+    /// Sets the virtual time that each accessibility call takes if it sends a request to an application (copying or
+    /// setting an attribute, `isAttributeSettable`, performing an action; a batch is one call). It passes before the
+    /// application replies. Zero by default.
     void setLatency(Duration latency);
-    /// The same for one call, of any service but scheduling, by its name in the journal ("copyAttribute", "string"). It
-    /// takes the place of the other for this call.
+    /// Sets the virtual time of one call, by its name in the journal ("copyAttribute", "string"); overrides
+    /// `setLatency` for this call. Not for calls of the scheduling service.
     void setLatencyOf(std::string_view call, Duration latency);
 
-    /// `action` runs at `moment`, on any thread of the desktop; where that moment is not ahead, just before the next
-    /// boundary call or wait. It must not wait or sleep. What it holds must live until it ran or the desktop ends.
+    /// Runs `action` at `moment`, on any thread of the desktop; if that moment is not in the future, just before the
+    /// next boundary call or wait. The action must not wait or sleep. Everything it references must exist until it has
+    /// run or the desktop is destroyed.
     void at(Moment moment, std::function<void()> action);
 
-    /// The user or another program does now, or later where the reaction has a delay, what an application would do.
+    /// The user or another program performs a reaction, after its delays.
     void perform(const Reaction& reaction);
 
-    /// `action` runs just before the `number`-th boundary call since the beginning, the first being 1. It must not wait
-    /// or sleep. Calls made by actions count and are journalled as any other, marked as the user's.
+    /// Runs `action` just before the `number`-th boundary call, counted from 1. It must not wait or sleep. Boundary
+    /// calls made by actions count and are recorded like any other, marked as the user's.
     void beforeCall(std::size_t number, std::function<void()> action);
 
     [[nodiscard]] Moment now() const;
 
     // The end of this process.
 
-    /// Something tells this process to end, a signal of this number for example; the first one counts. Meant for
-    /// actions.
+    /// Requests the end of this process, for example by a signal of this number. Only the first request counts, except
+    /// as described below. Meant for actions.
     ///
-    /// Before the first termination guard the process ends at once: in the wait or the call that the main thread is in,
-    /// or just before its next boundary call. (Only a wait for a lock or a condition is left to end by itself first.)
-    /// From then on it ends in the wait that the main thread is in, in the next one as soon as it begins, when a guard
-    /// goes, or with `endProcess`; not while a guard holds it off.
+    /// Without any termination guard so far, the process ends at once: in the current wait or call of the main thread,
+    /// or just before its next boundary call. (A wait for a lock or a condition returns normally first.) After the
+    /// first guard was created, it ends in the current or next wait of the main thread, when a guard is destroyed, or
+    /// in `endProcess`, but not while a guard holds termination off.
     ///
-    /// To end is: the clean-up of the newest guard runs, its calls journalled as any others; what this process promised
-    /// on the pasteboard is resolved; then `SimulatedTermination` comes out of the wait or call. It comes out of the
-    /// next call instead where a guard that went ended the process or where another exception is on its way, because
-    /// a second one could not leave a destructor. From the end on calls do nothing, answer a failure or nothing, and
-    /// are not journalled; only waits still take their time, so that nobody turns in circles before a deadline.
+    /// The process ends in three steps: the clean-up of the newest guard runs, and its calls are recorded like any
+    /// other; what this process promised on the pasteboard is resolved; `SimulatedTermination` is thrown from the wait
+    /// or call. It is thrown from the next call instead if the destructor of a guard ended the process or another
+    /// exception is in flight. After the end, calls do nothing, return a failure or an empty result, and are not
+    /// recorded; only waits still take their time, so that a loop that waits for a deadline ends.
     ///
-    /// Further requests count for nothing. Only if the desktop has a keeper and a guard has existed, a second request
-    /// before the end kills the process, unless a guard holds the end off.
+    /// If the desktop has a keeper and a guard was created, a second request before the end kills the process, unless a
+    /// guard holds termination off.
     void terminate(int signalNumber);
-    /// Kills this process: no clean-up runs, promises are not resolved, and guards do not matter. Programs that wait
-    /// for promised text get it from the keeper, if there is one, otherwise nothing. Meant for actions.
+    /// Kills this process: no clean-up runs, promises are not resolved, and guards have no effect. Programs that wait
+    /// for promised text get it from the keeper; without a keeper they get nothing. Meant for actions.
     ///
-    /// `SimulatedTermination` comes out of the call or wait that the main thread is in, or out of its next one. Writes
-    /// to the pasteboard only do nothing, because destructors make them. Everything else is as after `terminate`.
+    /// `SimulatedTermination` is thrown from the current call or wait of the main thread, or from the next one. It is
+    /// never thrown from `clearContents` or `writeItems`, because destructors call them; they do nothing instead. After
+    /// that, calls and waits behave as after `terminate`.
     void kill(int signalNumber = 9);
-    /// Whether this process may write to its standard output: not any more once it was told to end. Where that ends it
-    /// at its next call, or has ended it, this throws `SimulatedTermination` as the call would.
+    /// Whether this process may write to its standard output: false once its end was requested. Throws
+    /// `SimulatedTermination` like a boundary call.
     [[nodiscard]] bool admitsOutput();
-    /// The number that ended this process, or nothing where none did.
+    /// The signal number that ended this process; nullopt if none did.
     [[nodiscard]] std::optional<int> endedBySignal() const;
 
-    /// This process ends by itself, unless it has ended already: what it promised on the pasteboard is resolved,
-    /// background blocks that have begun are finished, the others and the main queue are dropped, and calls do nothing
-    /// from then on. Then the user and the applications go on until nothing more is to come from them, so that the test
-    /// sees what a paste that was handled a moment after the end has written. Main thread; not for actions.
+    /// Ends this process normally, unless it has ended already: what it promised on the pasteboard is resolved,
+    /// background blocks that have begun run to their end, other blocks and the main queue are dropped, and calls do
+    /// nothing from then on. Then all remaining actions of the user and the applications run, so that the test sees,
+    /// for example, the text of a paste that is handled after the end. Main thread only; must not be called in actions.
     void endProcess();
 
-    /// One line for each boundary call so far, in the order of the calls: the virtual time of the call in seconds, the
-    /// call, its arguments and its answer, which is missing while the call still lasts. Calls of background blocks name
-    /// their block. Readings of the clock and takings and releasings of a lock are no calls.
+    /// One line for each boundary call so far, in order: the virtual time of the call in seconds, the call, its
+    /// arguments and its result, which is missing until the call returns. Calls of background blocks name their block.
+    /// Reading the clock and locking or unlocking a condition are not recorded.
     ///
     ///     0.000000000 copyAttribute(812/1, AXSelectedText) -> "brown fox"
     ///     0.100000000 [background 1] broadcast(condition 1)

@@ -12,79 +12,79 @@ namespace simulated {
 struct ElementState;
 }  // namespace simulated
 
-/// An answer with a value, for `SimulatedElement::answersInTurn`.
+/// A success code with a value, for `SimulatedElement::answersInTurn`.
 [[nodiscard]] AttributeAnswer answer(AttributeValue value);
 
-/// An answer with an error code and no value.
+/// An error code without a value.
 [[nodiscard]] AttributeAnswer answer(AXError error);
 
-/// What a scripted set does to what is read.
+/// What a scripted set does to the value that is read.
 enum class SetEffect {
     none,
-    /// What was set is read from then on; a text area takes it as if nothing were scripted.
+    /// Later reads return the value that was set; a text area handles it as if nothing were scripted.
     written,
 };
 
-/// The script of one element: what it answers. A handle that may be copied; valid as long as its desktop. What was
-/// scripted last holds. Nothing here is journalled.
+/// The script of one element: the results of operations on it. A copyable handle, valid as long as the desktop. A later
+/// script replaces an earlier one. Nothing here is recorded in the journal.
 ///
-/// Without a script an attribute answers `attributeUnsupported` to a read, to a set and to the settable question, and
-/// an action answers `actionUnsupported`. An attribute that answers reads, but was not made settable, is not settable
-/// and refuses a set with `attributeUnsupported`.
+/// Without a script, reading an attribute, setting it and `isAttributeSettable` return `attributeUnsupported`, and
+/// performing an action returns `actionUnsupported`. An attribute with scripted reads that was not made settable is not
+/// settable, and setting it returns `attributeUnsupported`.
 class SimulatedElement {
 public:
     explicit SimulatedElement(simulated::ElementState& state) : state_(&state) {}
 
-    /// The element as the boundary hands it out.
+    /// The element as the boundary returns it.
     [[nodiscard]] Element element() const;
 
-    /// From now on, each read of the attribute answers this.
+    /// Sets the result of every read of the attribute from now on.
     SimulatedElement& answers(std::string_view attribute, AttributeValue value);
     SimulatedElement& answers(std::string_view attribute, AXError error);
     SimulatedElement& answers(std::string_view attribute, AttributeAnswer scripted);
 
-    /// The first read from now on answers the first of these, the second read the second, ...; the last one stays. Each
-    /// read counts, whether single or in a batch. None at all is as if the attribute were never scripted.
+    /// Sets the results of the reads from now on, one after the other; all later reads return the last. Each read
+    /// counts, single or in a batch. An empty list removes the script of the reads.
     SimulatedElement& answersInTurn(std::string_view attribute, std::vector<AttributeAnswer> scripted);
 
-    /// What the settable question answers. Where it answers yes and no answer to a set is scripted, a set succeeds and
-    /// what was set is read from then on.
+    /// Sets the result of `isAttributeSettable`. If it is true and setting the attribute is not scripted, setting it
+    /// succeeds and later reads return the value that was set.
     SimulatedElement& answersSettable(std::string_view attribute, SettableAnswer scripted);
 
-    /// Each set of the attribute answers this code and changes nothing, success included.
+    /// Setting the attribute returns this code and changes nothing, even if the code is a success.
     SimulatedElement& answersSet(std::string_view attribute, AXError error);
 
-    /// Each set of the attribute has this effect, makes the application react so (`onActionInTurn` says how) and
-    /// answers this code.
+    /// Setting the attribute has this effect, causes the next reaction of the list (see `onActionInTurn`) and returns
+    /// this code.
     SimulatedElement& onSetInTurn(std::string_view attribute, SetEffect effect, std::vector<Reaction> reactions,
                                   AXError error = AXError::success);
 
-    /// Performing the action answers this code and does nothing else.
+    /// Performing the action returns this code and has no other effect.
     SimulatedElement& answersAction(std::string_view action, AXError error);
 
-    /// Performing the action makes the application react so, and answers this code.
+    /// Performing the action causes this reaction and returns this code.
     SimulatedElement& onAction(std::string_view action, Reaction reaction, AXError error = AXError::success);
 
-    /// The first time from now on it reacts in the first of these ways, the second time in the second, ...; the last
-    /// one stays.
+    /// Performing the action causes the next reaction of the list and returns this code; all later times cause the last
+    /// reaction.
     SimulatedElement& onActionInTurn(std::string_view action, std::vector<Reaction> reactions,
                                      AXError error = AXError::success);
 
-    /// Asking for the process identifier fails from now on, or no longer does.
+    /// Sets whether reading the process identifier of the element fails from now on.
     SimulatedElement& processIdentifierFails(bool fails = true);
 
-    /// What stands behind the handle, for the desktop itself.
+    /// The state behind the handle, for use by the desktop itself.
     [[nodiscard]] simulated::ElementState& state() const { return *state_; }
 
 protected:
     simulated::ElementState* state_;
 };
 
-/// A text area that behaves: it answers "AXRole", "AXValue", "AXSelectedText" and "AXSelectedTextRange", and the last
-/// three can be set. Setting the selected text replaces the selection and leaves the insertion point behind what was
-/// written; setting the value leaves it at the end; a range outside of the text and a value of the wrong kind are
-/// refused with `illegalArgument`. A script takes the place of this behaviour, apart for reading, the settable question
-/// and setting: an attribute whose reads are scripted can still be set.
+/// A text area with working text and selection: "AXRole", "AXValue", "AXSelectedText" and "AXSelectedTextRange" can be
+/// read, and the last three can be set. Setting the selected text replaces the selection and places the insertion point
+/// after the new text; setting the value places it at the end. A range outside the text and a value of the wrong kind
+/// are refused with `illegalArgument`. A script replaces this behavior separately for reading, setting and
+/// `isAttributeSettable`: an attribute with scripted reads can still be set.
 class SimulatedTextElement : public SimulatedElement {
 public:
     using SimulatedElement::SimulatedElement;
@@ -92,7 +92,7 @@ public:
     [[nodiscard]] const Text& text() const;
     [[nodiscard]] TextRange selection() const;
 
-    /// The user selects a range, which must lie inside of the text.
+    /// The user selects a range, which must be inside the text.
     SimulatedTextElement& select(TextRange range);
 
     /// The user replaces the whole text and selects a range of it.

@@ -34,7 +34,7 @@ public:
 
 private:
     [[nodiscard]] std::uint32_t* counterOf(InputEventType type);
-    /// Every key stroke comes through here on its way to an application.
+    /// Posts a key stroke; all key strokes pass through here.
     void deliver(KeyStroke keyStroke, std::optional<ProcessIdentifier> processIdentifier);
 
     Scheduler& scheduler_;

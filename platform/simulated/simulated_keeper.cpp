@@ -23,7 +23,7 @@ void SimulatedKeeper::noteCopy(std::optional<ProcessIdentifier> copier) {
 }
 
 bool SimulatedKeeper::holds() {
-    // The timer of this moment may not have run yet.
+    // The timer for the current moment may not have run yet.
     take(keeping::event::TimePassed());
     return state_.holds;
 }

@@ -10,13 +10,13 @@
 
 namespace lomaris::simulated {
 
-/// The keeper of the simulated pasteboard: takes the decisions of `keeping::decide` in virtual time. Its partner is
+/// The keeper of the simulated pasteboard. Applies the decisions of `keeping::decide` in virtual time. Its partner is
 /// this process.
 class SimulatedKeeper {
 public:
     using Contents = std::vector<PasteboardItemContents>;
 
-    /// `restore` puts the saved contents on the pasteboard; it must not report that to the keeper.
+    /// `restore` writes the saved contents to the pasteboard; it must not report that change to the keeper.
     SimulatedKeeper(Scheduler& scheduler, std::function<void(const Contents&)> restore)
         : scheduler_(scheduler), restore_(std::move(restore)) {}
     SimulatedKeeper(const SimulatedKeeper&) = delete;
@@ -31,13 +31,13 @@ public:
     }
     void end() { take(keeping::event::Ended()); }
     void losePartner() { take(keeping::event::PartnerGone()); }
-    /// A program wrote to the pasteboard: an application, or the user or any other program (nullopt).
+    /// Reports that a program wrote to the pasteboard: an application, or the user or any other program (nullopt).
     void noteCopy(std::optional<ProcessIdentifier> copier);
     void noteTextRead() { take(keeping::event::TextRead()); }
 
-    /// Whether the partner has ever begun an operation; the keeper serves what it has written since.
+    /// True once the partner has begun an operation; from then on the keeper serves what the partner writes.
     [[nodiscard]] bool hasBegun() const { return hasBegun_; }
-    /// Whether the use of the pasteboard is exclusive now.
+    /// True if the use of the pasteboard is exclusive now.
     [[nodiscard]] bool holds();
 
 private:

@@ -10,7 +10,7 @@
 
 namespace lomaris {
 
-/// One item of a menu to be made. What is absent is an attribute that the item does not have.
+/// Description of one menu item. The item lacks the attributes that are absent here.
 ///
 ///     {u"Copy", u"c"}                                                      Command+C
 ///     {.title = u"Copy Style", .commandCharacter = u"c", .modifiers = 1}   Shift+Command+C
@@ -19,21 +19,20 @@ struct MenuItem {
     Text title;
     /// "AXMenuItemCmdChar".
     std::optional<Text> commandCharacter = std::nullopt;
-    /// "AXMenuItemCmdModifiers": 0 is Command alone; any other kind of value may stand here.
+    /// "AXMenuItemCmdModifiers": 0 is Command alone. May be a value of any kind.
     std::optional<AttributeValue> modifiers = AttributeValue(std::int64_t{0});
     /// "AXEnabled".
     std::optional<bool> enabled = true;
 };
 
-/// One menu of a menu bar to be made, under its title in the bar.
+/// Description of one menu, with its title in the menu bar.
 struct Menu {
     Text title;
     std::vector<MenuItem> items;
 };
 
-/// A menu bar as it was made: the handles of its elements, in the order of their making, by which they can be scripted
-/// further. Bar items, menus and items answer their role, and bar items and items their title. Pressing an item
-/// succeeds and does nothing at first.
+/// The elements of a menu bar as handles, in the order in which they were created, to script them further. Bar items,
+/// menus and items have a role, bar items and items also a title. Pressing an item succeeds and has no effect at first.
 ///
 ///     menuBar.item(u"Edit", u"Copy").onAction(action::press, copiesSelectionOf(text));
 struct SimulatedMenuBar {
@@ -49,8 +48,8 @@ struct SimulatedMenuBar {
     SimulatedElement bar;
     std::vector<MadeMenu> menus;
 
-    /// The first item with this title in the first menu with that title that has one; the scenario is wrong where there
-    /// is none.
+    /// The first item with this title in the first menu of that title that has one. Aborts the scenario if there is
+    /// none.
     [[nodiscard]] SimulatedElement item(TextView menuTitle, TextView itemTitle) const;
 };
 

@@ -36,7 +36,7 @@ void appendNewItem(std::string& line, const NewPasteboardItem& item) {
     line += '}';
 }
 
-/// An item as the boundary hands it out.
+/// An item as the boundary returns it.
 class SimulatedItem final : public PasteboardItem {
 public:
     SimulatedItem(SimulatedPasteboard& pasteboard, Journal& journal, CallLatency& latency,
@@ -84,7 +84,7 @@ private:
     std::shared_ptr<StoredItem> item_;
 };
 
-/// Where a provider puts the bytes that it was asked for.
+/// Receives the bytes of a provider and stores them in the item.
 class Fulfilment final : public PromisedItem {
 public:
     explicit Fulfilment(StoredItem& item) : item_(item) {}
@@ -130,7 +130,7 @@ std::optional<Text> SimulatedPasteboard::string() {
 
 std::optional<Text> SimulatedPasteboard::composeString() {
     std::optional<Text> composed;
-    // Keeping a promise may change the pasteboard.
+    // Copied, because fulfilling a promise may change the pasteboard.
     const std::vector<std::shared_ptr<StoredItem>> items = items_;
     for (const auto& item : items) {
         const std::optional<Bytes> bytes = fetch(item, stringType);
@@ -315,7 +315,7 @@ void SimulatedPasteboard::loseProcess(ThisProcess::Ending ending) {
             item->letKeeperKeepPromises();
         }
     }
-    // The keeper has the text for those who wait for it; without a keeper there is nothing for them.
+    // Programs that wait for the text get it from the keeper; without a keeper they get nothing.
     for (const Reading& reading : std::exchange(readings_, {})) {
         finish(reading);
     }
@@ -334,7 +334,7 @@ void SimulatedPasteboard::clear() {
     for (const auto& item : std::exchange(items_, {})) {
         item->isGone = true;
     }
-    // Whoever waits for a promise of the old contents gets nothing.
+    // Programs that wait for a promise of the old contents get nothing.
     for (const Reading& reading : std::exchange(readings_, {})) {
         scheduler_.act([&] { reading.whenRead(std::nullopt); });
     }

@@ -34,21 +34,21 @@ public:
     bool writeItems(std::vector<NewPasteboardItem> items) override;
     std::unique_ptr<PasteboardHold> tryHold() override;
 
-    /// The bytes of one type of an item, asked from whoever promised them.
+    /// The bytes of one type of an item, from the program that promised them if necessary.
     [[nodiscard]] std::optional<Bytes> fetch(const std::shared_ptr<StoredItem>& item, const PasteboardType& type);
 
-    /// An application copies, or the user or any other program does (nullopt).
+    /// An application copies, or the user or any other program (nullopt).
     void copyAsOther(const std::vector<CopiedItem>& items, std::optional<ProcessIdentifier> copier);
-    /// The plain text of all items, as another program finds it now.
+    /// The plain text of all items, as another program reads it now.
     [[nodiscard]] std::optional<Text> stringForOthers();
     void readAsOther(const PasteboardType& type, WhenRead whenRead);
     void refuseWrites(int count) { refusals_ = count; }
     void refuseWriteNumber(int number) { refusedNumbers_.insert(number); }
     [[nodiscard]] std::vector<StandingItem> contents() const;
 
-    /// Asks for everything that this process still promises, and hands it to the programs that wait for it.
+    /// Requests everything that this process still promises and gives it to the programs that wait for it.
     void resolvePromises();
-    /// This process is over: the keeper takes its place, if there is one.
+    /// Called when this process has ended: the keeper, if any, serves its promises from now on.
     void loseProcess(ThisProcess::Ending ending);
 
     void addKeeper();
@@ -68,7 +68,7 @@ private:
     void serveNextReading();
     void finish(const Reading& reading);
     void restore(const std::vector<PasteboardItemContents>& saved);
-    /// Tells the keeper that another program has read the promised text.
+    /// Notifies the keeper that another program has read the promised text.
     void noteRead(StoredItem& item, const PasteboardType& type);
 
     Scheduler& scheduler_;
@@ -85,7 +85,7 @@ private:
     int writeCount_ = 0;
     std::set<int> refusedNumbers_;
     bool isOwnedHere_ = false;
-    /// Whether this process has cleared and nobody has written since.
+    /// True if this process has cleared the pasteboard and no program has written since.
     bool isJustCleared_ = false;
 };
 

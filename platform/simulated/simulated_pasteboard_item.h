@@ -9,15 +9,16 @@
 
 namespace lomaris {
 
-/// An item that another program copies: bytes that are there at once, and promises that it keeps when a reader asks. A
-/// promise that answers nothing is a type without data; one that answers bytes is not asked again.
+/// An item that another program copies: types with their bytes, and promises that the program fulfills when a reader
+/// requests the type. A promise that returns nullopt makes a type without data; one that returned bytes is not called
+/// again.
 struct CopiedItem {
     std::vector<std::pair<PasteboardType, Bytes>> data;
     std::vector<std::pair<PasteboardType, std::function<std::optional<Bytes>()>>> promises;
 };
 
-/// An item as it stands on the simulated pasteboard: the bytes that are there, in their order, and the types that are
-/// still only promised. Looking at it asks nobody.
+/// An item of the simulated pasteboard: the types that have bytes, in their order, and the types that are only
+/// promised. Reading it fulfills no promise.
 struct StandingItem {
     std::vector<std::pair<PasteboardType, Bytes>> data;
     std::vector<PasteboardType> promised;

@@ -113,7 +113,7 @@ void SimulatedScheduling::serveRequests() {
 }
 
 void SimulatedScheduling::drainMainQueue() {
-    // A block that turns the run loop itself does not let the next one begin before its own end.
+    // If a block runs the run loop itself, the next block still waits for the end of the first.
     if (isDraining_) {
         return;
     }

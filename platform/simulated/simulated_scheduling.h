@@ -24,9 +24,9 @@ public:
     std::shared_ptr<Condition> makeCondition() override;
     std::unique_ptr<TerminationGuard> onTermination(std::function<void()> cleanUp) override;
 
-    /// Another program wants something of this process that only its run loop gives.
+    /// Queues a request of another program that only this process's run loop serves.
     void requestService(std::function<void()> service);
-    /// Forgets what was queued for the run loop.
+    /// Drops the requests and blocks that are queued for the run loop.
     void dropQueues();
 
 private:

@@ -11,32 +11,35 @@
 
 namespace lomaris::simulated {
 
-/// One type of an item: its bytes, or who promised them. Without any of the three the item has the type without data.
+/// One type of an item: its bytes, or the promise of another program or of this process. Without any of these, the type
+/// has no data.
 struct StoredEntry {
     PasteboardType type;
     std::optional<Bytes> bytes;
     std::function<std::optional<Bytes>()> promiseOfOther;
     bool isPromisedHere = false;
-    /// Stays true once the promise is kept.
+    /// Stays true once the promise is fulfilled.
     bool wasPromisedHere = false;
-    /// What the keeper gives in the place of this process; nullopt if there is no keeper or the bytes are not known.
+    /// The bytes that the keeper supplies after this process has ended; nullopt if there is no keeper or they are not
+    /// known.
     std::optional<Bytes> keptBytes;
 };
 
-/// An item on the pasteboard. Those who ask for it share it; `isGone` once the pasteboard has other contents.
+/// An item on the pasteboard, shared with the code that reads it. `isGone` is true once the pasteboard's contents have
+/// changed.
 struct StoredItem {
     unsigned number = 0;
     std::vector<StoredEntry> entries;
     std::shared_ptr<PasteboardDataProvider> provider;
     bool isGone = false;
 
-    /// Null where the item does not have the type.
+    /// Null if the item does not have the type.
     [[nodiscard]] StoredEntry* find(std::string_view type);
-    /// Gives a type its bytes; a type that the item has not is added.
+    /// Sets the bytes of a type, which is added if the item does not have it.
     void store(std::string_view type, std::string_view bytes);
-    /// Gives the keeper what it must know to keep the promises of this process.
+    /// Gives the keeper the bytes with which it can fulfill the promises of this process.
     void handPromisesToKeeper();
-    /// The keeper takes the place of this process, which has ended.
+    /// Makes the keeper fulfill the promises, because this process has ended.
     void letKeeperKeepPromises();
 };
 

@@ -4,15 +4,16 @@
 
 #include <string_view>
 
-/// How a text area answers and changes.
+/// How the attributes of a text area are read and set.
 namespace lomaris::simulated {
 
-/// Whether the range lies inside of a text of this length.
+/// True if the range is inside the text.
 [[nodiscard]] bool isInside(TextRange range, TextView text);
 
 [[nodiscard]] AttributeAnswer readText(const TextState& state, std::string_view attribute);
 [[nodiscard]] bool isTextSettable(std::string_view attribute);
-/// Sets one of the settable attributes. Anything but the right kind of value is an illegal argument.
+/// Sets one of the settable attributes. Returns `illegalArgument` for a value of the wrong kind or a range outside the
+/// text.
 [[nodiscard]] AXError setText(TextState& state, std::string_view attribute, const AttributeValue& value);
 
 }  // namespace lomaris::simulated

@@ -69,7 +69,7 @@ void ThisProcess::kill(int signal) {
 }
 
 void ThisProcess::finish() {
-    // What comes while the services end no longer interrupts them.
+    // A request that arrives while the services end no longer interrupts them.
     wasGuarded_ = true;
     if (!told_ && !isOver_) {
         const auto shielded = shield();
@@ -166,7 +166,7 @@ void ThisProcess::becomeOver(Ending ending) {
 }
 
 void ThisProcess::throwWhatIsOwed() {
-    // Another exception on its way means that this may be the call of a destructor.
+    // If another exception is in flight, a destructor may have made this call.
     if (!owesThrow_ || std::uncaught_exceptions() > 0) {
         return;
     }

@@ -11,33 +11,33 @@
 
 namespace lomaris::simulated {
 
-/// This process as the desktop sees it: whether it still runs, and how it ends when it is told to.
+/// This process in the simulation: whether it still runs, and how it ends when its end is requested.
 class ThisProcess {
 public:
     explicit ThisProcess(Scheduler& scheduler) : scheduler_(scheduler) {}
     ThisProcess(const ThisProcess&) = delete;
     ThisProcess& operator=(const ThisProcess&) = delete;
 
-    /// What the services do when they come to their end.
+    /// Sets the function that ends the services.
     void setServicesEnd(std::function<void()> servicesEnd) { servicesEnd_ = std::move(servicesEnd); }
 
-    /// How the process ended: having put everything in order, or killed.
+    /// How the process ended: after its clean-up, or killed.
     enum class Ending { orderly, sudden };
 
-    /// What happens as soon as the process is over.
+    /// Sets the function that is called as soon as the process has ended.
     void setAfterEnd(std::function<void(Ending)> afterEnd) { afterEnd_ = std::move(afterEnd); }
-    /// A second request ends the process at once, if a keeper restores the pasteboard then.
+    /// Sets whether a keeper restores the pasteboard; if so, a second request kills the process.
     void setHasKeeper(bool hasKeeper) { hasKeeper_ = hasKeeper; }
 
-    /// Something tells the process to end. Only the first request counts; with a keeper, a second one that comes before
-    /// the first has ended the process kills it, unless a guard holds that off.
+    /// Requests the end of the process. Only the first request counts; if there is a keeper and a guard was created, a
+    /// second one before the end kills the process, unless a guard holds termination off.
     void tell(int signal);
-    /// The process ends at once, without any clean-up. The main thread throws at its next call or wait that is not
+    /// Ends the process at once, without any clean-up. The main thread throws in its next call or wait that is not
     /// shielded.
     void kill(int signal);
-    /// The process ends by itself, or as it was told to; nothing is thrown.
+    /// Ends the process normally, or as requested; throws nothing.
     void finish();
-    /// Nothing is left to be done; the services are about to go.
+    /// Marks the process as ended without ending the services, which are about to be destroyed.
     void leave();
 
     [[nodiscard]] bool isOver() const { return isOver_; }
@@ -45,21 +45,23 @@ public:
 
     [[nodiscard]] std::unique_ptr<TerminationGuard> guard(std::function<void()> cleanUp);
 
-    /// Nothing is thrown because the process is killed as long as the result lives: for what a destructor may call, a
-    /// write to the pasteboard for example.
+    /// While the result exists, a kill causes no exception. For functions that destructors call, such as writing to the
+    /// pasteboard.
     [[nodiscard]] Meanwhile<bool> shield() { return {isShielded_, true}; }
 
-    /// To be passed by each call: ends the process where it was told to and there was never a guard. May throw.
+    /// Must be called by each boundary call: ends the process if that was requested and no guard was ever created. May
+    /// throw.
     void passCall();
-    /// Whether what this process writes still goes out. May throw, as a call does.
+    /// Returns whether output of this process is still written. May throw, like a call.
     [[nodiscard]] bool passOutput();
-    /// To be passed before and during each wait of the main thread: ends the process where it was told to and no guard
-    /// holds that off. May throw.
+    /// Must be called before and during each wait of the main thread: ends the process if that was requested and no
+    /// guard holds termination off. May throw.
     void passWait();
 
-    /// The main thread waits until the moment, which is ahead, or until it is woken. May throw.
+    /// Suspends the main thread until `moment`, which is in the future, or until it is woken. May throw.
     void waitUntil(Moment moment);
-    /// The main thread waits for another program to answer; after a guard it waits to the end. May throw.
+    /// Suspends the main thread while another program works on its reply. Once a guard was created, a request to end
+    /// the process does not interrupt it. May throw.
     void awaitAnswer(Moment moment);
 
 private:

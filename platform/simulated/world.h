@@ -14,7 +14,7 @@
 
 namespace lomaris::simulated {
 
-/// Everything behind a simulated desktop.
+/// The parts of a simulated desktop.
 struct World {
     Scheduler scheduler;
     ThisProcess process{scheduler};
@@ -34,7 +34,7 @@ struct World {
     }
     World(const World&) = delete;
     World& operator=(const World&) = delete;
-    /// Everything is still there while promises are resolved and background blocks come to their end.
+    /// Resolves promises and ends the background blocks while all parts still exist.
     ~World() {
         process.finish();
         scheduler.finish();
