@@ -14,7 +14,7 @@
 
 namespace lomaris::macos {
 
-// The boundary speaks of results in the platform's own codes.
+// The boundary's result codes are the platform's own.
 static_assert(codeOf(AXError::success) == kAXErrorSuccess);
 static_assert(codeOf(AXError::failure) == kAXErrorFailure);
 static_assert(codeOf(AXError::illegalArgument) == kAXErrorIllegalArgument);
@@ -28,7 +28,7 @@ static_assert(codeOf(AXError::noValue) == kAXErrorNoValue);
 
 namespace {
 
-/// Attribute and action names are ASCII, each character one unit.
+/// Attribute and action names are ASCII, so each character is one UTF-16 unit.
 CFOwned<CFStringRef> nameFrom(std::string_view name) { return stringFrom(Text(name.begin(), name.end())); }
 
 AXError ownCode(::AXError error) { return static_cast<AXError>(error); }
@@ -63,7 +63,7 @@ std::vector<AttributeAnswer> copyRow(const AttributeBatch& batch, std::size_t co
     return row;
 }
 
-/// The answers where an exception ended the operation.
+/// The results if an exception ended the operation.
 const AttributeAnswer failedCopy{AXError::failure, NullValue{}};
 constexpr SettableAnswer failedQuestion{AXError::failure, false};
 
@@ -79,7 +79,7 @@ bool MacOSAccessibility::isProcessTrusted(TrustPrompt prompt) {
         const CFOwned<CFDictionaryRef> options(CFDictionaryCreate(kCFAllocatorDefault, keys.data(), values.data(), 1,
                                                                   &kCFTypeDictionaryKeyCallBacks,
                                                                   &kCFTypeDictionaryValueCallBacks));
-        // Without options the platform answers as well, only that it does not ask the user.
+        // If the options could not be created, the call still returns the state, but without the prompt.
         return AXIsProcessTrustedWithOptions(options.get()) != 0;
     });
 }
@@ -143,7 +143,7 @@ std::vector<std::vector<AttributeAnswer>> MacOSAccessibility::copyAttributes(
     std::vector<std::vector<AttributeAnswer>> answers;
     answers.reserve(elements.size());
     for (const Element& element : elements) {
-        // A pool for each element, so that a long walk does not pile up what the platform leaves in it.
+        // A pool for each element, so that autoreleased objects do not accumulate during a long walk.
         answers.push_back(batch ? answerOf([&] { return copyRow(*batch, count, element); }, failedRow) : failedRow);
     }
     return answers;

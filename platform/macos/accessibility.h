@@ -4,13 +4,14 @@
 
 namespace lomaris::macos {
 
-/// The accessibility service of macOS: the platform's own elements, attribute names and result codes, handed through as
-/// they are. A text, array or box that cannot be made for want of memory answers `AXError::failure`, as the platform's
-/// calls do then, and so does an operation that an exception of the platform ended. What is no element answers
-/// `AXError::illegalArgument` and never reaches the platform. What the platform leaves to an autorelease pool goes with
-/// the operation, in a batch with each element.
+/// The accessibility service of macOS. Elements, attribute names and result codes are the platform's own, unchanged.
 ///
-/// Calls that cross into another process end after the platform's own deadline, some seconds, with
+/// Returns `AXError::failure` if a Core Foundation object cannot be created because memory runs out, as the platform's
+/// calls do, or if the platform throws an exception. Returns `AXError::illegalArgument`, without calling the platform,
+/// if an `Element` does not hold an AXUIElement. Each operation drains its own autorelease pool, a batch one for each
+/// element.
+///
+/// A request to another process times out after the platform's own timeout of some seconds, with
 /// `AXError::cannotComplete`.
 class MacOSAccessibility final : public Accessibility {
 public:

@@ -25,8 +25,8 @@ CFOwned<CFArrayRef> arrayOf(const std::vector<CFOwned<CFStringRef>>& strings) {
     return CFOwned(CFArrayCreate(kCFAllocatorDefault, members.data(), count, &kCFTypeArrayCallBacks));
 }
 
-/// What the place of one attribute in a batch says, or nothing where a copy of this attribute alone must tell: the null
-/// object may stand for any of several answers, and an attribute without a value cannot have succeeded.
+/// The result of one attribute in a batch; nullopt if the attribute must be copied alone: CFNull is ambiguous, and an
+/// attribute without a value cannot have succeeded.
 std::optional<CopiedAttribute> answerIn(CFTypeRef place) {
     if (place == nullptr || CFGetTypeID(place) == CFNullGetTypeID()) {
         return std::nullopt;
@@ -51,7 +51,7 @@ CopiedAttribute copyAttributeOf(AXUIElementRef element, CFStringRef attribute) {
 }
 
 AttributeBatch::AttributeBatch(std::vector<CFOwned<CFStringRef>> attributes) : attributes_(std::move(attributes)) {
-    // One attribute is one crossing either way.
+    // A single attribute takes one request either way.
     if (attributes_.size() > 1) {
         names_ = arrayOf(attributes_);
     }

@@ -10,31 +10,31 @@
 
 namespace lomaris::macos {
 
-/// A copied attribute before anybody looked at its kind: the code, and the value, which is none beside an error and may
-/// be none beside a success.
+/// The result of copying an attribute, before its value's kind is checked. The value is null with an error code, and
+/// may be null with a success code.
 struct CopiedAttribute {
     AXError error = AXError::success;
     CFOwned<CFTypeRef> value;
 };
 
-/// Copies one attribute of `element`: one crossing. Main thread.
+/// Copies one attribute of `element`, with one request to its process. Main thread only.
 [[nodiscard]] CopiedAttribute copyAttributeOf(AXUIElementRef element, CFStringRef attribute);
 
-/// Copies several attributes of several elements with one crossing for each element, and answers for each attribute
-/// what `copyAttributeOf` would. Main thread.
+/// Copies several attributes of several elements with one request for each element. The results are those that
+/// `copyAttributeOf` returns for each attribute. Main thread only.
 class AttributeBatch {
 public:
-    /// The names of the attributes; they are retained.
+    /// `attributes` are the names of the attributes; they are retained.
     explicit AttributeBatch(std::vector<CFOwned<CFStringRef>> attributes);
 
-    /// The answers of one element, in the order of the attributes.
+    /// The results for one element, in the order of the attributes.
     [[nodiscard]] std::vector<CopiedAttribute> copyFrom(AXUIElementRef element) const;
 
 private:
     [[nodiscard]] CFOwned<CFArrayRef> copyTogether(AXUIElementRef element) const;
 
     std::vector<CFOwned<CFStringRef>> attributes_;
-    /// The same names for the platform's batch, or none where there is no batch to be made of them.
+    /// The same names as an array for the platform's batch call; null if a batch is not possible or saves nothing.
     CFOwned<CFArrayRef> names_;
 };
 

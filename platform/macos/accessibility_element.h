@@ -7,12 +7,12 @@
 
 namespace lomaris::macos {
 
-/// An element that shares `value`, whatever it is: most are elements of the platform, but a value that is taken as one
-/// unchecked, or none at all, is held as well. Equality is that of Core Foundation. Any thread.
+/// Creates an element that shares `value`. Usually an AXUIElement, but `copyElementAttribute` may return a value of
+/// another kind, and `value` may be null. Equality is that of Core Foundation. Any thread.
 [[nodiscard]] Element makeElement(CFOwned<CFTypeRef> value);
 
-/// The platform's element behind `element`, borrowed from it, or null where it holds something else: the platform's
-/// calls may end the process when they are handed anything but an element. `element` comes from this platform.
+/// The AXUIElement behind `element`, borrowed from it; null if it holds something else. The check is necessary because
+/// the platform's calls may crash on any other object. `element` must be from this platform.
 [[nodiscard]] AXUIElementRef axElementOf(const Element& element);
 
 }  // namespace lomaris::macos

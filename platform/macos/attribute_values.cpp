@@ -22,7 +22,7 @@ AttributeValue numberFrom(CFNumberRef number) {
         return integer;
     }
     OtherNumber other;
-    // What a double cannot hold exactly comes back rounded, which is all that is asked of another number.
+    // A number that a double cannot represent exactly is rounded, which suffices for `OtherNumber`.
     static_cast<void>(CFNumberGetValue(number, kCFNumberDoubleType, &other.value));
     return other;
 }
@@ -49,7 +49,7 @@ AttributeValue boxedValueFrom(AXValueRef boxed) {
     return TextRange{range.location, range.length};
 }
 
-/// Makes the objects of the kinds that can be set; every other kind is refused.
+/// Creates the objects for the kinds that can be set; refuses every other kind.
 struct SettableObjectMaker {
     SettableObject operator()(const Text& text) const {
         return made(CFOwned<CFTypeRef>::retaining(stringFrom(text).get()));

@@ -6,26 +6,26 @@
 
 #include <optional>
 
-/// The values of attributes between the platform's objects and the closed set that the logic knows. Kinds are told by
-/// type identifiers alone, never by what an attribute ought to hold. Any thread.
+/// Conversion of attribute values between Core Foundation objects and `AttributeValue`. A value's kind is determined by
+/// its type identifier alone, not by the attribute that holds it. Any thread.
 namespace lomaris::macos {
 
-/// What `value` is. A null reference and the null object are both no value; a number of any storage is an integer
-/// where 64 bits hold it exactly. `value` stays the caller's; elements in the result share it.
+/// Converts `value`, which the caller still owns; elements in the result share it. A null reference and CFNull are both
+/// `NullValue`. A number of any storage type is an integer if 64 bits represent it exactly.
 [[nodiscard]] AttributeValue attributeValueFrom(CFTypeRef value);
 
-/// An object to set an attribute to, or why there is none: `illegalArgument` where a value of this kind cannot be set,
-/// `failure` where the platform could not make the object.
+/// The object to set an attribute to, or the error that explains why there is none: `illegalArgument` if a value of
+/// this kind cannot be set, `failure` if the platform could not create the object.
 struct SettableObject {
     AXError error = AXError::success;
     CFOwned<CFTypeRef> object;
 };
 
-/// The object for `value`. Texts, booleans, numbers, ranges and elements can be set, other kinds cannot; nor can an
-/// `Element` that holds none of the platform's.
+/// Converts `value`. Texts, booleans, numbers, ranges and elements can be set; other kinds cannot, nor can an `Element`
+/// that does not hold an AXUIElement.
 [[nodiscard]] SettableObject settableObjectFrom(const AttributeValue& value);
 
-/// The error code that `value` boxes, or nothing where it is anything else. `value` may be null.
+/// The error code that `value` boxes; nullopt if it is null or anything else.
 [[nodiscard]] std::optional<AXError> boxedErrorIn(CFTypeRef value);
 
 }  // namespace lomaris::macos

@@ -15,7 +15,7 @@
 
 namespace lomaris::macos {
 
-/// A timed wait on a lock of its own, known to the state so that the end can interrupt it.
+/// A timed wait with its own lock. Registered with the state, so that `finish` can interrupt it.
 class BackgroundBlocks::JumpingCondition final : public Condition {
 public:
     explicit JumpingCondition(std::shared_ptr<State> state) : state_(std::move(state)) {}
@@ -26,7 +26,7 @@ public:
     void broadcast() override { condition_.wakeAll(); }
 
     void wakeForTheEnd() {
-        // With the lock held: a thread that saw no end yet is inside its wait by now and hears this.
+        // Takes the lock: a thread that has not seen `isFinishing` is in its wait by now, and is woken.
         const std::lock_guard lock(condition_);
         condition_.wakeAll();
     }
@@ -47,7 +47,7 @@ public:
         }
     }
 
-    /// Sleeps until the deadline or the end, whichever comes first.
+    /// Sleeps until the deadline or `finish`, whichever is first.
     void sleepUntil(Moment deadline) {
         const std::lock_guard lock(changed_);
         while (!isFinishing() && monotonicNow() < deadline) {
@@ -55,7 +55,7 @@ public:
         }
     }
 
-    /// Keeps a block until the queue comes for it; not after the end.
+    /// Stores a block until the queue runs it. False after `finish`.
     [[nodiscard]] bool keep(std::function<void()> block) {
         const std::lock_guard lock(changed_);
         if (isFinishing()) {
@@ -65,7 +65,7 @@ public:
         return true;
     }
 
-    /// Runs the block that waits longest, if one is left.
+    /// Runs the oldest stored block, if there is one.
     void runNext() {
         std::list<std::function<void()>> taken;
         {
@@ -77,7 +77,7 @@ public:
             ++running_;
         }
         runShielded(taken.front());
-        // What the block holds is freed while its service still waits for it.
+        // Frees the captures of the block before `finish` can return.
         taken.clear();
         const std::lock_guard lock(changed_);
         --running_;

@@ -4,7 +4,7 @@
 
 namespace lomaris::macos {
 
-// The platform's unit and ours are the same 16 bits under two names, which lets texts cross without a conversion.
+// UniChar and char16_t are both 16 bits, so texts need no conversion.
 static_assert(sizeof(UniChar) == sizeof(char16_t));
 
 Text textFrom(CFStringRef string) {

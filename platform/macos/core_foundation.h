@@ -8,18 +8,18 @@
 
 namespace lomaris::macos {
 
-/// Owns one reference to a Core Foundation object, or none. It is the only place that retains and releases: whatever a
-/// Create or Copy call answers goes into one at once, and what a Get call answers is used in place or retained. A plain
+/// Owns one reference to a Core Foundation object, or none. The only place that retains and releases: the result of a
+/// Create or Copy call is stored in a `CFOwned` at once, the result of a Get call is used in place or retained. A plain
 /// value; copies share the object. `Reference` is the platform's reference type ("CFStringRef").
 template <typename Reference>
 class CFOwned {
 public:
     CFOwned() = default;
 
-    /// Takes over the reference that a Create or Copy call answered, which may be null.
+    /// Takes ownership of the result of a Create or Copy call, which may be null.
     explicit CFOwned(Reference created) noexcept : reference_(created) {}
 
-    /// Shares an object that somebody else owns, such as a Get call answers. `borrowed` may be null.
+    /// Retains an object that another owner holds, such as the result of a Get call. `borrowed` may be null.
     [[nodiscard]] static CFOwned retaining(Reference borrowed) noexcept {
         if (borrowed != nullptr) {
             CFRetain(borrowed);
@@ -41,7 +41,7 @@ public:
         }
     }
 
-    /// The object, borrowed from this owner; null where there is none.
+    /// The object, borrowed from this owner; null if there is none.
     [[nodiscard]] Reference get() const noexcept { return reference_; }
 
     explicit operator bool() const noexcept { return reference_ != nullptr; }
@@ -50,10 +50,10 @@ private:
     Reference reference_ = nullptr;
 };
 
-/// The UTF-16 units of `string`, which must not be null, half surrogate pairs included. Any thread.
+/// The UTF-16 units of `string`, which must not be null; half surrogate pairs are kept. Any thread.
 [[nodiscard]] Text textFrom(CFStringRef string);
 
-/// A string of exactly these UTF-16 units, or none where the platform cannot make one. Any thread.
+/// A string of exactly these UTF-16 units; null if the platform cannot create one. Any thread.
 [[nodiscard]] CFOwned<CFStringRef> stringFrom(TextView text);
 
 }  // namespace lomaris::macos

@@ -10,7 +10,7 @@
 
 namespace lomaris::macos {
 
-// The boundary speaks of flags and kinds of events in the platform's own numbers.
+// The boundary's flags and event types have the platform's own values.
 static_assert(commandFlag == kCGEventFlagMaskCommand);
 static_assert(static_cast<std::uint32_t>(InputEventType::leftMouseDown) == kCGEventLeftMouseDown);
 static_assert(static_cast<std::uint32_t>(InputEventType::rightMouseDown) == kCGEventRightMouseDown);
@@ -19,7 +19,8 @@ static_assert(static_cast<std::uint32_t>(InputEventType::otherMouseDown) == kCGE
 
 namespace {
 
-/// The source lives as long as its events: releasing it changes which keys other sources of its state take for pressed.
+/// Keeps the source as long as its events: releasing it changes the key state that other sources of the same state
+/// report.
 struct MacOSKeyStrokeEvents final : public KeyStrokeEvents {
     CFOwned<CGEventSourceRef> source;
     CFOwned<CGEventRef> keyDown;

@@ -4,9 +4,8 @@
 
 namespace lomaris::macos {
 
-/// Input of a macOS session. Key codes are positions on the keyboard, so that 8 and 9 are the keys that are C and V on
-/// a US keyboard. Counters are those of the whole session: they move with the user's input and with posted events
-/// alike.
+/// Input events of a macOS session. Key codes are positions on the keyboard: 8 and 9 are C and V on a US keyboard.
+/// Counters are those of the whole session and count both the user's input and posted events.
 class MacOSEventServices final : public EventServices {
 public:
     [[nodiscard]] bool preflightPostEventAccess() override;

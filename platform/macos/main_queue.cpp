@@ -24,7 +24,7 @@ public:
     }
 
     void close() {
-        // Freed without the lock: what a block holds may post when it goes.
+        // Freed after the lock is released, because the captures of a block may call `post` when they are destroyed.
         std::list<std::function<void()>> dropped;
         const std::lock_guard lock(mutex_);
         isClosed_ = true;
@@ -50,7 +50,7 @@ public:
     }
 
 private:
-    /// Every block has one turn of the platform's queue.
+    /// Adds one entry to the platform's main queue; each entry runs one block.
     void askForATurn() {
         auto context = std::make_unique<std::shared_ptr<State>>(shared_from_this());
         dispatch_async_f(dispatch_get_main_queue(), context.release(), [](void* raw) {

@@ -5,14 +5,15 @@
 
 namespace lomaris::macos {
 
-/// Blocks for the main thread, which the platform's main queue runs: a turning run loop does, the one of a program that
-/// embeds this library as well. The blocks stay here until their turn comes, so that they can be put off and dropped.
+/// Queues blocks for the platform's main queue, which any run loop of the main thread serves, including that of a
+/// program that embeds the library. The blocks are stored here until they run, so that they can be deferred and
+/// dropped.
 class MainQueue {
     class State;
 
 public:
-    /// While one lives, no block runs, although the run loop may turn: those whose turn comes meanwhile run later, in
-    /// their order. Main thread.
+    /// While a `Pause` exists, no block runs even if the run loop runs. Blocks that were due in the meantime run
+    /// afterwards, in their order. Main thread only.
     class Pause {
     public:
         explicit Pause(const MainQueue& queue);
@@ -32,11 +33,11 @@ public:
     /// Queues `block`; dropped after `close`. Any thread.
     void post(std::function<void()> block);
 
-    /// Drops what waits and whatever still comes. Main thread.
+    /// Drops all queued and later blocks. Main thread only.
     void close();
 
 private:
-    // Shared with what the platform's queue holds, which may outlive this object.
+    // Shared with the entries of the platform's queue, which may outlive this object.
     std::shared_ptr<State> state_;
 };
 

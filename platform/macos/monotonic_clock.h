@@ -6,15 +6,15 @@
 
 namespace lomaris::macos {
 
-/// The time that the machine has been awake, which no change of the date moves. Any thread.
+/// The time that the machine has been awake. Unaffected by changes of the system time. Any thread.
 [[nodiscard]] Moment monotonicNow();
 
-/// `duration` after `moment`, which is `moment` where it is negative; the last moment there is where that is nearer.
+/// `duration` after `moment`, at most `Moment::max()`. A negative `duration` counts as zero.
 [[nodiscard]] constexpr Moment later(Moment moment, Duration duration) {
     return moment + std::min(std::max(duration, Duration::zero()), Moment::max() - moment);
 }
 
-/// Blocks until `deadline`, signals or not. Any thread.
+/// Blocks until `deadline`, even if signals arrive. Any thread.
 void sleepUntil(Moment deadline);
 
 }  // namespace lomaris::macos

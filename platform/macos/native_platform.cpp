@@ -20,7 +20,7 @@ public:
     MacOSPlatform(const MacOSPlatform&) = delete;
     MacOSPlatform& operator=(const MacOSPlatform&) = delete;
     ~MacOSPlatform() override {
-        // Blocks end first: they may use any service.
+        // Ends the blocks first, because they may use any service.
         scheduling_.finish();
         pasteboard_.finish();
         scheduling_.termination().endIfAsked();

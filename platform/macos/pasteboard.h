@@ -10,11 +10,11 @@ namespace lomaris::macos {
 
 /// The general pasteboard.
 ///
-/// Nothing of it is touched before the first use. What is on it lives in the pasteboard server and outlasts this
-/// process, but for promises: at the end they are kept with concrete data. Main thread only.
+/// Does not access the pasteboard before the first use. The pasteboard server stores the contents, so they outlive this
+/// process, except for promises; `finish` replaces those with data. Main thread only.
 class MacOSPasteboard final : public Pasteboard {
 public:
-    /// `runLoop` outlives the pasteboard.
+    /// `runLoop` must outlive the pasteboard.
     explicit MacOSPasteboard(RunLoop& runLoop);
     ~MacOSPasteboard() override;
 
@@ -23,15 +23,15 @@ public:
     [[nodiscard]] std::int64_t changeCount() override;
     void clearContents() override;
     [[nodiscard]] bool writeItems(std::vector<NewPasteboardItem> items) override;
-    /// A lock on a file in the user's directory for temporary files.
+    /// Locks a file in the user's directory for temporary files.
     [[nodiscard]] std::unique_ptr<PasteboardHold> tryHold() override;
 
-    /// Answers the requests that wait already and keeps what is then still promised, if the pasteboard is still this
-    /// process's. Also to be called before a signal ends the process, though not from its handler. Does not wait.
+    /// Serves the requests that are already pending, then fulfills the remaining promises if this process still owns
+    /// the pasteboard. Must also be called before a signal ends the process, but not from its handler. Does not wait.
     void finish();
 
 private:
-    /// The promises that stand.
+    /// The promises of this process that are not yet fulfilled or replaced.
     class Promises;
 
     RunLoop& runLoop_;

@@ -17,7 +17,7 @@ namespace lomaris::macos {
 
 namespace {
 
-/// The file that the processes of this user lock for an operation; empty if the user has no such directory.
+/// The path of the file that all processes of this user lock for an operation; empty if the user has no such directory.
 std::string lockPath() {
     std::array<char, PATH_MAX> directory{};
     const std::size_t length = confstr(_CS_DARWIN_USER_TEMP_DIR, directory.data(), directory.size());
@@ -58,7 +58,8 @@ public:
     }
 
 private:
-    /// An item of this process's own could go on answering from its own memory.
+    /// False once the contents have changed. Without this check, an item of this process could still return data from
+    /// its own memory.
     [[nodiscard]] bool stands() const { return countOf(NSPasteboard.generalPasteboard) == changeCount_; }
 
     NSPasteboardItem* item_;
@@ -67,7 +68,7 @@ private:
 
 using Data = std::vector<std::pair<PasteboardType, Bytes>>;
 
-/// Whether the item took all of it.
+/// True if the item accepted all of it.
 bool setData(NSPasteboardItem* item, const Data& data) {
     bool tookAll = true;
     for (const auto& [type, bytes] : data) {
@@ -77,14 +78,14 @@ bool setData(NSPasteboardItem* item, const Data& data) {
     return tookAll;
 }
 
-/// An item as the pasteboard takes it, with its promise, if there is one.
+/// An item for the pasteboard and its promise, which is nil if it promises nothing.
 struct WrittenItem {
     NSPasteboardItem* item = nil;
     LomarisPasteboardPromise* promise = nil;
     Data data;
 };
 
-/// Nothing where the promise was refused.
+/// nullopt if the promise was refused.
 std::optional<WrittenItem> writtenItemFrom(NewPasteboardItem newItem) {
     WrittenItem written{[NSPasteboardItem new], nil, std::move(newItem.data)};
     if (newItem.provider && !newItem.promisedTypes.empty()) {
@@ -94,7 +95,7 @@ std::optional<WrittenItem> writtenItemFrom(NewPasteboardItem newItem) {
             return std::nullopt;
         }
     }
-    // A type that is refused is a type less.
+    // A refused type is left out.
     static_cast<void>(setData(written.item, written.data));
     return written;
 }
@@ -109,7 +110,7 @@ bool writeObjects(const std::vector<WrittenItem>& items) {
 
 }  // namespace
 
-/// What this process wrote since it last cleared the pasteboard, as long as there are promises in it.
+/// The items that this process wrote since it last cleared the pasteboard; empty if none of them has a promise.
 class MacOSPasteboard::Promises {
 public:
     Promises() = default;
@@ -119,7 +120,7 @@ public:
 
     [[nodiscard]] bool empty() const { return items_.empty(); }
 
-    /// To be called after each write; `changeCount` is that of the pasteboard since then.
+    /// Must be called after each write; `changeCount` is the pasteboard's count after it.
     void add(std::vector<WrittenItem> items, std::int64_t changeCount) {
         changeCount_ = changeCount;
         const bool hasPromises =
@@ -131,7 +132,7 @@ public:
 
     [[nodiscard]] bool standAt(std::int64_t changeCount) const { return changeCount == changeCount_; }
 
-    /// Puts data in the place of every promise: on the items as they stand, which disturbs nobody, or else on new ones.
+    /// Replaces every promise by its data: on the existing items, which no reader notices, or else on new items.
     void keep() {
         bool tookAll = true;
         for (const WrittenItem& written : items_) {
@@ -151,7 +152,7 @@ public:
     }
 
 private:
-    /// With everything: what a provider gave to readers before is on the old items alone.
+    /// Writes all data again, because what the provider supplied to readers is on the old items only.
     void writeAnew() const {
         std::vector<WrittenItem> anew;
         for (const WrittenItem& written : items_) {
@@ -176,7 +177,7 @@ MacOSPasteboard::~MacOSPasteboard() { finish(); }
 std::vector<std::unique_ptr<PasteboardItem>> MacOSPasteboard::items() {
     return answerOf<std::vector<std::unique_ptr<PasteboardItem>>>([] {
         NSPasteboard* const pasteboard = NSPasteboard.generalPasteboard;
-        // Before the items: contents that change in between make items that answer nothing, never the wrong thing.
+        // Read before the items: if the contents change in between, the items return no data instead of wrong data.
         const std::int64_t changeCount = countOf(pasteboard);
         std::vector<std::unique_ptr<PasteboardItem>> items;
         for (NSPasteboardItem* item in pasteboard.pasteboardItems) {
@@ -230,14 +231,14 @@ void MacOSPasteboard::finish() {
     if (promises_->empty()) {
         return;
     }
-    // A target that asked already waits for an answer to that very request.
+    // A target that has already sent its request waits for the reply to that request.
     runLoop_.serveWaiting(Duration::zero());
     runShielded([this] {
         if (promises_->standAt(countOf(NSPasteboard.generalPasteboard))) {
             promises_->keep();
         }
     });
-    // One that asked meanwhile is answered as well.
+    // Serves requests that arrived in the meantime.
     runLoop_.serveWaiting(Duration::zero());
     runShielded([this] { promises_->letGo(); });
 }

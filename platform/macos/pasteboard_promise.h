@@ -1,6 +1,6 @@
 #pragma once
 
-// For Objective-C++ sources alone.
+// Only for Objective-C++ sources.
 
 #include "platform/pasteboard.h"
 
@@ -13,7 +13,7 @@
 
 namespace lomaris::macos {
 
-/// A pasteboard type, or none where the platform cannot make the string.
+/// A pasteboard type; nil if the platform cannot create the string.
 NSPasteboardType _Nullable pasteboardTypeFrom(const PasteboardType& type);
 
 /// The name of a type in UTF-8.
@@ -27,27 +27,27 @@ Bytes bytesFrom(NSData* _Nonnull data);
 
 }  // namespace lomaris::macos
 
-/// Stands between the pasteboard and the provider of one item. The pasteboard may come back to it at any time until it
-/// says that it has finished, so it keeps itself alive until then; the provider it lets go of as soon as the promise
-/// is over.
+/// Connects the pasteboard to the provider of one item. The pasteboard may call it until it reports that it has
+/// finished, so the object keeps itself alive until then; it releases the provider as soon as the promise is over.
 @interface LomarisPasteboardPromise : NSObject <NSPasteboardItemDataProvider>
 
 - (nonnull instancetype)initWithProvider:(std::shared_ptr<lomaris::PasteboardDataProvider>)provider
                                    types:(std::vector<lomaris::PasteboardType>)types;
 
-/// Promises the types on `item`; whether the item took the promise.
+/// Promises the types on `item`. YES if the item accepted the promise.
 - (BOOL)promiseOn:(nonnull NSPasteboardItem*)item;
 
-/// Stays alive until the pasteboard has finished with it. To be called once the item stands on the pasteboard.
+/// Keeps this object alive until the pasteboard has finished with it. Must be called once the item is on the
+/// pasteboard.
 - (void)standUntilFinished;
 
-/// Asks the provider for the types that nobody has asked for yet; what it gave for them.
+/// Requests the types that no reader has requested yet from the provider and returns what it supplied.
 - (std::vector<std::pair<lomaris::PasteboardType, lomaris::Bytes>>)takeOpenData;
 
-/// All that the provider gave so far, to readers as well.
+/// Everything that the provider supplied so far, including what readers requested.
 - (std::vector<std::pair<lomaris::PasteboardType, lomaris::Bytes>>)givenData;
 
-/// Lets go of the provider and of what it gave; who asks from now on gets nothing.
+/// Releases the provider and what it supplied; later requests get nothing.
 - (void)letGo;
 
 @end

@@ -19,19 +19,19 @@ PasteboardType typeFrom(NSPasteboardType type) { return utf8FromText(textFrom((_
 NSData* dataFrom(std::string_view bytes) { return [NSData dataWithBytes:bytes.data() length:bytes.size()]; }
 
 Bytes bytesFrom(NSData* data) {
-    // The bytes of empty data may be null.
+    // `bytes` of empty data may be null.
     return data.length == 0 ? Bytes() : Bytes(static_cast<const char*>(data.bytes), data.length);
 }
 
 namespace {
 
-/// What a provider gave.
+/// The bytes that a provider supplied, by type.
 using Data = std::vector<std::pair<PasteboardType, Bytes>>;
 
-/// An item as a provider sees it: keeps what it is given, and hands it on to the item where a reader waits for it.
+/// The item that is passed to a provider: stores the bytes, and also sets them on the item if a reader waits for them.
 class CollectingItem final : public PromisedItem {
 public:
-    /// `item` is none where nobody waits. `given` gets what is given and outlives this object.
+    /// `item` is nil if no reader waits. The bytes are added to `given`, which must outlive this object.
     CollectingItem(NSPasteboardItem* item, Data& given) : item_(item), given_(given) {}
 
     void setData(std::string_view bytes, const PasteboardType& type) override {
@@ -52,11 +52,11 @@ private:
 
 @implementation LomarisPasteboardPromise {
     std::shared_ptr<lomaris::PasteboardDataProvider> _provider;
-    /// The types that nobody has asked for yet.
+    /// The types that no reader has requested yet.
     std::vector<lomaris::PasteboardType> _openTypes;
-    /// What the provider gave, until the promise is over.
+    /// What the provider supplied, until the promise is over.
     lomaris::macos::Data _given;
-    /// Itself, from the write until the pasteboard has finished with it.
+    /// This object itself, from the write until the pasteboard has finished with it.
     LomarisPasteboardPromise* _self;
 }
 

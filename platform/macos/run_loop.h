@@ -4,7 +4,7 @@
 
 namespace lomaris::macos {
 
-/// The run loop of the main thread, as the services of this platform need it between two slices. Main thread.
+/// The run loop of the main thread, for the services of this platform. Main thread only.
 class RunLoop {
 public:
     RunLoop() = default;
@@ -12,9 +12,9 @@ public:
     RunLoop& operator=(const RunLoop&) = delete;
     virtual ~RunLoop() = default;
 
-    /// Handles what waits for this process already, and what comes within `patience`, which may be zero: requests for
-    /// promised data, and news of other applications, which the workspace takes note of only so. Blocks of the main
-    /// queue stay where they are.
+    /// Handles what is already pending for this process, and what arrives within `patience`, which may be zero:
+    /// requests for promised data, and notifications about other applications, without which the workspace's state is
+    /// stale. Does not run blocks of the main queue.
     virtual void serveWaiting(Duration patience) = 0;
 };
 

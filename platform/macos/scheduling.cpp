@@ -14,19 +14,19 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// How long a request to end the process may go unnoticed by a run loop that turns.
+/// The longest time for which a running run loop does not notice a request to end the process.
 constexpr Duration longestTurn = milliseconds(50);
-/// A run loop with nothing to watch does not wait; this is how often it is looked at then.
+/// A run loop without sources returns at once; this is the pause before it runs again.
 constexpr Duration restBetweenTurns = milliseconds(1);
-/// More than can be waiting at once; an application that never stops sending, or a program that embeds this and always
-/// stops its run loop, must not hold this process.
+/// More than can be pending at once. Limits the loop if an application never stops sending, or if the host always stops
+/// the run loop.
 constexpr int mostWaiting = 100;
 
-/// When a turn of the run loop ends before its time is over.
+/// When `turn` returns before its time is over.
 enum class Until { timeIsOver, somethingWasHandled };
 
-/// Turns the run loop of this thread for at most `duration` and says why that ended; an exception of what was handled
-/// counts as having been stopped.
+/// Runs the run loop of this thread for at most `duration` and returns the reason why it returned;
+/// `kCFRunLoopRunStopped` if a handler threw an exception.
 CFRunLoopRunResult turn(Duration duration, Until until) {
     CFRunLoopRunResult result = kCFRunLoopRunStopped;
     runShielded([&] {
@@ -36,7 +36,7 @@ CFRunLoopRunResult turn(Duration duration, Until until) {
     return result;
 }
 
-/// Waits for a signal to be caught for at most `duration`, which is rounded down to milliseconds.
+/// Waits until a signal is caught, for at most `duration`, rounded down to milliseconds.
 void waitForSignal(int descriptor, Duration duration) {
     constexpr milliseconds longest = std::chrono::hours(1);
     const auto timeout = std::min(std::chrono::floor<milliseconds>(duration), longest);
@@ -73,7 +73,7 @@ void MacOSScheduling::sleepOnMainThread(Moment deadline) {
 
 void MacOSScheduling::runLoopSlice(Duration duration) {
     const Moment deadline = later(monotonicNow(), duration);
-    // A slice of no length still serves what waits.
+    // A slice of zero length still serves what is pending.
     do {
         termination_.endIfAsked();
         const Duration left = std::clamp(deadline - monotonicNow(), Duration::zero(), longestTurn);
@@ -91,7 +91,7 @@ void MacOSScheduling::serveWaiting(Duration patience) {
     for (int turns = 0; turns < mostWaiting; ++turns) {
         const Duration left = std::max(deadline - monotonicNow(), Duration::zero());
         const CFRunLoopRunResult result = turn(left, Until::somethingWasHandled);
-        // Whoever else stops this run loop means a turn of their own.
+        // A stop by other code was meant for that code's own run of the run loop.
         if (result == kCFRunLoopRunFinished || result == kCFRunLoopRunTimedOut) {
             return;
         }

@@ -13,12 +13,12 @@
 
 namespace lomaris::macos {
 
-/// Real time, the run loop of the main thread and the queues of the platform. In a program that embeds the library, the
-/// program's own run loop serves the main queue as well.
+/// Real time, the run loop of the main thread, and the platform's queues. In a program that embeds the library, the
+/// program's own run loop also serves the main queue.
 class MacOSScheduling final : public Scheduling, public RunLoop {
 public:
-    /// `endServices` brings the other services of the platform to their end when the process is told to end. Made on
-    /// the main thread.
+    /// `endServices` ends the other services of the platform when the end of the process is requested. Must be
+    /// constructed on the main thread.
     explicit MacOSScheduling(std::function<void()> endServices = [] {}) : termination_(std::move(endServices)) {}
 
     [[nodiscard]] Moment now() override { return background_.now(); }
@@ -34,10 +34,10 @@ public:
     void serveWaiting(Duration patience) override;
 
     /// Ends all background blocks, which may use other services of the platform until then, and drops the main queue.
-    /// To be called before those services end. Main thread.
+    /// Must be called before those services end. Main thread only.
     void finish();
 
-    /// For the program that is the whole process; see `nativePlatform`.
+    /// For the command-line tool only; see `ProcessRole`.
     [[nodiscard]] Termination& termination() { return termination_; }
 
 private:
@@ -46,7 +46,7 @@ private:
     MainQueue mainQueue_;
     Termination termination_;
     const std::thread::id mainThread_ = std::this_thread::get_id();
-    // Last, so that its blocks have ended before anything else goes.
+    // Last member, so that its blocks end before any other member is destroyed.
     BackgroundBlocks background_;
 };
 

@@ -5,12 +5,11 @@
 
 namespace lomaris::macos {
 
-/// Runs `call` with an autorelease pool of its own and stops whatever exception leaves it, an Objective-C one as well:
-/// the boundary never throws, and nothing may unwind through frames of the platform. Answers whether `call` returned.
-/// Any thread.
+/// Runs `call` with its own autorelease pool and catches every exception, including Objective-C ones: the boundary must
+/// not throw, and no exception may unwind through frames of the platform. True if `call` returned normally. Any thread.
 bool runShielded(const std::function<void()>& call) noexcept;
 
-/// What `call` answers under that shield, or `failure` where an exception ended it.
+/// Runs `call` shielded and returns its result, or `failure` if an exception ended it.
 template <typename Answer, typename Call>
 [[nodiscard]] Answer answerOf(const Call& call, Answer failure = {}) {
     runShielded([&] { failure = call(); });

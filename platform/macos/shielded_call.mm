@@ -3,7 +3,7 @@
 namespace lomaris::macos {
 
 bool runShielded(const std::function<void()>& call) noexcept {
-    // The pool is the outer one: an exception that went through it would leave it undrained.
+    // The pool encloses the handler, because an exception that left the pool would skip draining it.
     @autoreleasepool {
         @try {
             call();

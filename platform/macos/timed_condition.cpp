@@ -9,7 +9,7 @@
 namespace lomaris::macos {
 
 void TimedCondition::waitUntil(Moment deadline) {
-    // Longer waits end early and are asked for again.
+    // Longer waits return early, and the caller waits again.
     constexpr Duration longest = std::chrono::hours(1);
     const Duration left = std::min(deadline, monotonicNow() + longest) - monotonicNow();
     if (left <= Duration::zero()) {

@@ -7,8 +7,8 @@
 
 namespace lomaris::macos {
 
-/// A lock with a timed wait on the monotonic clock. The standard library's own waits until a time of day on this
-/// platform, which a change of the date moves. Any thread.
+/// A lock with a timed wait on the monotonic clock. The standard library's timed waits on this platform use the system
+/// time, so a change of the date would move the deadline. Thread-safe.
 class TimedCondition {
 public:
     TimedCondition() = default;
@@ -18,11 +18,11 @@ public:
     void lock() { mutex_.lock(); }
     void unlock() { mutex_.unlock(); }
 
-    /// Releases the lock, waits for `wakeAll` or until `deadline`, takes the lock again; may return for no reason. The
-    /// lock must be held.
+    /// Releases the lock, waits for `wakeAll` or until `deadline`, and takes the lock again. May return early for no
+    /// reason. The lock must be held.
     void waitUntil(Moment deadline);
 
-    /// The same without a deadline.
+    /// Waits without a deadline. The lock must be held.
     void wait();
 
     void wakeAll() { changed_.notify_all(); }

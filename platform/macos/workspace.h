@@ -7,11 +7,11 @@ namespace lomaris::macos {
 
 /// The applications of the user's session.
 ///
-/// The workspace of the platform keeps what it once answered until the run loop of the main thread turns, so each
-/// question first handles the news that wait. Nothing is asked before the first use. Main thread only.
+/// The platform's workspace updates its state only while the run loop of the main thread runs, so each call first
+/// handles the pending notifications. Does not access the workspace before the first use. Main thread only.
 class MacOSWorkspace final : public Workspace {
 public:
-    /// `runLoop` outlives the workspace.
+    /// `runLoop` must outlive the workspace.
     explicit MacOSWorkspace(RunLoop& runLoop) : runLoop_(runLoop) {}
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() override;

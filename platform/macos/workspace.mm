@@ -13,14 +13,14 @@ namespace lomaris::macos {
 
 namespace {
 
-/// What other applications did reaches this process over more than one step, of which only the first may wait already.
+/// A change in another application reaches this process in several steps; only the first may be pending already.
 constexpr Duration newsMayTake = std::chrono::milliseconds(1);
 
 std::optional<Text> optionalTextFrom(NSString* string) {
     return string == nil ? std::nullopt : std::optional(textFrom((__bridge CFStringRef)string));
 }
 
-/// Whether a process has this identifier, whatever the workspace remembers of it.
+/// True if a process with this identifier exists, even if the workspace's state is stale.
 bool isAlive(pid_t processIdentifier) {
     return processIdentifier > 0 && (kill(processIdentifier, 0) == 0 || errno != ESRCH);
 }
