@@ -5,10 +5,13 @@
 #include <optional>
 #include <variant>
 
-// The decisions of the keeper: the process that serves what an operation has written to the pasteboard, owns the hold
-// together with its partner, the process that performs the operation, and restores the user's contents if the partner
-// dies. They are one pure function from what the keeper knows and what happened to what it does, so that the real
-// keeper and the simulated one cannot differ. No clock, no connection, no memory of its own. Any thread.
+// The decisions of the keeper, the process that serves what an operation has written to the pasteboard. The process
+// that performs the operation is its partner. Both own the hold together, and the keeper restores the user's contents
+// if the partner dies.
+//
+// All decisions are one pure function, from the keeper's state and an event to the next state and the actions to take,
+// so that the real keeper and the simulated one cannot differ. It uses no clock, no connection and no global state. Any
+// thread.
 namespace lomaris::keeping {
 
 /// The owner of the pasteboard's contents.
@@ -21,11 +24,11 @@ enum class Owner {
     other,
 };
 
-/// What happens to the keeper. All but the last four are messages of the partner, in the order of its calls.
+/// Input of the keeper. All but the last four are messages from the partner, in the order of its calls.
 namespace event {
 /// An operation begins.
 struct Began {};
-/// These are the contents to restore; the partner is about to change the pasteboard.
+/// The partner has sent the contents to restore and is about to change the pasteboard.
 struct Protected {};
 /// The keeper serves new contents of the partner.
 struct Published {};
@@ -36,29 +39,31 @@ struct PasteExpected {
     Duration minimumWait{};
     Duration graceWait{};
 };
-/// The operation is over and the contents stay as they are.
+/// The operation is over; the contents stay as they are.
 struct Ended {};
-/// The partner is gone: it died, unless it had ended its operation.
+/// The connection to the partner is closed: it died, unless it had ended its operation.
 struct PartnerGone {};
 struct OwnerChanged {
     Owner owner{};
 };
-/// A program has read the promised text of the contents published last.
+/// A program has read the promised text of the contents that were published last.
 struct TextRead {};
-/// The moment that the last decision named has come.
+/// The time that the last decision set in `wakeAt` has come.
 struct TimePassed {};
 }  // namespace event
 
 using Event = std::variant<event::Began, event::Protected, event::Published, event::CopyExpected, event::PasteExpected,
                            event::Ended, event::PartnerGone, event::OwnerChanged, event::TextRead, event::TimePassed>;
 
-/// What the keeper knows. Starts with a partner that has not begun anything.
+/// The keeper's state. Initially there is a partner that has not begun an operation.
 ///
 /// - `isUnderWay`: an operation of the partner has begun and is not over.
-/// - `isProtecting`: the saved contents are to be restored if the partner dies, or, if it is dead already, are still to
-///   be restored once a paste is over.
+/// - `isProtecting`: the saved contents must be restored if the partner dies or, if it is dead already, once a paste is
+///   over.
+/// - `holds`: the use of the pasteboard is exclusive.
+/// - `isTextRead`: the promised text of the contents that were published last has been read.
+/// - `copyDeadline`: a copy by the target before this time belongs to the operation.
 /// - `paste`: present while the contents must stay for a target that was told to paste.
-/// - `copyDeadline`: until then a copy of the target belongs to the operation.
 struct State {
     struct Paste {
         Moment earliest{};
@@ -79,19 +84,21 @@ struct State {
     friend bool operator==(const State&, const State&) = default;
 };
 
-/// What the keeper does now, in this order, and when it wants `TimePassed` if nothing else happens before.
+/// The actions of the keeper, in this order, and the time at which it needs `TimePassed` if no other event happens
+/// before.
 struct Decision {
     State state;
-    /// The keeper serves the saved contents from now on and owns the pasteboard; no `OwnerChanged` follows for that.
+    /// The keeper serves the saved contents from now on and owns the pasteboard; no `OwnerChanged` follows for this
+    /// change.
     bool restores = false;
-    /// Nothing is left to be done: the keeper ends as soon as no reader is in the middle of a transfer.
+    /// The keeper has nothing left to do and ends as soon as no transfer to a reader is in progress.
     bool isDone = false;
     std::optional<Moment> wakeAt;
 
     friend bool operator==(const Decision&, const Decision&) = default;
 };
 
-/// Decides on one event. The keeper takes or releases the hold as `state.holds` says.
+/// Decides on one event. The keeper takes or releases the hold according to `state.holds`.
 [[nodiscard]] Decision decide(State state, const Event& event, Moment now);
 
 }  // namespace lomaris::keeping

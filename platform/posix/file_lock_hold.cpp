@@ -12,7 +12,7 @@ namespace lomaris {
 
 std::unique_ptr<PasteboardHold> FileLockHold::tryHold(const std::string& path) {
     constexpr int ownerOnly = 0600;
-    // Another program started meanwhile must not inherit the lock.
+    // O_CLOEXEC: a program started in the meantime must not inherit the lock.
     FileDescriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, ownerOnly));
     if (!file) {
         return std::make_unique<InertPasteboardHold>();

@@ -19,21 +19,21 @@ namespace {
 
 constexpr std::size_t firstReadSize = 64UL * 1024;
 
-/// Takes the number of a stream that came closed with a file that only allows the opposite of what the stream is for.
-/// The three are looked at in ascending order, so that `open` gives the number that is missing.
+/// If a stream is closed, opens a file in its place that only allows the opposite access. Must be called for the three
+/// streams in ascending order, because `open` uses the lowest free number.
 void occupyIfClosed(int descriptor, int uselessAccess) {
     if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
         static_cast<void>(open("/dev/null", uselessAccess));
     }
 }
 
-/// Waits until a descriptor that does not block is ready again, or for a moment where nobody can tell.
+/// Waits until a non-blocking descriptor is ready again, or for a short time if the system cannot tell.
 void waitUntilReady(int descriptor, short events) {
     pollfd request{};
     request.fd = descriptor;
     request.events = events;
     if (poll(&request, 1, -1) > 0 && (request.revents & POLLNVAL) != 0) {
-        // Some systems cannot wait for some devices and say so at once.
+        // Some systems cannot poll some devices, and return POLLNVAL at once.
         constexpr int rest = 1;
         static_cast<void>(poll(nullptr, 0, rest));
     }
@@ -41,8 +41,8 @@ void waitUntilReady(int descriptor, short events) {
 
 bool isTransient(int error) { return error == EINTR || error == EAGAIN || error == EWOULDBLOCK; }
 
-/// Waits until the descriptor takes bytes, or until the process is asked to end; answers whether it takes them. A
-/// signal that comes just before a write would not interrupt it, so the wait looks for both.
+/// Waits until the descriptor accepts bytes or the end of the process is requested; true for the former. Watches both,
+/// because a signal just before a blocking write would not interrupt it.
 bool waitUntilItTakesBytes(int descriptor, int terminationDescriptor) {
     std::array<pollfd, 2> requests{{{.fd = descriptor, .events = POLLOUT, .revents = 0},
                                     {.fd = terminationDescriptor, .events = POLLIN, .revents = 0}}};
@@ -51,7 +51,8 @@ bool waitUntilItTakesBytes(int descriptor, int terminationDescriptor) {
     return requests[1].revents == 0;
 }
 
-/// Writes `piece`, the front of `bytes`, with one call and takes off what went out; answers whether to go on.
+/// Writes `piece`, the front of `bytes`, with one call and removes what was written from `bytes`. True if the caller
+/// should continue.
 bool writePiece(int descriptor, std::string_view piece, std::string_view& bytes) {
     const ssize_t written = write(descriptor, piece.data(), piece.size());
     if (written >= 0) {
@@ -107,7 +108,7 @@ bool ProcessStreams::writeOutput(std::string_view bytes) {
             if (!waitUntilItTakesBytes(STDOUT_FILENO, termination)) {
                 return false;
             }
-            // A pipe that takes bytes takes this many without blocking.
+            // A pipe that is ready accepts this many bytes without blocking.
             piece = piece.substr(0, PIPE_BUF);
         }
         if (!writePiece(STDOUT_FILENO, piece, bytes)) {
@@ -118,8 +119,8 @@ bool ProcessStreams::writeOutput(std::string_view bytes) {
 }
 
 void ProcessStreams::writeError(std::string_view bytes) {
-    // Whole, so that it stays together among what other programs write there, and also when the process is to end: a
-    // line is short, and somebody reads it.
+    // Written as a whole, so that it is not mixed with the output of other programs. Not interrupted by a request to
+    // end the process, because the text is short.
     while (!bytes.empty() && writePiece(STDERR_FILENO, bytes, bytes)) {
     }
 }

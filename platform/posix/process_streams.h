@@ -4,9 +4,10 @@
 
 namespace lomaris {
 
-/// The streams that the process was started with. Create one at the very start of `main`, before anything opens a file:
-/// a stream that came closed is replaced by one that fails, so that no file or connection opened later takes its number
-/// and receives what was meant for the caller. A reader that goes away is a failed write, not the end of the process.
+/// The streams that the process was started with. Create one at the very start of `main`, before any file is opened: a
+/// stream that was closed is replaced by one that always fails. Otherwise a file or connection opened later would get
+/// its number and receive what was meant for the caller. Ignores SIGPIPE: if the reader has closed its end, writing
+/// fails and the process continues.
 class ProcessStreams final : public StandardStreams {
 public:
     ProcessStreams();

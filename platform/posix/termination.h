@@ -11,31 +11,31 @@
 
 namespace lomaris {
 
-/// Puts a request to end this process off until what is under way has been put in order. Main thread.
+/// Defers a request to end this process until the work in progress has been cleaned up. Main thread only.
 class Termination {
 public:
-    /// `endServices` brings the services of the platform to their end, after the clean-up of a guard.
+    /// `endServices` ends the services of the platform; it is called after the clean-up of a guard.
     explicit Termination(std::function<void()> endServices) : endServices_(std::move(endServices)) {}
     Termination(const Termination&) = delete;
     Termination& operator=(const Termination&) = delete;
     ~Termination() = default;
 
-    /// From the first guard on, signals that ask the process to end are caught. Without this, guards are inert: in a
-    /// program that embeds the library, signals are that program's own.
+    /// From the first guard on, signals that request the end of the process are caught. Without this call guards have
+    /// no effect, because in a program that embeds the library the signals belong to that program.
     void catchSignals() { catchesSignals_ = true; }
 
-    /// From now on a second signal ends the process immediately, without clean-up, unless a guard holds requests off:
-    /// to be called when another process does the clean-up in that case.
+    /// From now on a second signal ends the process at once, without clean-up, unless a guard holds requests off. Call
+    /// it if another process does the clean-up in that case.
     void letSecondSignalEnd();
 
     [[nodiscard]] std::unique_ptr<TerminationGuard> guard(std::function<void()> cleanUp);
 
-    /// Ends the process, in order, where it was asked to end and no guard holds that off; else returns. Waits call it
-    /// before and after.
+    /// Ends the process, after clean-up, if that was requested and no guard holds it off; otherwise returns. Must be
+    /// called before and after each wait.
     void endIfAsked();
 
-    /// A file that has something to read once the process is asked to end, for waits to watch; negative where none is,
-    /// or where a guard holds the request off.
+    /// A descriptor that becomes readable when the end of the process is requested, to be watched during waits.
+    /// Negative if there is none or a guard holds the request off.
     [[nodiscard]] int descriptor() const { return signals_ && !isHeldOff() ? signals_->descriptor() : -1; }
 
 private:
@@ -48,7 +48,7 @@ private:
     bool catchesSignals_ = false;
     bool secondSignalEnds_ = false;
     std::optional<TerminationSignals> signals_;
-    /// Newest last.
+    /// The newest one last.
     std::vector<const Guard*> guards_;
 };
 

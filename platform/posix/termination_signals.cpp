@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::array<int, 3> signals{SIGTERM, SIGINT, SIGHUP};
 
-// What the handler reaches: all of it without a lock.
+// Accessed by the signal handler, and therefore lock-free.
 std::atomic<int> firstSignal{0};
 std::atomic<int> writeEnd{-1};
 std::atomic<bool> secondSignalEnds{false};
@@ -24,7 +24,7 @@ static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_alw
 std::array<struct sigaction, signals.size()> earlierActions;
 int readEnd = -1;
 
-/// Ends the process by a signal as if it had not been caught. May be called in a handler.
+/// Ends the process by a signal as if it had not been caught. Safe to call in a handler.
 [[noreturn]] void endBy(int signal) {
     struct sigaction byDefault {};
     byDefault.sa_handler = SIG_DFL;
@@ -35,7 +35,7 @@ int readEnd = -1;
     sigaddset(&only, signal);
     pthread_sigmask(SIG_UNBLOCK, &only, nullptr);
     static_cast<void>(raise(signal));
-    // A process that no signal may end (the first one of a container) survives its own signal.
+    // A process that signals cannot end (the first one of a container) survives `raise`.
     constexpr int endedBySignal = 128;
     std::_Exit(endedBySignal + signal);
 }

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <thread>
 
-// The platform of systems that have none yet. It tells the truth: this process may not use accessibility and nothing is
-// in front, so that every command ends in the ordinary message about the permission. Only time works.
+// The platform of unsupported systems. It reports that this process may not use accessibility and that no application
+// is frontmost, so every command ends with the usual message about the permission. Only scheduling works.
 namespace lomaris {
 
 namespace {
@@ -99,13 +99,13 @@ private:
     std::condition_variable_any condition_;
 };
 
-/// Nothing catches signals here.
+/// A guard without effect, because no signals are caught here.
 class InertGuard final : public TerminationGuard {
 public:
     void holdOff() override {}
 };
 
-/// Time by the standard library alone.
+/// Scheduling with the standard library alone.
 class StandardScheduling final : public Scheduling {
 public:
     ~StandardScheduling() override {
