@@ -6,7 +6,7 @@
 
 namespace lomaris {
 
-/// How a failing assertion shows the records: as their JSON.
+/// Prints records as JSON if an assertion fails.
 inline void PrintTo(const AccessibilityDiagnosticPayload& payload, std::ostream* stream) {
     *stream << encodeJson(payload, SlashEscaping::unescaped);
 }

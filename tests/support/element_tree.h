@@ -7,7 +7,7 @@
 
 namespace lomaris::test {
 
-/// From now on `parent` answers these as its "AXChildren".
+/// Makes these elements the "AXChildren" of `parent`.
 inline void setChildren(SimulatedElement parent, const std::vector<SimulatedElement>& children) {
     std::vector<Element> elements;
     elements.reserve(children.size());
@@ -17,7 +17,7 @@ inline void setChildren(SimulatedElement parent, const std::vector<SimulatedElem
     parent.answers(attribute::children, elements);
 }
 
-/// Hangs `leaf` below `root` so that it stands at this depth, at least 1, the root being at depth 0.
+/// Connects `root` and `leaf` by groups, so that `leaf` is at `depth`, which is at least 1; the root has depth 0.
 inline void hangAtDepth(const SimulatedApplication& application, const SimulatedElement& root,
                         const SimulatedElement& leaf, int depth) {
     SimulatedElement parent = root;

@@ -9,7 +9,7 @@
 
 namespace lomaris::test {
 
-/// How many calls of the journal mention `words`.
+/// The number of journal lines that contain `words`.
 [[nodiscard]] inline std::size_t callsWith(const SimulatedDesktop& desktop, std::string_view words) {
     const auto& journal = desktop.journal();
     return static_cast<std::size_t>(std::count_if(journal.begin(), journal.end(), [words](const std::string& line) {

@@ -6,11 +6,11 @@
 
 namespace lomaris::test {
 
-/// Members of a JSON object: keys, and values as they are written.
+/// The members of a JSON object: each key with its value as JSON text.
 using JsonMembers = std::vector<std::pair<std::string, std::string>>;
 
-/// An object of these members with one of them replaced, or left out where `value` is empty. One more stands before
-/// them that nobody knows.
+/// A JSON object of these members, with one of them replaced, or left out if `value` is empty. It begins with an
+/// additional member of unknown name.
 [[nodiscard]] inline std::string objectOf(const JsonMembers& members, const std::string& key,
                                           const std::string& value) {
     std::string object = R"({"unknown":[1,{"path":null}])";

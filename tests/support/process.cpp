@@ -20,7 +20,7 @@ namespace lomaris::test {
 
 namespace {
 
-/// A file descriptor that is closed with its owner.
+/// Closes a file descriptor on destruction.
 class Descriptor {
 public:
     Descriptor() = default;
@@ -92,7 +92,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& strings) {
     return pointers;
 }
 
-/// Feeds standard input and collects the other two until the program has closed them.
+/// Writes standard input and reads the other two streams until the program has closed them.
 void exchange(Descriptor input, Descriptor output, Descriptor error, std::string_view toWrite, ProcessResult& result) {
     fcntl(input.number(), F_SETFL, O_NONBLOCK);
     while (output.number() >= 0 || error.number() >= 0) {
@@ -158,8 +158,7 @@ StartedProcess::StartedProcess(const std::vector<std::string>& commandLine, cons
     for (const int descriptor : options.closedDescriptors) {
         posix_spawn_file_actions_addclose(&actions, descriptor);
     }
-    // The tool must cope with a closed pipe and with termination by itself; what this process does with the signals
-    // must not be inherited.
+    // The tool must handle closed pipes and termination itself, so it must not inherit this process's signal actions.
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t defaults;

@@ -13,19 +13,19 @@ namespace lomaris::test {
 
 /// How a program is started.
 struct ProcessOptions {
-    /// What stands on its standard input; nothing is an input that ends at once.
+    /// The contents of its standard input; if empty, the input ends at once.
     std::string input;
-    /// A file that takes the place of standard output, instead of being captured.
+    /// A file to use as standard output, instead of capturing it.
     std::optional<std::string> outputFile;
-    /// Standard output is a pipe that nobody reads any more.
+    /// Makes standard output a pipe whose reading end is closed.
     bool readerGoesAway = false;
     /// Streams that are closed when the program starts: 0, 1, 2.
     std::vector<int> closedDescriptors;
-    /// Variables set for the program, or removed where the value is absent. The rest is inherited.
+    /// Variables to set for the program, or to remove if the value is absent. All others are inherited.
     std::vector<std::pair<std::string, std::optional<std::string>>> environment;
 };
 
-/// What became of it.
+/// The result of a program.
 struct ProcessResult {
     /// Exit status, or the negated number of the signal that ended it.
     int status = 0;
@@ -35,25 +35,26 @@ struct ProcessResult {
     friend bool operator==(const ProcessResult&, const ProcessResult&) = default;
 };
 
-/// How a failing assertion shows it.
+/// Prints a result if an assertion fails.
 inline void PrintTo(const ProcessResult& result, std::ostream* stream) {
     *stream << "status " << result.status << ", output \"" << result.output << "\", error \"" << result.error << '"';
 }
 
-/// A program that runs while the caller does something else. One thread at a time, except for `kill`.
+/// A program that runs concurrently with the caller. Used by one thread at a time, except for `kill`.
 class StartedProcess {
 public:
     /// Throws if the program cannot be started.
     explicit StartedProcess(const std::vector<std::string>& commandLine, const ProcessOptions& options = {});
     StartedProcess(const StartedProcess&) = delete;
     StartedProcess& operator=(const StartedProcess&) = delete;
-    /// Kills the program unless it was waited for.
+    /// Kills the program if `wait` was not called.
     ~StartedProcess();
 
-    /// Sends SIGKILL. Harmless after the program has ended, but not after `wait` has returned.
+    /// Sends SIGKILL. Harmless after the program has ended, but must not be called after `wait` has returned.
     void kill() const;
 
-    /// Writes the input, collects the outputs until they are closed, and waits for the end. To be called once.
+    /// Writes the input, reads the outputs until they are closed, and waits for the program to end. Must be called only
+    /// once.
     [[nodiscard]] ProcessResult wait();
 
 private:
@@ -64,10 +65,10 @@ private:
     pid_t process_ = -1;
 };
 
-/// Runs a program to its end. Throws where it cannot be started.
+/// Runs a program and waits for its end. Throws if it cannot be started.
 [[nodiscard]] ProcessResult runProcess(const std::vector<std::string>& commandLine, const ProcessOptions& options = {});
 
-/// The tool of this build with these arguments, as a command line.
+/// The command line of the tool of this build with these arguments.
 [[nodiscard]] std::vector<std::string> toolCommandLine(std::vector<std::string> arguments);
 
 /// Runs the tool of this build.

@@ -6,7 +6,7 @@
 
 namespace lomaris::test {
 
-/// Lets the run loop of the main thread turn for a time, as a host does.
+/// Runs the run loop of the main thread for a time, as a host does.
 inline void turnFor(SimulatedDesktop& desktop, Duration duration) {
     const Moment end = desktop.now() + duration;
     while (desktop.now() < end) {

@@ -8,10 +8,10 @@
 
 namespace lomaris::test {
 
-/// A program that runs beside the test and is ended with this object. Its output goes nowhere.
+/// A program that runs concurrently with the test and is killed on destruction. Its output is discarded.
 class RunningProgram {
 public:
-    /// Starts it; throws where that fails. `variables` are set for it, the rest is inherited.
+    /// Starts the program; throws on failure. `variables` are set for it, all others are inherited.
     explicit RunningProgram(std::vector<std::string> commandLine,
                             const std::vector<std::pair<std::string, std::string>>& variables = {});
     RunningProgram(const RunningProgram&) = delete;
@@ -20,25 +20,25 @@ public:
 
     [[nodiscard]] pid_t processIdentifier() const { return processIdentifier_; }
 
-    /// Stops it where it stands; it answers nothing until `resume`. Returns once it stands still.
+    /// Stops the program, which then handles no requests until `resume`. Returns once it has stopped.
     void freeze() const;
     void resume() const;
 
-    /// Whether it has not ended by itself.
+    /// True if the program has not ended by itself.
     [[nodiscard]] bool runs() const;
 
-    /// Kills it and returns once it is gone. Harmless when it is gone already.
+    /// Kills the program and returns once it has ended. Harmless if it has ended already.
     void end();
 
 private:
     pid_t processIdentifier_ = -1;
 };
 
-/// Whether a program can be started by this name.
+/// True if a program with this name can be started.
 [[nodiscard]] bool isInstalled(const std::string& program);
 
-/// Programs of this list that are not installed, with the packages that have them, as one line for people; empty where
-/// none is missing.
+/// The programs of this list that are not installed, with the packages that contain them, as one readable line; empty
+/// if none is missing.
 [[nodiscard]] std::string missingPrograms(const std::vector<std::string>& programs);
 
 }  // namespace lomaris::test

@@ -5,18 +5,18 @@
 #include <string>
 #include <system_error>
 
-// One of these declares mkdtemp.
+// One of these headers declares mkdtemp.
 #include <stdlib.h>
 #include <unistd.h>
 
 namespace lomaris::test {
 
-/// A directory of its own, empty at first, removed with everything in it at the end.
+/// A new, empty directory, which is removed with its contents on destruction.
 class TemporaryDirectory {
 public:
-    /// Throws where none can be made.
+    /// Throws if the directory cannot be created.
     TemporaryDirectory() {
-        // The last six letters are what the system puts its own in the place of.
+        // mkdtemp replaces the last six letters.
         std::string pattern = (std::filesystem::temp_directory_path() / "lomaris-test.").string() + std::string(6, 'X');
         if (mkdtemp(pattern.data()) == nullptr) {
             throw std::runtime_error("no temporary directory");

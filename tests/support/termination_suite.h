@@ -16,16 +16,16 @@
 
 namespace lomaris::test {
 
-/// How a process ends that a signal tells to, where its scheduling service is a `Service`. What happens is said on
+/// Checks how a signal ends the process while its scheduling service is a `Service`. Each step prints a word to
 /// standard error.
 template <typename Service>
 class TerminationDeathTest : public testing::Test {
 protected:
-    /// As the tool has it, with services that say that they end.
+    /// A service that catches signals, as in the tool, and prints when the services end.
     class Ending {
     public:
         Ending() {
-            // The program may have been started with the signal ignored.
+            // The test program may have been started with the signal ignored.
             static_cast<void>(std::signal(SIGTERM, SIG_DFL));
             service_.termination().catchSignals();
         }
@@ -58,7 +58,7 @@ protected:
         auto guard = ending.guard();
         guard->holdOff();
         tellToEnd();
-        // Or the waits would turn without rest.
+        // If the descriptor were watched, the waits would return at once, again and again.
         std::cerr << (ending.descriptor() < 0 ? "unwatched " : "watched ");
         (*ending).sleep(std::chrono::milliseconds(5));
         std::cerr << "slept ";

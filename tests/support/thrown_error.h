@@ -7,7 +7,7 @@
 
 namespace lomaris {
 
-/// How a failing assertion shows an error.
+/// Prints an error if an assertion fails.
 inline void PrintTo(const BridgeError& error, std::ostream* stream) {
     *stream << error.what() << ": ";
     for (const char16_t unit : error.errorDescription()) {
@@ -17,7 +17,7 @@ inline void PrintTo(const BridgeError& error, std::ostream* stream) {
 
 namespace test {
 
-/// The `BridgeError` that `operation` throws, or nothing where it returns.
+/// The `BridgeError` that `operation` throws; nullopt if it returns.
 template <typename Operation>
 [[nodiscard]] std::optional<BridgeError> thrownBy(const Operation& operation) {
     try {

@@ -16,14 +16,14 @@ struct Vector {
     nlohmann::json value;
 };
 
-/// All lines of `tests/vectors/<name>.jsonl`. A missing, empty or malformed file throws, so that no test passes over
-/// nothing.
+/// All lines of `tests/vectors/<name>.jsonl`. Throws if the file is missing, empty or malformed, so that no test passes
+/// without data.
 [[nodiscard]] std::vector<Vector> readVectors(std::string_view name);
 
-/// An array of UTF-16 code units as a text.
+/// The text of an array of UTF-16 code units.
 [[nodiscard]] Text textOf(const nlohmann::json& codeUnits);
 
-/// The bytes behind a Base64 string.
+/// The decoded bytes of a Base64 string.
 [[nodiscard]] std::string bytesOf(const nlohmann::json& base64);
 
 }  // namespace lomaris::test

@@ -4,8 +4,8 @@
 
 namespace lomaris::test {
 
-/// Asks again and again until `isReached` answers yes, or gives up after a time that no healthy machine needs; whether
-/// it was reached. Real applications tell nobody when they are ready.
+/// Polls `isReached` until it returns true, or until a long timeout. Returns whether it was reached. For real
+/// applications, which send no notification when they are ready.
 [[nodiscard]] bool waitFor(const std::function<bool()>& isReached);
 
 }  // namespace lomaris::test
