@@ -5,18 +5,18 @@
 
 namespace lomaris::test {
 
-/// The world in which the accessibility contract is watched: this process is trusted; an application with a window is
-/// in front; its focused element is a writable text area with the text "The quick brown fox", of which "brown fox" is
-/// selected; the application says so itself ("AXFocusedUIElement", "AXFocusedWindow") and so does the system-wide
-/// element; the text area can be reached from the window through "AXChildren".
+/// The world of the accessibility contract. This process is trusted. An application with a window is frontmost. Its
+/// focused element is a settable text area with the text "The quick brown fox", of which "brown fox" is selected. Both
+/// the application ("AXFocusedUIElement", "AXFocusedWindow") and the system-wide element report it. The text area can
+/// be reached from the window through "AXChildren".
 class AccessibilityWorld {
 public:
     virtual ~AccessibilityWorld() = default;
 
     virtual Platform& platform() = 0;
-    /// The application in front.
+    /// The frontmost application.
     virtual ProcessIdentifier application() = 0;
-    /// Ends the application; returns once it is gone.
+    /// Ends the application; returns once it has ended.
     virtual void quitApplication() = 0;
 };
 
@@ -26,9 +26,9 @@ class AccessibilityContract : public ContractSuite<AccessibilityWorld> {
 protected:
     Accessibility& accessibility() { return world().platform().accessibility(); }
     Element application() { return accessibility().applicationElement(world().application()); }
-    /// The focused element of the application; throws where there is none.
+    /// The focused element of the application; throws if there is none.
     Element text();
-    /// The focused window of the application; throws where there is none.
+    /// The focused window of the application; throws if there is none.
     Element window();
 };
 

@@ -7,10 +7,10 @@
 
 namespace lomaris::test {
 
-/// The parameter of a contract suite: how to make a world in which the contract can be watched, and a name for it. A
-/// maker that cannot provide its world here answers null after it printed why; the test is then reported as skipped.
+/// The parameter of a contract suite: a name, and a function that makes the world in which the suite runs. If that
+/// world is not available here, the function prints the reason and returns null, and the test is reported as skipped.
 ///
-/// A platform runs a suite so:
+/// A platform runs a suite as follows:
 ///
 ///     INSTANTIATE_TEST_SUITE_P(Simulated, SchedulingContract,
 ///                              testing::Values(SchedulingWorldMaker{"InMemory", [] { return ...; }}),

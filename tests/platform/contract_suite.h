@@ -8,7 +8,7 @@
 
 namespace lomaris::test {
 
-/// Base of the contract suites: makes a fresh world for each test and takes it down afterwards.
+/// Base of the contract suites: makes a new world for each test and destroys it afterwards.
 template <typename World>
 class ContractSuite : public testing::TestWithParam<WorldMaker<World>> {
 protected:

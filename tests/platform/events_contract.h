@@ -7,17 +7,17 @@
 
 namespace lomaris::test {
 
-/// The world in which the contract of the event services is watched: this process may post events, nobody types.
+/// The world of the events contract: this process may post events, and the user does not type.
 class EventsWorld {
 public:
     virtual ~EventsWorld() = default;
 
     virtual Platform& platform() = 0;
-    /// The user presses a key; returns once the session has seen it.
+    /// The user presses a key; returns once the session has counted it.
     virtual void userTypes() = 0;
-    /// Called before a key is posted to the session; returns once it will do no harm where it arrives.
+    /// Called before a key is posted to the session; returns once the key can do no harm.
     virtual void prepareForKeys() {}
-    /// Whether `isReached` comes true. A world whose session takes note of posted keys a moment later waits for it.
+    /// Returns whether `isReached` becomes true. A world whose session counts posted keys with a delay polls it.
     virtual bool comesTrue(const std::function<bool()>& isReached) { return isReached(); }
 };
 

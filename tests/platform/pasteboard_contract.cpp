@@ -20,7 +20,7 @@ const PasteboardType concealedType{pasteboard_type::concealed};
 const PasteboardType transientType{pasteboard_type::transient};
 const PasteboardType privateType{"com.example.private-type"};
 
-/// Gives a text for the types that it promised and remembers what it was asked for.
+/// A provider that supplies one text and records the requests.
 class RecordingProvider final : public PasteboardDataProvider {
 public:
     explicit RecordingProvider(Bytes bytes) : bytes_(std::move(bytes)) {}
@@ -60,7 +60,7 @@ bool write(Pasteboard& pasteboard, NewPasteboardItem item) {
     return pasteboard.writeItems(std::move(items));
 }
 
-/// The types and bytes of an item, ordered by type.
+/// The types and bytes of an item, sorted by type.
 Contents contentsOf(PasteboardItem& item) {
     Contents contents;
     for (const PasteboardType& type : item.types()) {

@@ -9,21 +9,21 @@
 
 namespace lomaris::test {
 
-/// The world in which the pasteboard contract is watched: a platform, and another program that copies and pastes.
+/// The world of the pasteboard contract: a platform, and another program that copies and pastes.
 class PasteboardWorld {
 public:
     virtual ~PasteboardWorld() = default;
 
     virtual Platform& platform() = 0;
-    /// Another program puts one item with these types and bytes on the pasteboard; returns once it stands there.
+    /// Another program writes one item with these types and bytes; returns once it is on the pasteboard.
     virtual void otherProgramCopies(std::vector<std::pair<PasteboardType, Bytes>> item) = 0;
-    /// Another program asks for the bytes of `type`, while this process turns its run loop; the bytes it got.
+    /// Another program requests the bytes of `type` while this process runs its run loop; returns the bytes it got.
     virtual std::optional<Bytes> otherProgramReads(const PasteboardType& type) = 0;
     /// Another process begins an operation with the pasteboard; false if it is in use.
     virtual bool otherProcessHolds() = 0;
     /// Ends that operation.
     virtual void otherProcessReleases() = 0;
-    /// Ends the platform.
+    /// Destroys the platform.
     virtual void endPlatform() = 0;
 };
 

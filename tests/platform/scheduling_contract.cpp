@@ -34,7 +34,7 @@ struct Signal {
         condition->broadcast();
     }
 
-    /// Waits until the flag is raised or the deadline is there; whether it is raised.
+    /// Waits until the flag is set or until the deadline; true if it is set.
     bool waitUntil(Scheduling& scheduling, Moment deadline) {
         const std::lock_guard guard(*condition);
         while (!isRaised && scheduling.now() < deadline) {

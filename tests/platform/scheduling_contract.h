@@ -7,7 +7,7 @@
 
 namespace lomaris::test {
 
-/// The world in which the scheduling contract is watched: nothing but a platform, which ends with the world.
+/// The world of the scheduling contract: a platform, which is destroyed with the world.
 class SchedulingWorld {
 public:
     virtual ~SchedulingWorld() = default;
@@ -17,11 +17,12 @@ public:
 
 using SchedulingWorldMaker = WorldMaker<SchedulingWorld>;
 
-/// Asserts orders and lower bounds of times only, so that it holds on a busy machine as well.
+/// Asserts only the order of events and lower bounds of times, so that it also passes on a busy machine.
 class SchedulingContract : public ContractSuite<SchedulingWorld> {
 protected:
     Scheduling& scheduling() { return world().platform().scheduling(); }
-    /// Turns the run loop in short slices until `done` answers yes, or gives up after many; whether it did.
+    /// Runs the run loop in short slices until `done` returns true, or at most a fixed number of times. Returns whether
+    /// `done` was true.
     bool turnUntil(const std::function<bool()>& done);
 };
 

@@ -1,4 +1,4 @@
-// The same scenario gives the same journal, with everything in it that could disturb it.
+// The same scenario produces the same journal, with everything in it that could change the order.
 
 #include "platform/attributes.h"
 #include "platform/simulated/simulated_desktop.h"
@@ -21,7 +21,7 @@ using Lines = std::vector<std::string>;
 
 const PasteboardType stringType{pasteboard_type::string};
 
-/// Promises a text and remembers under its condition that it was read.
+/// A provider that supplies a text and records under its condition that it was read.
 class ReadSignal final : public PasteboardDataProvider {
 public:
     explicit ReadSignal(Scheduling& scheduling) : condition(scheduling.makeCondition()) {}
@@ -37,8 +37,8 @@ public:
     bool isRead = false;
 };
 
-/// A text is staged, a key posted, the target reads the text after 120 ms, a background block waits for that and clears
-/// the pasteboard from the main queue, while the main thread turns its run loop.
+/// Stages a text and posts a key. The target reads the text after 120 ms; a background block waits for that and clears
+/// the pasteboard from the main queue, while the main thread runs its run loop.
 Lines stageAndRelease() {
     SimulatedDesktop desktop;
     Scheduling& scheduling = desktop.scheduling();
@@ -89,7 +89,7 @@ TEST(SimulatedJournal, TellsTheReleaseOfAStagedTextCallByCall) {
                                  }));
 }
 
-/// Many blocks of different paces, with latency, contention for a lock, broadcasts and a user who interferes.
+/// Many blocks with different delays, with latency, contention for a lock, broadcasts and actions of the user.
 Lines crowd() {
     SimulatedDesktop desktop;
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");

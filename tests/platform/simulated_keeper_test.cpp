@@ -1,4 +1,4 @@
-// What the simulated keeper of the pasteboard does when this process ends.
+// The simulated keeper of the pasteboard after the end of this process.
 
 #include "platform/simulated/simulated_desktop.h"
 
@@ -40,7 +40,7 @@ protected:
         desktop.userCopies(u"mine");
     }
 
-    /// An operation that has saved the clipboard and promised a text in its place.
+    /// An operation that has saved the clipboard and written a promised text.
     void begin() {
         hold = desktop.pasteboard().tryHold();
         hold->protect({{{stringType, "mine"}}});
@@ -56,7 +56,7 @@ protected:
 
     void post(KeyStroke keyStroke) { desktop.events().postToSession(*desktop.events().createKeyStroke(keyStroke)); }
 
-    /// Another program reads the text at a moment; what it gets.
+    /// Another program reads the text at this moment; the result is what it gets.
     std::shared_ptr<std::optional<Bytes>> readAt(Moment moment) {
         auto bytes = std::make_shared<std::optional<Bytes>>();
         desktop.at(moment, [this, bytes] {
@@ -65,14 +65,14 @@ protected:
         return bytes;
     }
 
-    /// What is on the clipboard and whether another process could use it, at each of these moments.
+    /// Records the clipboard's text at each of these moments, and whether another process could use the pasteboard.
     void lookAt(const std::vector<Moment>& moments) {
         for (const Moment moment : moments) {
             desktop.at(moment, [this] { looks.push_back(text() + (isFree() ? ", free" : ", in use")); });
         }
     }
     bool isFree() { return desktop.holdPasteboardUntil(desktop.now()); }
-    /// The text of the clipboard, without reading it.
+    /// The clipboard's text, without a read that the keeper would notice.
     [[nodiscard]] std::string text() const {
         const auto contents = desktop.pasteboardContents();
         if (contents.size() != 1) {

@@ -1,4 +1,4 @@
-// A process that is killed: nothing of it runs any more, and everything else goes on.
+// A process that is killed: it runs no more code, and everything else continues.
 
 #include "tests/platform/simulated_process_end.h"
 
@@ -154,10 +154,11 @@ TEST_F(SimulatedKill, DoesNothingToAProcessThatHasEnded) {
     EXPECT_EQ(desktop.endedBySignal(), SIGTERM);
 }
 
-/// A second request to end while a call waits for its answer: the first one is put off by a guard.
+/// A second termination request during a call that waits for its reply; a guard defers the first request.
 class SecondRequestToEnd : public SimulatedKill {
 protected:
-    /// Requests at 10 and 20 ms during a call of 50 ms; the signal that ended the process, with the moment.
+    /// Requests termination at 10 ms and 20 ms during a call of 50 ms. Returns the signal that ended the process and
+    /// the time.
     std::pair<std::optional<int>, Moment> outcome() {
         desktop.setLatencyOf("changeCount", 50ms);
         desktop.at(10ms, tellToEnd(SIGTERM));

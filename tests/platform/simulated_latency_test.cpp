@@ -1,4 +1,4 @@
-// How long calls take on the simulated desktop.
+// The latency of calls on the simulated desktop.
 
 #include "platform/attributes.h"
 #include "platform/simulated/simulated_desktop.h"
@@ -18,7 +18,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// One of everything that can be called.
+/// One object of each kind that has boundary calls.
 struct Callee {
     SimulatedDesktop desktop;
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
@@ -39,7 +39,7 @@ struct Call {
     std::function<void(Callee&)> make;
 };
 
-/// A function that calls for nothing but the call.
+/// A `Call` that makes the boundary call and ignores its result.
 template <typename Function>
 Call call(std::string_view name, Function function) {
     return {name, [function](Callee& callee) { static_cast<void>(function(callee)); }};

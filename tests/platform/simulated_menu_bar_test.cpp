@@ -22,7 +22,7 @@ protected:
         return std::get<std::vector<Element>>(read(element, attribute::children).value);
     }
 
-    /// Title, character, modifiers and enabled state of an item.
+    /// Title, command character, modifiers and enabled state of an item.
     std::vector<AttributeAnswer> describe(const Element& item) {
         return {read(item, attribute::title), read(item, attribute::menuItemCommandCharacter),
                 read(item, attribute::menuItemCommandModifiers), read(item, attribute::enabled)};

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 class SimulatedPasteboardHold : public testing::Test {
 protected:
     std::unique_ptr<PasteboardHold> tryHold() { return desktop.pasteboard().tryHold(); }
-    /// Whether another process could use the pasteboard now.
+    /// True if another process could use the pasteboard now.
     bool isFree() { return desktop.holdPasteboardUntil(desktop.now()); }
 
     SimulatedDesktop desktop;

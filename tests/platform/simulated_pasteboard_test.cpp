@@ -47,7 +47,7 @@ bool promise(SimulatedDesktop& desktop, std::shared_ptr<PasteboardDataProvider> 
     return desktop.pasteboard().writeItems(std::move(items));
 }
 
-/// What another program got, and when.
+/// The bytes that another program got, and the time.
 struct Reading {
     bool isDone = false;
     std::optional<Bytes> bytes;

@@ -14,7 +14,7 @@ namespace lomaris::test {
 
 inline const PasteboardType stringType{pasteboard_type::string};
 
-/// Promises "promised", counts how often it was asked, and gives it where it is told to.
+/// A provider that supplies "promised", or nothing if told so, and counts the requests.
 class TextProvider final : public PasteboardDataProvider {
 public:
     void provideData(PromisedItem& item, const PasteboardType& type) override {
@@ -38,7 +38,7 @@ inline std::shared_ptr<TextProvider> promiseText(SimulatedDesktop& desktop) {
     return provider;
 }
 
-/// The signal that ended the process while `scenario` ran, or nothing where it ran to its end.
+/// The signal that ended the process while `scenario` ran; nullopt if `scenario` returned.
 inline std::optional<int> signalOf(const std::function<void()>& scenario) {
     try {
         scenario();
@@ -48,7 +48,7 @@ inline std::optional<int> signalOf(const std::function<void()>& scenario) {
     return std::nullopt;
 }
 
-/// A desktop whose process comes to its end.
+/// A desktop whose process ends.
 class SimulatedProcessEnd : public testing::Test {
 protected:
     void countChanges() { static_cast<void>(desktop.pasteboard().changeCount()); }

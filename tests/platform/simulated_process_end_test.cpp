@@ -1,4 +1,4 @@
-// What follows the end of this process.
+// The time after the end of this process.
 
 #include "tests/platform/simulated_process_end.h"
 #include "platform/attributes.h"

@@ -1,4 +1,4 @@
-// Applications react to key strokes and actions.
+// Reactions of applications to key strokes and actions.
 
 #include "platform/attributes.h"
 #include "platform/simulated/simulated_desktop.h"
@@ -33,7 +33,7 @@ void pressIn(SimulatedDesktop& desktop, KeyStroke keyStroke, ProcessIdentifier p
     desktop.events().postToProcess(*desktop.events().createKeyStroke(keyStroke), process);
 }
 
-/// Promises "promised" and counts how often it was asked.
+/// A provider that supplies "promised" and counts the requests.
 class TextProvider final : public PasteboardDataProvider {
 public:
     void provideData(PromisedItem& item, const PasteboardType& type) override {
@@ -54,7 +54,7 @@ std::shared_ptr<TextProvider> promiseText(SimulatedDesktop& desktop) {
     return provider;
 }
 
-/// Notes in front with a text, of which "brown fox" is selected; Mail behind it.
+/// Notes is frontmost and has a text of which "brown fox" is selected; Mail is behind it.
 class SimulatedReactions : public testing::Test {
 protected:
     SimulatedReactions() { desktop.bringToFront(812); }

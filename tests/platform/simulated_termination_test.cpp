@@ -1,4 +1,4 @@
-// This process is told to end.
+// Termination requests to this process.
 
 #include "platform/attributes.h"
 #include "platform/simulated/simulated_desktop.h"
@@ -184,7 +184,7 @@ TEST_F(SimulatedProcessEnd, HoldingOffComesTooLateForWhatHasCome) {
     EXPECT_EQ(cleanUps, 1);
 }
 
-/// Looks at the pasteboard when it is asked for its text.
+/// A provider that reads the pasteboard when its text is requested.
 class LookingProvider final : public PasteboardDataProvider {
 public:
     explicit LookingProvider(SimulatedDesktop& desktop) : desktop_(desktop) {}

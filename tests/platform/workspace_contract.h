@@ -5,21 +5,21 @@
 
 namespace lomaris::test {
 
-/// The world in which the workspace contract is watched: two applications run, the first one is in front.
+/// The world of the workspace contract: two applications run, and the first one is frontmost.
 class WorkspaceWorld {
 public:
     virtual ~WorkspaceWorld() = default;
 
     virtual Platform& platform() = 0;
-    /// What the platform should say of the application in front at the beginning.
+    /// The expected description of the application that is frontmost at the beginning.
     virtual RunningApplication first() = 0;
-    /// What the platform should say of the other one.
+    /// The expected description of the other application.
     virtual RunningApplication second() = 0;
     /// A process identifier that no process has.
     virtual ProcessIdentifier missingProcess() = 0;
-    /// Brings the second application to the front; returns once it is there.
+    /// Brings the second application to the front; returns once it is frontmost.
     virtual void bringSecondToFront() = 0;
-    /// Ends the application that was in front at the beginning; returns once it is gone.
+    /// Ends the application that was frontmost at the beginning; returns once it has ended.
     virtual void quitFirst() = 0;
 };
 
