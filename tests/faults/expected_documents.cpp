@@ -6,7 +6,7 @@
 namespace lomaris::test {
 namespace {
 
-/// Follows the happenings of a run.
+/// Applies the happenings of a run to the documents.
 class Follower {
 public:
     Follower(const Scenario& scenario, const Run& run)
@@ -22,7 +22,7 @@ public:
                 keyReaches(receiverOf(happening), happening.about);
             }
         }
-        // The process ends, and keeps its promise to whoever waits for the text.
+        // When the process ends, it fulfills its promise to the document that waits for the text.
         if (waiting_ != nullptr && (waiting_ != &target_ || targetRuns_)) {
             *waiting_ = withSelectionReplaced(*waiting_, replacement_);
         }
@@ -68,9 +68,9 @@ private:
     Document other_;
     bool targetRuns_ = true;
     bool otherIsInFront_ = false;
-    /// Whether the user's copy stands on the pasteboard, and not the replacement.
+    /// True if the pasteboard has the user's copy instead of the replacement.
     bool isUsersCopy_ = false;
-    /// What is to get the replacement when the process keeps its promise.
+    /// The document that gets the replacement when the process fulfills its promise.
     Document* waiting_ = nullptr;
 };
 

@@ -10,10 +10,11 @@ struct Documents {
     Document other;
 };
 
-/// What the documents must be when the process has ended: as they were, changed by what happened and by nothing else.
+/// The expected documents after the process has ended: the documents before, changed only by the happenings of the run.
 ///
-/// What the boundary leaves to chance is followed here, not asked for: a key that goes to the session reaches whoever
-/// has the keyboard when it is posted, and a target pastes what stands on the pasteboard when it comes to it.
+/// If the boundary permits several results, the happenings decide: a key that is posted to the session reaches the
+/// application that has the keyboard focus at that time, and the target pastes what is on the pasteboard when it
+/// reacts.
 [[nodiscard]] Documents expectedDocuments(const Scenario& scenario, const Run& run);
 
 }  // namespace lomaris::test

@@ -115,7 +115,7 @@ private:
     CallGate& gate_;
 };
 
-/// An item of the pasteboard that writes down what it tells. `told` is the list of its asking, and lives as long.
+/// An item of the pasteboard that records the data read from it in `told`, which must outlive this object.
 class FaultItem final : public PasteboardItem {
 public:
     FaultItem(std::unique_ptr<PasteboardItem> item, CallGate& gate, std::vector<ToldItems>& told, std::size_t number)
@@ -190,7 +190,7 @@ public:
 
     [[nodiscard]] const std::vector<ToldItems>& told() const { return told_; }
 
-    // Nobody but a scripted holder makes it fail.
+    // Never fails here; scenarios with contention use another process that holds the pasteboard.
     std::unique_ptr<PasteboardHold> tryHold() override { return pasteboard_.tryHold(); }
 
 private:
@@ -199,7 +199,7 @@ private:
     std::vector<ToldItems> told_;
 };
 
-/// Remembers which key it is, for the list of happenings.
+/// Stores the name of the key, for the happenings.
 class NamedKeyStroke final : public KeyStrokeEvents {
 public:
     NamedKeyStroke(std::unique_ptr<KeyStrokeEvents> createdEvents, std::string keyName)

@@ -14,70 +14,71 @@
 
 namespace lomaris::test {
 
-/// The ways in which a call of the boundary can fail. Each call knows those that its contract allows; a call that knows
-/// none always succeeds.
+/// The ways in which a boundary call can fail. A failure affects only the calls whose contract allows it; some calls
+/// never fail.
 enum class Failure {
-    /// Nobody answers: -25204 where there is a code; no, nothing, null or an empty list where there is none.
+    /// The peer does not reply. The call returns -25204 if it returns a code, otherwise false, nullopt, null or an
+    /// empty list.
     noAnswer,
-    /// The element is gone: -25202. Calls that answer a code alone know it.
+    /// The element no longer exists. Affects only calls that return a code, which is -25202.
     elementGone,
-    /// The copy succeeds, but there is no value; the attribute cannot be set.
+    /// Copying an attribute succeeds without a value, and the attribute is not settable.
     noValue,
-    /// What was asked for is done, but -25204 is answered. Writes and actions alone know it.
+    /// The call has its effect but returns -25204. Affects only writes and actions.
     answerLost,
 };
 
-/// Only the call itself fails, or every call from it on.
+/// Whether only one call fails, or also every later one.
 enum class Persistence { once, fromThenOn };
 
-/// Among the calls that know the failure, the `number`-th fails, the first being 1.
+/// The `number`-th call that the failure can affect fails, counted from 1.
 struct Fault {
     Failure failure{};
     Persistence persistence{};
     std::size_t number = 0;
 };
 
-/// Something else happens just before the `number`-th call, the first being 1; calls that fail and calls that cannot
-/// fail count alike.
+/// An action just before the `number`-th call, counted from 1. Every call counts, whether or not it can fail.
 struct Interruption {
     std::size_t number = 0;
     std::function<void()> act;
 };
 
-/// What a call for a counter is about, in the list of happenings.
+/// The name of a counter in `Happening::about`.
 [[nodiscard]] std::string_view nameOf(InputEventType counter);
 
-/// What the pasteboard said of one item when the tool asked for it.
+/// The items that one call of `items` returned, with the data that the tool has read from them.
 using ToldItems = std::vector<StandingItem>;
 
-/// Keeps count of the calls, makes them fail and writes them down. Shared by the services of a `FaultPlatform`.
+/// Counts the calls, decides which of them fail, and records them as happenings. Shared by the services of a
+/// `FaultPlatform`.
 class CallGate {
 public:
-    /// The document that is kept beside every happening, and how many lines the journal has.
+    /// Adds the current document and the length of the journal to a happening.
     using Observe = std::function<void(Happening&)>;
 
     CallGate(Happenings& happenings, Observe observe, std::optional<Fault> fault,
              std::optional<Interruption> interruption);
 
-    /// What a call can suffer.
+    /// The kind of a call, which determines how it can fail.
     enum class Kind {
-        /// Nothing.
+        /// It never fails.
         safe,
-        /// Answers a code and perhaps a value.
+        /// It returns a code and possibly a value.
         copy,
-        /// Answers a code and has an effect.
+        /// It returns a code and has an effect.
         write,
-        /// Says that it failed by what it answers.
+        /// It returns no code; a failure shows in the result.
         plain,
     };
 
-    /// A call arrives; the answer is what becomes of it.
+    /// Records a call and returns whether and how it fails.
     Fate pass(Kind kind, std::string_view what, std::string_view about = {});
 
-    /// The copy that arrived last found no value. Nothing may have happened since.
+    /// Records that the last copy found no value. Must be called before any other happening.
     void noteNoValue() { happenings_.back().foundValue = false; }
 
-    /// The code that a call of kind `copy` or `write` answers when it fails.
+    /// The code that a failed call of kind `copy` or `write` returns.
     [[nodiscard]] AXError errorCode() const;
 
     [[nodiscard]] bool wasFaultReached() const { return fault_ && failures_ >= fault_->number; }
@@ -91,16 +92,16 @@ private:
     std::optional<Fault> fault_;
     std::optional<Interruption> interruption_;
     std::size_t calls_ = 0;
-    /// Calls that know the failure of the fault.
+    /// The number of calls so far that the failure can affect.
     std::size_t failures_ = 0;
 };
 
-/// A platform that forwards every call to another one, apart from those that it makes fail. What the contracts of the
-/// boundary do not let fail, never fails: making elements, the pure comparison, the change count, emptying the
-/// pasteboard, posting events that were created, and everything about time, which is the other platform's own service.
+/// A platform that forwards every call to another platform, except for the calls that fail. A call never fails if its
+/// contract does not allow it: creating elements, comparing texts, the change count, clearing the pasteboard, and
+/// posting created events. The scheduling service is that of the other platform.
 class FaultPlatform final : public Platform {
 public:
-    /// `platform` and `gate` must outlive this.
+    /// `platform` and `gate` must outlive this object.
     FaultPlatform(Platform& platform, CallGate& gate);
     ~FaultPlatform() override;
 
@@ -110,7 +111,7 @@ public:
     Workspace& workspace() override;
     Scheduling& scheduling() override;
 
-    /// What the pasteboard told the tool at each of its askings for items, in their order.
+    /// The items that each call of `Pasteboard::items` returned, in the order of the calls.
     [[nodiscard]] const std::vector<ToldItems>& told() const;
 
 private:

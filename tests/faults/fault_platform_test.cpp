@@ -12,7 +12,7 @@
 namespace lomaris::test {
 namespace {
 
-/// Notes in front with "brown fox" selected and an empty clipboard, and a list of what happens.
+/// Notes is frontmost with "brown fox" selected, the clipboard is empty, and the happenings are recorded.
 class FaultyPlatform : public testing::Test {
 protected:
     FaultyPlatform() {
@@ -24,7 +24,7 @@ protected:
         return {happenings, [](Happening&) {}, fault, std::move(interruption)};
     }
 
-    /// The codes of three copies of the selected text in a row.
+    /// The codes of three consecutive copies of the selected text.
     std::vector<AXError> copyThreeTimes(const Fault& fault) {
         CallGate gate = gateWith(fault);
         FaultPlatform platform(desktop, gate);

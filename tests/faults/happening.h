@@ -11,7 +11,7 @@
 
 namespace lomaris::test {
 
-/// A text of the desktop and what is selected in it.
+/// A text of the desktop and its selection.
 struct Document {
     Text text;
     TextRange selection;
@@ -23,11 +23,11 @@ struct Document {
     friend bool operator==(const Document&, const Document&) = default;
 };
 
-/// How a call went, as far as the faults are concerned: what it answered otherwise is the desktop's affair.
+/// The outcome of a call with respect to the faults; otherwise the result is that of the desktop.
 enum class Fate {
-    /// It reached the desktop, and the tool saw the answer.
+    /// It reached the desktop, and its result reached the tool.
     answered,
-    /// It never reached the desktop; the tool saw a failure.
+    /// It did not reach the desktop; the tool saw a failure.
     refused,
     /// It reached the desktop, but the tool saw a failure.
     answerLost,
@@ -35,19 +35,19 @@ enum class Fate {
 
 enum class Who { tool, target, user };
 
-/// One thing that happened in a run, in the order of the run: a call of the tool, with the name of the boundary
-/// function and what it was about ("copyAttribute", "AXSelectedText"; "postToSession", "paste"); a copy that the target
-/// application made; something that the user did.
+/// One event of a run, in the order of the run: a boundary call of the tool, a copy by the target application, or an
+/// action of the user. For a call, `what` is the function and `about` its subject ("copyAttribute", "AXSelectedText" or
+/// "postToSession", "paste").
 struct Happening {
     Who who = Who::tool;
     std::string what;
     std::string about = {};
     Fate fate = Fate::answered;
-    /// Of a copy of an attribute that was answered: whether the element had such a value.
+    /// For a successful copy of an attribute: whether the attribute had a value.
     bool foundValue = true;
-    /// The target's document just before.
+    /// The target's document just before the event.
     Document document = {};
-    /// How many lines the journal of the desktop had.
+    /// The number of lines in the desktop's journal.
     std::size_t journalLines = 0;
 
     [[nodiscard]] bool isCall(std::string_view call) const { return who == Who::tool && what == call; }
@@ -58,12 +58,12 @@ struct Happening {
 
 using Happenings = std::vector<Happening>;
 
-/// The tool copied this attribute and got a value.
+/// True if the tool copied this attribute and got a value.
 [[nodiscard]] inline bool isValueRead(const Happening& happening, std::string_view attribute) {
     return happening.isCall("copyAttribute", attribute) && happening.fate == Fate::answered && happening.foundValue;
 }
 
-/// A key stroke that the tool posted.
+/// True if the tool posted a key stroke.
 [[nodiscard]] inline bool isPost(const Happening& happening) {
     return happening.isCall("postToSession") || happening.isCall("postToProcess");
 }
@@ -75,7 +75,7 @@ using Happenings = std::vector<Happening>;
     return isPost(happening) && happening.about == "delete";
 }
 
-/// The tool sets the selected text of an element, with whatever result.
+/// True if the tool set the selected text of an element, whatever the result.
 [[nodiscard]] inline bool isAttemptToWrite(const Happening& happening) {
     return happening.isCall("setAttribute", attribute::selectedText);
 }

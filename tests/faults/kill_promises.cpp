@@ -36,7 +36,7 @@ std::vector<StandingItem> plainText(TextView text) {
     return {{.data = {{"public.utf8-plain-text", utf8FromText(text)}}, .promised = {}}};
 }
 
-/// Whether the clipboard is the user's in the end. Only what the target copies after the user copied replaces that.
+/// True if the clipboard has the user's contents in the end, or what the target copied after the user did.
 bool isTheUsers(const Scenario& scenario, const Run& run) {
     if (scenario.kill->aftermath == Kill::Aftermath::none) {
         return run.clipboardAtEnd == run.clipboardBefore;

@@ -1,4 +1,4 @@
-// Whether it is noticed if a promise about a kill is broken.
+// Checks that broken promises about a kill are detected.
 
 #include "tests/faults/kill_promises.h"
 
@@ -20,7 +20,7 @@ const WorldPlan& planNamed(std::string_view name) {
     return *std::find_if(plans.begin(), plans.end(), [name](const WorldPlan& plan) { return plan.name == name; });
 }
 
-/// All that is broken when the tool is killed at any line, with or without a keeper.
+/// The messages of all broken promises if the tool is killed before any line, with or without a keeper.
 std::set<std::string> brokenAtAnyLine(const std::string& world, Command command, Kill::Keeper keeper) {
     std::set<std::string> broken;
     Scenario scenario{.world = planNamed(world), .command = command, .kill = Kill{1, keeper}};

@@ -7,7 +7,7 @@
 namespace lomaris::test {
 namespace {
 
-/// The document when this attribute was last read before `position`, or nothing where reading it failed.
+/// The document when this attribute was last read before `position`; null if reading it failed.
 const Document* documentAtReading(std::string_view attribute, const Happenings& happenings, std::size_t position) {
     while (position-- > 0) {
         const Happening& happening = happenings[position];
@@ -18,7 +18,7 @@ const Document* documentAtReading(std::string_view attribute, const Happenings& 
     return nullptr;
 }
 
-/// What is seen at the reading of the selected text that stands at `position`; nothing where nothing is.
+/// The selection that the tool sees when it reads the selected text at `position`; nullopt if it sees none.
 std::optional<Look> lookByReading(const Happenings& happenings, std::size_t position) {
     Look look{Look::Method::read, {}, std::nullopt};
     const Document* const atRange = documentAtReading(attribute::selectedTextRange, happenings, position);

@@ -8,23 +8,23 @@
 
 namespace lomaris::test {
 
-/// One look of the tool at the selection, and what there was to see.
+/// One time at which the tool determined the selection, and the selection at that time.
 struct Look {
     enum class Method : std::uint8_t { read, copy };
 
     Method method{};
     Text selectedText;
-    /// Of a look by reading: the selected range when it was asked for, or nothing where asking failed.
+    /// For a look by reading: the selected range when it was read; nullopt if reading it failed.
     std::optional<TextRange> range;
 };
 
-/// The last look among the happenings before `position`. A look by copying is when the target copies. A look by reading
-/// is when "AXSelectedText" is read; where that fails or is empty, the tool sees what it read just before, the range
-/// and the whole text, and cuts the one out of the other.
+/// The last look before `position`; nullopt if there is none. A look by copying is the time at which the target copies.
+/// A look by reading is the time at which "AXSelectedText" is read; if that fails or is empty, the tool cuts the
+/// selected text out of the range and the whole text that it read just before.
 [[nodiscard]] std::optional<Look> lastLookBefore(const Happenings& happenings, std::size_t position);
 
-/// The last look of the read that decided that there is a selection to be replaced: a read ends with the sampling of
-/// the input counters.
+/// The last look of the read that decided that a selection will be replaced; that read ends by sampling the input
+/// counters.
 [[nodiscard]] std::optional<Look> decidingLookBefore(const Happenings& happenings, std::size_t position);
 
 }  // namespace lomaris::test

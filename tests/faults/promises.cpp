@@ -66,8 +66,8 @@ Broken endsInTime(const Scenario& scenario, const Run& run) {
                : "it took " + std::to_string(std::chrono::duration_cast<milliseconds>(run.elapsed).count()) + " ms";
 }
 
-/// Whether the tool could not save all that the user copied: the pasteboard did not tell it, or had other contents
-/// before all of them were told, or had lost them before because it refused to be written.
+/// True if the tool could not save all that the user copied: the pasteboard returned no data, or its contents changed
+/// during the saving, or were lost earlier because a write was refused.
 bool wasKeptFromSaving(const Run& run) {
     bool isSaving = false;
     for (const Happening& happening : run.happenings) {
@@ -84,7 +84,7 @@ bool wasKeptFromSaving(const Run& run) {
     return false;
 }
 
-/// The private item of the replacement.
+/// The item that the tool writes for the replacement.
 const std::vector<StandingItem>& stagedText() {
     static const std::vector<StandingItem> staged = {
         {.data = {{"org.nspasteboard.ConcealedType", ""}, {"org.nspasteboard.TransientType", ""}},
@@ -96,11 +96,11 @@ std::vector<StandingItem> copiedByUser() {
     return {{.data = {{"public.utf8-plain-text", utf8FromText(world::copiedMeanwhile)}}, .promised = {}}};
 }
 
-/// What must stand on the clipboard when the command has ended. The tool saves the clipboard, empties it, and restores
-/// it in the end by emptying it once more and writing what it saved, so:
-/// - what another program copies between the saving and the restoring is lost, and what it copies later stays;
-/// - after a paste the replacement stays, as the tool ends before the target has read it;
-/// - what the pasteboard does not tell when asked cannot come back, nor anything where it refuses to be written.
+/// The expected clipboard when the command has ended. The tool saves the clipboard and clears it. In the end it clears
+/// it again and writes what it saved. Therefore:
+/// - what another program copies between saving and restoring is lost, and what it copies later remains;
+/// - after a paste the replacement remains, because the tool ends before the target has read it;
+/// - data that the pasteboard did not return cannot be restored, and nothing can if it refuses the write.
 std::vector<StandingItem> expectedClipboard(const Run& run) {
     std::vector<StandingItem> users = run.clipboardBefore;
     bool isEmptied = false;
@@ -181,7 +181,8 @@ Broken leavesTheOtherApplicationAlone(const Scenario& scenario, const Run& run) 
     if (run.otherAfter == run.otherBefore) {
         return std::nullopt;
     }
-    // Between the question who is in front and the posting of the key nobody can keep the user from switching.
+    // The tool cannot prevent the user from switching after it has determined the frontmost application and before it
+    // posts the key.
     for (std::size_t position = 1; position < run.happenings.size(); ++position) {
         const Happening& before = run.happenings[position - 1];
         if (run.happenings[position].isCall("postToSession") && before.who == Who::user &&
@@ -192,7 +193,7 @@ Broken leavesTheOtherApplicationAlone(const Scenario& scenario, const Run& run) 
     return "the other application was written into";
 }
 
-/// The text that a successful read answered, or nothing where the output does not show it.
+/// The text in the output of a successful read; nullopt if the output does not contain it.
 std::optional<Text> textRead(const Scenario& scenario, const Run& run) {
     const std::string output = joined(run.output);
     if (scenario.command == Command::readText) {
@@ -213,7 +214,7 @@ Broken readsWhatWasSelected(const Scenario& scenario, const Run& run) {
     if (!text) {
         return scenario.command == Command::compatibilityCheck ? Broken() : "the selection cannot be decoded";
     }
-    // What somebody else copies while the tool waits for the target's copy cannot be told from it.
+    // The tool cannot distinguish the target's copy from one that another program makes at the same time.
     if (*text == world::copiedMeanwhile && scenario.isDisturbedBy(UserAct::copies)) {
         return std::nullopt;
     }
@@ -224,9 +225,9 @@ Broken readsWhatWasSelected(const Scenario& scenario, const Run& run) {
 }  // namespace
 
 Duration longestTime(const Scenario& scenario) {
-    // Two elements are asked for the focused element, five times 0.1 s apart each.
+    // The focused element is requested from two elements, from each five times with pauses of 0.1 s.
     constexpr Duration focus = milliseconds(800);
-    // Three waits of a second for the target's copy, with pauses of 0.08 s between them.
+    // Three waits of 1 s for the target's copy, with pauses of 0.08 s in between.
     constexpr Duration copying = milliseconds(3160);
     constexpr Duration secondLookForCopyCommand = milliseconds(50);
     constexpr Duration raisingTheWindow = milliseconds(100);
@@ -238,7 +239,8 @@ Duration longestTime(const Scenario& scenario) {
     }
     Duration longest = focus + copying;
     if (scenario.world.isBrowser()) {
-        // Copying that finds no text there leads to the copying that follows any failed read.
+        // A browser is read by copying first; if that yields no text, the copying that follows any failed read is done
+        // as well.
         longest += secondLookForCopyCommand + copying;
     }
     if (scenario.contention) {
@@ -248,7 +250,7 @@ Duration longestTime(const Scenario& scenario) {
         longest += raisingTheWindow + secondLookForCopyCommand;
     }
     if (scenario.command == Command::replace) {
-        // The copying that makes sure that the selection is still the same.
+        // One more copy checks that the selection is still the same.
         longest += copying;
     }
     const bool mayDelete = isReplacement(scenario.command) && scenario.world.replacesByWebAddress;

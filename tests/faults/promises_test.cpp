@@ -21,7 +21,7 @@ const WorldPlan& planNamed(std::string_view name) {
     return *std::find_if(plans.begin(), plans.end(), [name](const WorldPlan& plan) { return plan.name == name; });
 }
 
-/// A good run with one thing in it made wrong, and the promise that it breaks then.
+/// A good run with one change that breaks a promise, and the message for that promise.
 struct Breach {
     std::string what;
     Command command{};
@@ -38,13 +38,13 @@ Happening& firstCall(Run& run, std::string_view call, std::string_view about = {
     });
 }
 
-/// Adds what happened just before the first call of this kind.
+/// Inserts a happening just before the first call of this kind.
 void addBefore(Run& run, std::string_view call, std::string_view about, const Happening& happening) {
     const auto position = &firstCall(run, call, about) - run.happenings.data();
     run.happenings.insert(run.happenings.begin() + position, happening);
 }
 
-/// Puts a harmless call in the place of every call of this kind.
+/// Replaces every call of this kind by a harmless call.
 void forget(Run& run, std::string_view call, std::string_view about) {
     for (Happening& happening : run.happenings) {
         if (happening.isCall(call, about)) {
@@ -58,7 +58,7 @@ void addDeletionBeforePaste(Run& run) {
     addBefore(run, "createKeyStroke", "paste", {.what = "postToSession", .about = "delete"});
 }
 
-/// Whatever was read of the document was read while this was selected.
+/// Makes this the selection at the time of every read.
 void selectAllAlong(Run& run, TextRange selection) {
     for (Happening& happening : run.happenings) {
         happening.document.selection = selection;
@@ -77,7 +77,7 @@ void makeItFail(Run& run) {
     run.error = {"Lomaris macOS bridge: no\n"};
 }
 
-/// After the guarded replacement has looked at the input counters.
+/// The user clicks after the guarded replacement has sampled the input counters.
 constexpr Disturbance clickAfterTheCounters{.act = UserAct::clicks, .number = 8};
 
 const std::vector<Breach>& breaches() {

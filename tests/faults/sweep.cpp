@@ -12,7 +12,7 @@
 namespace lomaris::test {
 namespace {
 
-/// Calls `runWith` for the fault with every number, until the command ends before it has its turn.
+/// Calls `runWith` for the fault with each number, until the command makes too few calls to reach it.
 template <typename RunWith>
 void forEveryNumber(Failure failure, Persistence persistence, const RunWith& runWith) {
     Fault fault{.failure = failure, .persistence = persistence, .number = 1};
@@ -46,7 +46,7 @@ Sweep::Course Sweep::run(const Scenario& scenario, Repeats repeats) {
         return Course::ranOut;
     }
     if (!first.faultWasReached) {
-        // What the user does early may end the command before the fault; what is done later need not.
+        // An early action of the user may end the command before the fault; a later one may not.
         return scenario.disturbance ? Course::goesOn : Course::ranOut;
     }
     ++runs_;

@@ -6,8 +6,8 @@
 
 namespace lomaris::test {
 
-/// Runs scenarios, each twice for its course to be the same, and fails the test for every broken promise. At the end it
-/// prints how many runs it made, and fails the test if there were none.
+/// Runs scenarios, each twice to check that both runs are the same, and fails the test for each broken promise. The
+/// destructor prints the number of runs, and fails the test if there were none.
 class Sweep {
 public:
     Sweep() = default;
@@ -17,20 +17,21 @@ public:
 
     enum class Course { goesOn, ranOut };
 
-    /// Runs one scenario; `ranOut` where the command ended before the disturbance had its turn, or, without one, before
-    /// the fault had. A run in which only the fault had no turn is not judged and not counted.
+    /// Runs one scenario. Returns `ranOut` if the command made too few calls for the disturbance or, without a
+    /// disturbance, for the fault. A run that did not reach the fault is neither checked nor counted.
     Course run(const Scenario& scenario);
 
-    /// Every fault there is.
+    /// Every possible fault.
     void runFaults(Scenario scenario);
-    /// Everything that the user can do, before every call; beside the fault of the scenario, if it has one.
+    /// Every action of the user, before every call, in addition to the fault of the scenario, if any.
     void runDisturbances(Scenario scenario);
-    /// Another process uses the clipboard from before the command or any call of it, for a while or for good.
+    /// Another process uses the clipboard, from before the command or from any of its calls on, for a while or for
+    /// good.
     void runContentions(Scenario scenario);
     /// The tool is killed before every line of its journal, on a desktop with a keeper.
     void runKills(Scenario scenario);
-    /// Every call that fails alone because nobody answers or the answer is lost, together with everything that the user
-    /// can do. Scenarios are run once here, as there are so many.
+    /// Every single call without a reply or with a lost reply, combined with every action of the user. Each scenario
+    /// runs only once, because there are so many.
     void runPairs(Scenario scenario);
 
 private:
@@ -40,7 +41,7 @@ private:
     void runDisturbances(Scenario scenario, Repeats repeats);
 
     std::size_t runs_ = 0;
-    /// Enough to see what is wrong.
+    /// Limits the output to what is needed to see the cause.
     int messagesLeft_ = 3;
 };
 

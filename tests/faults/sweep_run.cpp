@@ -134,7 +134,7 @@ Run perform(const Scenario& scenario) {
     try {
         run.status = runCommandLine(argumentsOf(scenario), platform, streams);
     } catch (const SimulatedTermination&) {
-        // As planned, or the run has a signal that the scenario knows nothing of.
+        // Expected for a kill; otherwise the run received a signal that is not part of the scenario.
         EXPECT_TRUE(scenario.kill) << describe(scenario);
     }
     run.elapsed = world.desktop.now() - start;

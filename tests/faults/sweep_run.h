@@ -32,23 +32,23 @@ enum class Command {
     return command == Command::readText || command == Command::readJson || command == Command::compatibilityCheck;
 }
 
-/// The user does something just before the `number`-th call of the tool.
+/// An action of the user just before the `number`-th call of the tool.
 struct Disturbance {
     UserAct act{};
     std::size_t number = 0;
 };
 
-/// Another process takes the use of the clipboard just before the `number`-th call of the tool, or before the command
-/// begins (0), and keeps it for a time.
+/// Another process begins to use the clipboard just before the `number`-th call of the tool, or before the command (0),
+/// and uses it for `duration`.
 struct Contention {
     std::size_t number = 0;
     Duration duration{};
 };
 
-/// The tool is killed just before the `number`-th line of the journal, on a desktop with a keeper or without one.
+/// The tool is killed just before the `number`-th line of the journal, on a desktop with or without a keeper.
 struct Kill {
     enum class Keeper { exists, isMissing };
-    /// What the user does at once afterwards.
+    /// What the user does just after the kill.
     enum class Aftermath { none, userCopies };
 
     std::size_t number = 0;
@@ -56,7 +56,7 @@ struct Kill {
     Aftermath aftermath = Aftermath::none;
 };
 
-/// One command on one desktop, with what goes wrong meanwhile. At most one of disturbance, contention and kill.
+/// One command on one desktop, with its faults. At most one of disturbance, contention and kill is set.
 struct Scenario {
     WorldPlan world;
     Command command{};
@@ -68,25 +68,26 @@ struct Scenario {
     [[nodiscard]] bool isDisturbedBy(UserAct act) const { return disturbance && disturbance->act == act; }
 };
 
-/// The scenario in words, for a message.
+/// A description of the scenario for messages.
 [[nodiscard]] std::string describe(const Scenario& scenario);
 
-/// What became of it.
+/// The result of a scenario.
 struct Run {
     int status = 0;
     std::vector<std::string> output;
     std::vector<std::string> error;
-    /// Virtual time.
+    /// In virtual time.
     Duration elapsed{0};
     Happenings happenings;
     std::vector<ToldItems> told;
-    /// The clipboard at first, and when the command had ended but not yet the process.
+    /// The clipboard before the command, and after the command but before the end of the process.
     std::vector<StandingItem> clipboardBefore;
     std::vector<StandingItem> clipboardAfter;
-    /// The clipboard in the end, when nothing more was to come from anybody, and whether another process could use it.
+    /// The clipboard once all programs have finished their actions, and whether another process could use it.
     std::vector<StandingItem> clipboardAtEnd;
     bool isClipboardFree = true;
-    /// The documents at first, and when the process had ended and the target had pasted what it was told to paste.
+    /// The documents before the command, and after the end of the process, when the target has pasted what it was told
+    /// to paste.
     Document targetBefore;
     Document otherBefore;
     Document targetAfter;
@@ -94,8 +95,8 @@ struct Run {
     std::vector<PostedKeyStroke> posted;
     /// The journal of the desktop.
     std::vector<std::string> journal;
-    /// Whether there were as many calls as the fault and the disturbance, contention or kill wait for; yes where there
-    /// is none.
+    /// Whether the run made enough calls to reach the fault, and the disturbance, contention or kill. True if there is
+    /// none.
     bool faultWasReached = true;
     bool disturbanceWasReached = true;
 
@@ -104,7 +105,7 @@ struct Run {
 
 [[nodiscard]] Run perform(const Scenario& scenario);
 
-/// The journal with what the desktop did not see in its place: refused calls and acts of the user.
+/// The journal with additional lines for what it does not record: refused calls and actions of the user.
 [[nodiscard]] std::string annotatedJournal(const Run& run);
 
 }  // namespace lomaris::test

@@ -51,7 +51,7 @@ std::string nameOfPlan(const testing::TestParamInfo<WorldPlan>& plan) { return p
 
 INSTANTIATE_TEST_SUITE_P(On, EveryCommand, testing::ValuesIn(worldPlans()), nameOfPlan);
 
-/// The commands that write. Where nothing can be copied, nothing is ever written.
+/// The commands that write. If nothing can be copied, none of them writes.
 class EveryReplacement : public EveryCommand {};
 
 TEST_P(EveryReplacement, KeepsItsPromisesWhenACallFailsAndTheUserActs) {

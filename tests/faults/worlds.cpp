@@ -11,7 +11,7 @@
 namespace lomaris::test {
 namespace {
 
-/// What the user works on. The selected words stand in it twice.
+/// The user's document, which contains the selected words twice.
 const Document essay{u"The quick brown fox met a brown fox", TextRange{10, 9}};
 const Document letter{u"Dear reader", TextRange{5, 6}};
 
@@ -153,7 +153,7 @@ FaultWorld::FaultWorld(const WorldPlan& plan, Happenings& happenings)
         target_.onCopy(Reaction([this] { copySelection(); }).after(delay));
     }
     target_.onPaste(pastesInto(text_)).onDelete(deletesSelectionOf(text_));
-    // The other application lets nobody read it, so that it is never the target, but takes any key that goes astray.
+    // The other application exposes no text, so it is never the target, but it accepts any key that reaches it.
     other_.element().answers(attribute::focusedUIElement, otherFocus_.element());
     other_.onPaste(pastesInto(letter_)).onDelete(deletesSelectionOf(letter_));
 }

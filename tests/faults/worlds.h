@@ -11,30 +11,31 @@
 
 namespace lomaris::test {
 
-/// Who tells where the target's text is.
+/// How accessibility reports the target's text area.
 enum class Focus {
-    /// The application, and the system as well.
+    /// The application and the system-wide element report it as the focused element.
     shown,
-    /// Nobody, but the text stands in the tree of the focused window.
+    /// It is not reported as the focused element, but it is in the tree of the focused window.
     inTheTree,
-    /// The system alone.
+    /// Only the system-wide element reports it as the focused element.
     bySystemOnly,
-    /// Nobody: the focused element is another one, which knows of no text.
+    /// Another element, without text, is reported as the focused element.
     hidden,
 };
 
-/// Whether the selected text can be set, where accessibility shows it at all.
+/// Whether the selected text can be set, if accessibility exposes it.
 enum class Writing { direct, pasteOnly };
 
-/// What the Copy item of the target's menu bar does, if there is one.
+/// The effect of the Copy item of the target's menu bar, if there is one.
 enum class CopyMenu { none, copies, doesNothing, isDisabled };
 
-/// What Command+C does in the target.
+/// The effect of Command+C in the target.
 enum class CopyKey { copies, copiesAfter40Milliseconds, doesNothing };
 
-/// A desktop to be made: the user works on a document in one application, the target, and another one stands behind.
+/// The plan of a desktop: the user works on a document in one application, the target, and another application is
+/// behind it.
 struct WorldPlan {
-    /// Letters alone, as it becomes part of the name of a test.
+    /// Letters only, because it is part of the name of a test.
     std::string name;
     Text bundleIdentifier = u"com.example.notes";
     Focus focus = Focus::shown;
@@ -42,33 +43,33 @@ struct WorldPlan {
     CopyMenu copyMenu = CopyMenu::none;
     CopyKey copyKey = CopyKey::copies;
     Text replacement = u"red fox";
-    /// Whether the replacement is a web address: where it is pasted, the selection must be deleted before.
+    /// Whether the replacement is a web address, before which the selection must be deleted.
     bool replacesByWebAddress = false;
-    /// Whether a guarded replacement expects the range of the selection, as after a read by accessibility. Else it
-    /// expects none, as after a read by keyboard.
+    /// Whether a guarded replacement expects the range of the selection, as after a read by accessibility; otherwise it
+    /// expects none, as after a read by copying.
     bool expectsRange = true;
 
-    /// Whether the target is one of the applications that are read by keyboard even where accessibility shows the text.
+    /// Whether the target is an application that is read by copying even if accessibility exposes the text.
     [[nodiscard]] bool isBrowser() const { return bundleIdentifier == u"com.google.Chrome"; }
 };
 
-/// How a failing test shows a plan: by its name.
+/// Prints the name of a plan if an assertion fails.
 inline void PrintTo(const WorldPlan& plan, std::ostream* stream) { *stream << plan.name; }
 
 /// The desktops on which the sweeps run every command.
 [[nodiscard]] const std::vector<WorldPlan>& worldPlans();
 
-/// What a user may do at any time.
+/// Actions that the user may perform at any time.
 enum class UserAct {
     /// Types a letter over the selection.
     types,
-    /// Clicks somewhere beside the text.
+    /// Clicks beside the text.
     clicks,
-    /// Copies something elsewhere.
+    /// Copies a text in another program.
     copies,
     /// Selects other words of the document.
     selectsOtherWords,
-    /// Selects the same words where they stand a second time in the document.
+    /// Selects the second occurrence of the same words in the document.
     selectsTheSameWordsElsewhere,
     /// Brings the other application to the front.
     switchesApplication,
@@ -79,34 +80,35 @@ enum class UserAct {
 [[nodiscard]] const std::vector<UserAct>& userActs();
 [[nodiscard]] std::string_view nameOf(UserAct act);
 
-/// The counter that moves when the user does this; nothing where none does.
+/// The counter that counts this action; nullopt if none does.
 [[nodiscard]] std::optional<InputEventType> inputOf(UserAct act);
 
-/// The document after the user did this in the target.
+/// The document after this action in the target.
 [[nodiscard]] Document after(UserAct act, Document document);
-/// The document with this text in the place of what is selected, and the insertion point behind it.
+/// The document with the selection replaced by this text, and the insertion point after it.
 [[nodiscard]] Document withSelectionReplaced(Document document, TextView text);
-/// The document after the Delete key: without what is selected, or without the letter before the insertion point.
+/// The document after the Delete key: without the selection or, if that is empty, without the letter before the
+/// insertion point.
 [[nodiscard]] Document withSelectionDeleted(Document document);
 
 namespace world {
 inline constexpr ProcessIdentifier target = 812;
 inline constexpr ProcessIdentifier other = 900;
-/// What the user copies in `UserAct::copies`.
+/// The text that `UserAct::copies` copies.
 inline constexpr TextView copiedMeanwhile = u"copied meanwhile";
 }  // namespace world
 
-/// A desktop as planned. What the target copies and what the user does is added to the list of happenings.
+/// A desktop made by a plan. Copies by the target and actions of the user are added to `happenings`.
 class FaultWorld {
 public:
-    /// `happenings` must outlive this.
+    /// `happenings` must outlive this object.
     FaultWorld(const WorldPlan& plan, Happenings& happenings);
 
     void userDoes(UserAct act);
-    /// Adds the document and the length of the journal to a happening.
+    /// Adds the target's document and the length of the journal to a happening.
     void observe(Happening& happening) const;
 
-    /// The request that a caller makes of what stands selected at first.
+    /// The request for a guarded replacement of what was selected at first.
     [[nodiscard]] std::string guardedRequest() const;
 
     [[nodiscard]] Document targetDocument() const { return {text_.text(), text_.selection()}; }

@@ -14,13 +14,13 @@ std::size_t countOf(const Run& run, const Predicate& predicate) {
     return static_cast<std::size_t>(std::count_if(run.happenings.begin(), run.happenings.end(), predicate));
 }
 
-/// After one of these the tool cannot post a key.
+/// True if the tool cannot post a key after this.
 bool keepsFromPosting(const Happening& happening) {
     return happening.fate == Fate::refused &&
            (happening.isCall("requestPostEventAccess") || happening.isCall("createKeyStroke"));
 }
 
-/// The first thing that changes the target's document, and what the tool saw before it.
+/// The first event that changes the target's document, and what the tool saw before it.
 struct Write {
     bool isDirect = false;
     std::optional<Look> last;
@@ -43,14 +43,14 @@ std::optional<Write> firstWrite(const Run& run) {
                  .deciding = decidingLookBefore(run.happenings, position)};
 }
 
-/// Whether nothing but the input counters can tell that the selection is still the one of the request. A selection
-/// that is copied without a range to expect cannot be told from another one at all, as the copy moves the counters.
+/// True if only the input counters show that the selection is still that of the request. They cannot if the selection
+/// was copied and no range is expected, because the copy itself changes the counters.
 bool onlyInputTells(const Scenario& scenario, const Write& write) {
     const bool isRangeRead = write.deciding->range.has_value();
     return scenario.world.expectsRange ? !isRangeRead : write.isDirect || isRangeRead;
 }
 
-/// Whether the first sample of the four input counters was answered, and was taken before the user moved any of them.
+/// True if the first sample of the four input counters succeeded and was taken before the user changed any of them.
 bool inputWasSeenUntouched(const Scenario& scenario, const Run& run) {
     constexpr std::size_t counters = 4;
     const auto moved = scenario.disturbance ? inputOf(scenario.disturbance->act) : std::nullopt;
@@ -89,8 +89,8 @@ Broken writesOnceAndReportsIt(const Scenario& scenario, const Run& run) {
     if (run.status == exit_status::success) {
         return done + pastes == 1 ? Broken() : "success was reported and nothing written";
     }
-    // A write whose answer is lost is a failure for the tool, and cannot be anything else. The target may as well be
-    // gone by then.
+    // The tool must report a failure if the reply to its write was lost, which `done` does not count, or if the target
+    // had quit before the write.
     if (pastes > 0 || (done > 0 && !scenario.isDisturbedBy(UserAct::quitsTheTarget))) {
         return "something was written and a failure reported";
     }
@@ -111,7 +111,7 @@ Broken deletesOnlyForAWebAddress(const Scenario& scenario, const Run& run) {
     if (mustDelete && paste != end && deletion >= paste) {
         return "a web address was pasted over a selection that was not deleted";
     }
-    // Once the selection is deleted, only a key that cannot be posted keeps the tool from the paste.
+    // After the deletion, the tool must paste unless a key cannot be posted.
     if (deletion != end && paste == end && std::none_of(deletion, end, keepsFromPosting)) {
         return "a selection was deleted and nothing pasted";
     }

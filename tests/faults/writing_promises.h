@@ -7,16 +7,16 @@
 
 namespace lomaris::test {
 
-/// A broken promise, in words; nothing where it is kept.
+/// The message for a broken promise; nullopt if the promise is kept.
 using Broken = std::optional<std::string>;
 
-/// The promises about what the tool writes, and over what.
+/// The promises about what the tool writes, and which selection it replaces.
 
 [[nodiscard]] Broken writesOnceAndReportsIt(const Scenario& scenario, const Run& run);
 [[nodiscard]] Broken deletesOnlyForAWebAddress(const Scenario& scenario, const Run& run);
-/// The selection is at the last look what it was when it was decided that it is to be replaced.
+/// At the last look the selection is the same as when the tool decided to replace it.
 [[nodiscard]] Broken writesOverWhatItSaw(const Scenario& scenario, const Run& run);
-/// The selection is at the last look the one that the request of a guarded replacement means.
+/// At the last look the selection is the one that the request of a guarded replacement specifies.
 [[nodiscard]] Broken writesOverWhatWasExpected(const Scenario& scenario, const Run& run);
 
 }  // namespace lomaris::test
