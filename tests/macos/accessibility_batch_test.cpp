@@ -10,7 +10,7 @@ namespace {
 
 using Answers = std::vector<std::vector<AttributeAnswer>>;
 
-/// One attribute for each way in which a copy can end.
+/// A field with one attribute for each possible result of a copy.
 class AccessibilityBatch : public FakePlatformTest {
 protected:
     AccessibilityBatch() {

@@ -11,8 +11,8 @@
 namespace lomaris::test {
 namespace {
 
-/// Lets each call of the platform that can fail do so in turn, the first, the second, ..., until an operation gets by
-/// without that many of them.
+/// Makes each platform call that can fail do so, first the first one, then the second, and so on, until the operation
+/// makes no further such call.
 class AccessibilityFault : public FakePlatformTest {
 protected:
     AccessibilityFault() {
@@ -22,7 +22,8 @@ protected:
         field().actions["AXPress"] = kAXErrorSuccess;
     }
 
-    /// What `operation` answers while call 1, 2, ... fails; the answer without a failure is not among them.
+    /// The results of `operation` while call 1, 2, ... fails, without the result of the last run, in which no call
+    /// fails.
     template <typename Answer>
     static std::vector<Answer> sweep(const std::function<Answer()>& operation) {
         std::vector<Answer> answers;
@@ -75,7 +76,7 @@ TEST_F(AccessibilityFault, ABatchLosesTheAttributeWithoutANameAndNothingElse) {
     const AttributeAnswer role{AXError::success, Text(u"AXTextArea")};
     const AttributeAnswer range{AXError::success, TextRange{10, 9}};
     const AttributeAnswer lost{failed, NullValue{}};
-    // Either name, the array of the names, the platform's own array of the values.
+    // The calls that can fail create the two names, the array of the names, and the platform's array of the values.
     EXPECT_EQ(sweep<Answers>([&] { return accessibility().copyAttributes(elements, names); }),
               (std::vector<Answers>{{{lost, range}}, {{role, lost}}, {{role, range}}, {{role, range}}}));
 }
@@ -90,7 +91,7 @@ TEST_F(AccessibilityFault, TheTrustIsToldWithoutAskingTheUser) {
 
 TEST_F(AccessibilityFault, AnElementThatCannotBeMadeAnswersAsNone) {
     const auto read = [&](const Element& element) { return accessibility().copyAttribute(element, "AXRole").error; };
-    // The second call that can fail is the name of the attribute.
+    // The second call that can fail creates the name of the attribute.
     EXPECT_EQ(sweep<AXError>([&] { return read(accessibility().applicationElement(42)); }),
               (std::vector<AXError>{AXError::illegalArgument, failed}));
     EXPECT_EQ(sweep<AXError>([&] { return read(accessibility().systemWideElement()); }),
@@ -98,7 +99,7 @@ TEST_F(AccessibilityFault, AnElementThatCannotBeMadeAnswersAsNone) {
 }
 
 TEST_F(AccessibilityFault, AWordIsNotFoundInATextThatCannotBeMade) {
-    // Both texts, then the locale, without which letters are compared as in no language.
+    // The calls that can fail create both texts and the locale. Without a locale, case is ignored by the common rules.
     EXPECT_EQ(sweep<bool>([&] { return accessibility().containsIgnoringCase(u"Editor", u"editor"); }),
               (std::vector<bool>{false, false, true}));
 }

@@ -17,7 +17,7 @@ protected:
         return accessibility().copyAttribute(fieldElement(), "AXValue");
     }
 
-    /// What arrives where the attribute is set to `value`.
+    /// Sets the attribute to `value`; `arrived` is the object that the platform received.
     AXError set(const AttributeValue& value) {
         field().settable.insert("AXValue");
         field().onSet = [this](const std::string&, CFTypeRef arriving) {

@@ -79,12 +79,12 @@ TEST_F(CoreFoundation, TextsCrossUnitByUnit) {
         u"",
         u"brown fox",
         u"\U0001F436 \u00e9 e\u0301",
-        // Half a surrogate pair: alone, at either end, the wrong way round.
+        // Half a surrogate pair: alone, at either end, in the wrong order.
         {u'\xD83D'},
         {u'\xDC36', u'a'},
         {u'a', u'\xD83D'},
         {u'\xDC36', u'\xD83D'},
-        // What is no character elsewhere.
+        // Units that are not characters in other encodings.
         {u'\0', u'a', u'\0'},
         {u'\xFEFF', u'\xFFFE', u'\xFFFF'},
         Text(100'000, u'\u4e2d'),
@@ -109,7 +109,7 @@ TEST_F(CoreFoundation, AStringThatCannotBeMadeIsNone) {
     EXPECT_TRUE(FakeFaults::hasFailed());
 }
 
-// The double itself: its alarms must go off, or the tests above it mean nothing.
+// Tests of the fake itself: the tests above are meaningful only if it detects errors.
 using CoreFoundationDeathTest = CoreFoundation;
 
 TEST_F(CoreFoundationDeathTest, TheDoubleEndsTheProcessAtAnOverRelease) {

@@ -30,7 +30,7 @@ struct __AXUIElement final : FakeObject {
     FakeElementKey key;
 };
 
-/// What a box holds beside a range and an error: a point, or a range that does not unbox.
+/// The content of a box that is neither a range nor an error: a point, or a range that cannot be unboxed.
 struct Point {
     bool isCareless = false;
 };
@@ -72,7 +72,7 @@ std::string nameOf(CFTypeRef name) {
     return characters;
 }
 
-/// What every call of the interface does first.
+/// Called first by every function of the interface.
 void enter() {
     lomaris::test::fake_shield::leaveTemporary();
     if (currentAccessibility != nullptr && currentAccessibility->throws) {
@@ -98,7 +98,7 @@ FakeAnswer answerOf(const FakeAccessibility::State& state, const std::string& at
 
 CFTypeRef handedOver(const Held& value) { return value ? CFRetain(value.get()) : nullptr; }
 
-/// What stands in a batch for one attribute.
+/// The entry of a batch for one attribute.
 Held placeOf(const FakeAnswer& answer, FakeBatch batch) {
     if (answer.error == kAXErrorSuccess && answer.value) {
         return answer.value;
@@ -213,7 +213,7 @@ AXError AXUIElementIsAttributeSettable(AXUIElementRef element, CFStringRef attri
         return kAXErrorInvalidUIElement;
     }
     if (state->settableError != kAXErrorSuccess) {
-        // Nothing is promised about what stands there beside an error.
+        // The platform leaves this value unspecified if it returns an error.
         *settable = 1;
         return state->settableError;
     }

@@ -14,8 +14,8 @@
 
 namespace lomaris::test {
 
-/// Which element of which process; element 0 is the application's own, and process 0 with element 0 the system-wide
-/// one.
+/// Identifies an element of a process. Element 0 is the application's root; process 0 with element 0 is the system-wide
+/// element.
 struct FakeElementKey {
     pid_t process = 0;
     int element = 0;
@@ -23,31 +23,30 @@ struct FakeElementKey {
     friend auto operator<=>(const FakeElementKey&, const FakeElementKey&) = default;
 };
 
-/// What a copy of one attribute answers. Beside an error the value should be null; a platform that misbehaves hands one
-/// over all the same.
+/// The result of copying one attribute. With an error the value is normally null, but a faulty platform may return one.
 struct FakeAnswer {
     ::AXError error = kAXErrorSuccess;
     Held value;
 };
 
-/// How the platform answers a copy of several attributes.
+/// How copying several attributes behaves.
 enum class FakeBatch {
-    /// A boxed error for each attribute that a single copy would refuse, the null object for a success without a value.
+    /// Returns a boxed error for each attribute whose single copy would fail, and CFNull for a success without a value.
     truthful,
-    /// The null object for each attribute without a value, whatever the reason.
+    /// Returns CFNull for each attribute without a value, whatever the reason.
     nullForErrors,
-    /// A boxed success for each attribute without a value.
+    /// Returns a boxed success code for each attribute without a value.
     boxedSuccessForErrors,
     failing,
-    /// With an array that means nothing.
+    /// Fails, but returns an array with invalid contents.
     failingWithArray,
     succeedingWithoutArray,
     tooShort,
     tooLong
 };
 
-/// What other processes show of themselves over the Accessibility interface, and the calls that crossed into them, in
-/// order. At most one at a time; without one no element answers.
+/// The accessibility data of other processes, and the requests sent to them, in order. At most one instance at a time;
+/// without an instance no element returns a result.
 class FakeAccessibility {
 public:
     FakeAccessibility();
@@ -59,26 +58,26 @@ public:
         std::map<std::string, FakeAnswer, std::less<>> attributes;
         std::set<std::string, std::less<>> settable;
         std::map<std::string, ::AXError, std::less<>> actions;
-        /// Called for an attribute that can be set; success without it.
+        /// Called when a settable attribute is set; if it is empty, setting succeeds.
         std::function<::AXError(const std::string& attribute, CFTypeRef value)> onSet;
         ::AXError settableError = kAXErrorSuccess;
         ::AXError processError = kAXErrorSuccess;
     };
 
-    /// The element, which is there from the first call on.
+    /// The state of an element, which is created by the first call.
     State& at(FakeElementKey key) { return states_[key]; }
     /// Ends a process: its elements are invalid from now on.
     void end(pid_t process);
 
     FakeBatch batch = FakeBatch::truthful;
     bool isTrusted = true;
-    /// Every call that asks another process or the system ends with an exception.
+    /// If true, every call that sends a request to another process or to the system throws an exception.
     bool throws = false;
-    /// How often the user was asked for the permission.
+    /// How often the permission prompt was shown.
     int promptCount = 0;
     std::vector<std::string> crossings;
 
-    /// For the doubles.
+    /// For use by the fake platform functions.
     static FakeAccessibility* current();
     State* find(FakeElementKey key);
 
@@ -86,11 +85,11 @@ private:
     std::map<FakeElementKey, State> states_;
 };
 
-/// An element as another process would hand it out.
+/// An element, as another process would return it.
 [[nodiscard]] Held makeElementObject(FakeElementKey key);
 
-/// Boxed values: a range, a point, a point that unboxes as whatever it is asked for, an error, and a box that says it
-/// holds a range and does not unbox.
+/// Boxed values: a range, a point, a point that unboxes as any requested type, an error, and a box whose type is a
+/// range but which does not unbox.
 [[nodiscard]] Held boxRange(CFIndex location, CFIndex length);
 [[nodiscard]] Held boxPoint();
 [[nodiscard]] Held boxCarelessPoint();

@@ -103,7 +103,7 @@ const Kind& as(CFTypeRef reference, FakeType type, const char* name) {
 
 const __CFArray& arrayAt(CFArrayRef array) { return as<__CFArray>(array, FakeType::array, "an array"); }
 
-/// Whether 64 bits hold the number exactly.
+/// True if 64 bits represent the number exactly.
 bool isInteger(double number) {
     constexpr double limit = 9223372036854775808.0;
     return std::trunc(number) == number && number >= -limit && number < limit;
@@ -141,7 +141,7 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
                    (isInteger(converted) && static_cast<std::int64_t>(converted) == static_cast<std::int64_t>(stored));
         }
         const bool fits = std::is_integral_v<decltype(stored)> || isInteger(static_cast<double>(stored));
-        // A lossy conversion leaves something approximate behind.
+        // A lossy conversion stores an approximate value.
         *static_cast<std::int64_t*>(value) = fits ? static_cast<std::int64_t>(stored) : 12345;
         return fits;
     };

@@ -10,12 +10,12 @@
 #include <string>
 #include <variant>
 
-/// A Core Foundation for tests: objects on the heap with real reference counts, behaving as the public documentation
-/// says. Every object that is made is known until its last reference goes; touching one after that ends the process,
-/// and what is left when a test ends can be listed. One thread.
+/// A Core Foundation for tests: objects on the heap with real reference counts, with the documented behavior. Every
+/// object is registered until its last reference is released. Accessing a released object ends the process, and the
+/// objects that are left when a test ends can be listed. One thread only.
 namespace lomaris::test {
 
-/// Kinds of objects; the numbers are arbitrary, as they are on the platform.
+/// Type identifiers of objects; the numbers are arbitrary, as on the platform.
 enum class FakeType : CFTypeID {
     string = 101,
     boolean,
@@ -31,7 +31,7 @@ enum class FakeType : CFTypeID {
     event
 };
 
-/// Base of all objects. A constant is shared by the whole process; its count moves, but it never goes.
+/// Base of all objects. A constant is shared by the whole process; its reference count changes, but it is never freed.
 struct FakeObject {
     enum class Lifetime { counted, constant };
 
@@ -47,37 +47,37 @@ struct FakeObject {
     mutable long references;
 };
 
-/// The object behind a reference. Ends the process where there is none, or none any more.
+/// The object behind a reference. Ends the process if the reference is null or the object was freed.
 [[nodiscard]] const FakeObject& objectAt(CFTypeRef reference);
 
-/// Whether the object is still there.
+/// True if the object has not been freed.
 [[nodiscard]] bool isAlive(CFTypeRef reference);
 
-/// Ends the process, saying why: for what would crash on the platform.
+/// Ends the process with a message, for a call that would crash on the platform.
 [[noreturn]] void fakeCrash(const std::string& why);
 
-/// What is not balanced: objects that are left, and constants that were retained or released once too often; a line
-/// each, empty where all is well.
+/// Lists the objects that are left, and the constants that were retained or released too often, one on each line; empty
+/// if all is balanced.
 [[nodiscard]] std::string unbalancedObjects();
 
-/// Makes one of the calls that can fail answer null: the first such call from now on is number 1.
+/// Makes one of the calls that can fail return null. Calls are counted from now on; the first is number 1.
 class FakeFaults {
 public:
     static void failCall(int number);
-    /// Nothing fails any more.
+    /// No call fails from now on.
     static void clear();
-    /// Whether the call that was to fail has come.
+    /// True if the call that was to fail has been made.
     [[nodiscard]] static bool hasFailed();
-    /// For the doubles: counts a call that can fail, and answers whether it must.
+    /// For use by the fake platform functions: counts a call that can fail and returns whether it must.
     [[nodiscard]] static bool strikes();
 };
 
-/// A reference that a test holds, released with the last copy.
+/// A reference owned by a test, released with the last copy.
 using Held = std::shared_ptr<const void>;
 
-/// Takes over a reference that a Create or Copy call answered; null is held as null.
+/// Takes ownership of the result of a Create or Copy call; null stays null.
 [[nodiscard]] Held held(CFTypeRef created);
-/// Shares a constant.
+/// Retains a constant.
 [[nodiscard]] Held heldConstant(CFTypeRef constant);
 
 using NumberStorage = std::variant<std::int8_t, std::int32_t, std::int64_t, float, double>;
@@ -85,19 +85,18 @@ using NumberStorage = std::variant<std::int8_t, std::int32_t, std::int64_t, floa
 [[nodiscard]] Held makeString(TextView text);
 [[nodiscard]] Held makeNumber(NumberStorage number);
 [[nodiscard]] Held makeArray(std::initializer_list<Held> members);
-/// An object of a kind that nobody here knows.
+/// An object of a type that the product does not handle.
 [[nodiscard]] Held makeDate();
 
 /// The UTF-16 units of a string object.
 [[nodiscard]] Text unitsOf(CFTypeRef string);
-/// The value of a key in a dictionary, borrowed, or null.
+/// The value of a key in a dictionary, borrowed; null if there is none.
 [[nodiscard]] CFTypeRef valueOfKey(CFDictionaryRef dictionary, TextView key);
 
-/// Whether an array or a dictionary retains what it holds, as one must that is handed to the platform.
+/// True if an array or a dictionary retains its members, as required for collections that are passed to the platform.
 [[nodiscard]] bool retainsItsMembers(CFTypeRef collection);
 
-/// The language of the user's current locale, until it is set again. Under "tr" and "az" the
-/// lower case of "I" has no dot.
+/// Sets the language of the user's current locale. In "tr" and "az" the lower case of "I" has no dot.
 void setUserLanguage(const std::string& language);
 
 }  // namespace lomaris::test

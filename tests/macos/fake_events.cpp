@@ -23,11 +23,11 @@ struct __CGEvent final : FakeObject {
     __CGEvent(CGEventSourceRef from, CGKeyCode code, bool isDown)
         : FakeObject(FakeType::event), source(from), keyCode(code), keyDown(isDown) {}
 
-    /// Borrowed: whoever makes events keeps their source.
+    /// Borrowed: the code that creates events keeps their source.
     CGEventSourceRef source;
     CGKeyCode keyCode;
     bool keyDown;
-    /// What the user holds down while the event is made.
+    /// The modifier flags of keys that the user holds down when the event is created.
     CGEventFlags flags = 0x10100;
 };
 
@@ -43,7 +43,7 @@ __CGEvent& eventAt(CGEventRef event) {
     return *event;
 }
 
-/// What every call does first.
+/// Called first by every function.
 void enter() {
     lomaris::test::fake_shield::leaveTemporary();
     if (FakeEvents::current().throws) {

@@ -12,8 +12,8 @@
 
 namespace lomaris::test {
 
-/// The session's keyboard as the event services see it: the permission, what was made and posted, and the counters. At
-/// most one at a time.
+/// The session's keyboard, as the event services see it: the permission, the events created and posted, and the
+/// counters. At most one instance at a time.
 class FakeEvents {
 public:
     FakeEvents();
@@ -22,19 +22,19 @@ public:
     ~FakeEvents();
 
     bool mayPost = true;
-    /// Every call ends with an exception.
+    /// If true, every call throws an exception.
     bool throws = false;
-    /// What the user answers when asked for the permission.
+    /// The user's reply to the permission prompt.
     bool userGrants = true;
     int requestCount = 0;
-    /// A line for each source and event that was made, in order: "source 1", "key 8 down from source 1".
+    /// One line for each source and event that was created, in order: "source 1", "key 8 down from source 1".
     std::vector<std::string> made;
-    /// A line for each event that was posted, in order: "key 8 down flags 100000 to tap 1".
+    /// One line for each event that was posted, in order: "key 8 down flags 100000 to tap 1".
     std::vector<std::string> posted;
     /// By state and type.
     std::map<std::pair<CGEventSourceStateID, CGEventType>, std::uint32_t> counters;
 
-    /// For the doubles.
+    /// For use by the fake platform functions.
     static FakeEvents& current();
 };
 

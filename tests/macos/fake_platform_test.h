@@ -14,8 +14,8 @@
 
 namespace lomaris::test {
 
-/// Base of the tests of the services over their doubles. Each test ends with every object gone and every constant as it
-/// was, or fails.
+/// Base of the tests of the services on the fake platform functions. A test fails if it leaves an object or an
+/// unbalanced constant.
 class FakePlatformTest : public testing::Test {
 protected:
     static constexpr FakeElementKey fieldKey{42, 7};
@@ -40,10 +40,10 @@ protected:
     FakeAccessibility& desktop() { return *fakeAccessibility_; }
     FakeEvents& keyboard() { return *fakeEvents_; }
 
-    /// An element whose attributes a test describes.
+    /// The element whose attributes a test sets.
     FakeAccessibility::State& field() { return desktop().at(fieldKey); }
 
-    /// The same, as the service hands it out.
+    /// The same element, as the service returns it.
     static Element fieldElement() { return elementFrom(makeElementObject(fieldKey)); }
 
     static Element elementFrom(const Held& value) {
@@ -65,7 +65,7 @@ private:
     std::optional<FakeEvents> fakeEvents_;
 };
 
-/// Every result code that the platform documents, but success, and one that it does not.
+/// Every result code that the platform documents, except success, and one that it does not document.
 inline constexpr std::int32_t failureCodes[] = {-25200, -25201, -25202, -25203, -25204, -25205, -25206, -25207,
                                                 -25208, -25209, -25210, -25211, -25212, -25213, -25214, -1};
 

@@ -11,7 +11,7 @@ namespace lomaris {
 
 namespace {
 
-/// The innermost pool of this thread: how many temporary objects it holds.
+/// The number of temporary objects in the innermost pool of this thread.
 thread_local std::size_t* pool = nullptr;
 std::atomic<std::size_t> most{0};
 

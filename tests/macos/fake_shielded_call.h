@@ -2,14 +2,14 @@
 
 #include <cstddef>
 
-// The shield without Objective-C: no exceptions but those of C++, and pools that only count what would be left to them.
+// The shield without Objective-C: catches C++ exceptions only, and its pools only count their temporary objects.
 namespace lomaris::test::fake_shield {
 
-/// For the doubles: leaves a temporary object to the innermost pool of this thread. Without one it would stay for good,
-/// which ends the program.
+/// For use by the fake platform functions: adds a temporary object to the innermost pool of this thread. Without a pool
+/// it would leak, so the program is aborted.
 void leaveTemporary();
 
-/// The most that any one pool held since the last `reset`. All threads.
+/// The largest number of objects in any one pool since the last `reset`, on all threads.
 [[nodiscard]] std::size_t mostInOnePool();
 void reset();
 

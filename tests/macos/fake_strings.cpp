@@ -61,7 +61,7 @@ CFStringRef CFStringCreateWithCharacters(CFAllocatorRef /*allocator*/, const Uni
     if (count < 0 || (characters == nullptr && count != 0)) {
         fakeCrash("a string was made of nothing");
     }
-    // Unit by unit, so that the two names of the type cannot matter here.
+    // Copied unit by unit, because UniChar and char16_t are different types.
     Text units;
     for (CFIndex index = 0; index < count; ++index) {
         units.push_back(characters[index]);
@@ -83,7 +83,7 @@ void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer) {
 }
 
 CFStringRef __CFStringMakeConstantString(const char* string) {
-    // Never taken down, as constants are not.
+    // Never destroyed, like the constants of the platform.
     static auto& constants = *new std::map<std::string, const __CFString*>;
     const __CFString*& constant = constants[string];
     if (constant == nullptr) {

@@ -1,4 +1,4 @@
-// The contract suites on the services of macOS, over doubles of the platform's calls.
+// The contract suites on the services of macOS, with fake platform functions.
 
 #include "platform/attributes.h"
 #include "tests/macos/fake_platform_test.h"
@@ -14,7 +14,7 @@ namespace {
 
 constexpr ProcessIdentifier editor = 812;
 
-/// A platform of the services that are looked at here; the others are not to be used.
+/// A platform with only the services that are tested here; the others must not be used.
 class PartialPlatform final : public Platform {
 public:
     Accessibility& accessibility() override { return accessibility_; }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The threads of the system that checks, and the one call that only macOS has.
+// The system's own header, and one function that exists only on macOS.
 
 #include_next <pthread.h>
 
@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-// A wait for a time that is counted from now, on a clock that no change of the date moves.
+// A wait with a relative timeout, on a clock that is unaffected by changes of the system time.
 int pthread_cond_timedwait_relative_np(pthread_cond_t* condition, pthread_mutex_t* mutex,
                                        const struct timespec* duration);
 

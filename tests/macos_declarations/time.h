@@ -1,4 +1,4 @@
-// The time of the system that checks, which includes its header in parts, and the clock that only macOS has.
+// The system's own header, which may be included several times, and a clock that exists only on macOS.
 
 #include_next <time.h>
 
@@ -7,7 +7,7 @@
 
 #include <stdint.h>
 
-// Nanoseconds of a clock: the one that counts while the machine is awake.
+// The time of a clock in nanoseconds; this clock counts while the machine is awake.
 #define CLOCK_UPTIME_RAW 8
 #ifdef __cplusplus
 extern "C"

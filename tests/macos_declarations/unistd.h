@@ -1,4 +1,4 @@
-// The system interface of the system that checks, and the configuration string that only macOS has.
+// The system's own header, and a configuration string that exists only on macOS.
 
 #include_next <unistd.h>
 

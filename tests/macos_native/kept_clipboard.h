@@ -7,7 +7,7 @@
 
 namespace lomaris::test {
 
-/// Puts the clipboard of the person who runs the tests back at its end.
+/// Restores the clipboard of the person who runs the tests on destruction.
 class KeptClipboard {
 public:
     KeptClipboard() : snapshot_(PasteboardSnapshot::capture(nativePlatform()->pasteboard())) {}

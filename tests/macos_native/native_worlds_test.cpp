@@ -1,4 +1,4 @@
-// The contract suites on the macOS that the tests run on. What needs a permission says so and is skipped without it.
+// The contract suites on the macOS that runs the tests. Tests that lack a permission are skipped with a message.
 
 #include "platform/native_platform.h"
 #include "tests/macos_native/kept_clipboard.h"
@@ -49,12 +49,12 @@ public:
 private:
     KeptClipboard clipboard_;
     std::unique_ptr<Platform> platform_ = nativePlatform();
-    /// It opens the lock's file for itself, so for the system it is another process.
+    /// A second platform opens the lock file itself, so the lock treats it like another process.
     std::unique_ptr<Platform> other_ = nativePlatform();
     std::unique_ptr<PasteboardHold> othersHold_;
 };
 
-/// What is posted reaches a document of the tests' own.
+/// Posted keys reach a document that belongs to the tests.
 class NativeEventsWorld final : public EventsWorld {
 public:
     Platform& platform() override { return *platform_; }
@@ -68,7 +68,7 @@ public:
         }
     }
 
-    // The user may have gone elsewhere meanwhile, where a key could do harm.
+    // If the user has switched to another application in the meantime, a key could do harm there.
     void prepareForKeys() override { editor_.bringToFront(); }
 
     bool comesTrue(const std::function<bool()>& isReached) override { return waitFor(isReached); }
@@ -94,7 +94,7 @@ private:
     }
 
     std::unique_ptr<Platform> platform_ = nativePlatform();
-    // The one that comes last is in front.
+    // The instance that is opened last is frontmost.
     TextEdit second_{*platform_, "Second"};
     TextEdit first_{*platform_, "First"};
 };
@@ -112,13 +112,13 @@ private:
     TextEdit editor_{*platform_, "The quick brown fox"};
 };
 
-/// A maker for a world that needs nothing.
+/// A maker for a world without requirements.
 template <typename World, typename NativeWorld>
 auto anywhere() {
     return testing::Values(WorldMaker<World>{"MacOS", [] { return std::make_unique<NativeWorld>(); }});
 }
 
-/// A maker for a world that drives applications; prints what is missing.
+/// A maker for a world that controls applications; prints what is missing.
 template <typename World, typename NativeWorld>
 auto withPermission() {
     return testing::Values(WorldMaker<World>{"TextEdit", []() -> std::unique_ptr<World> {

@@ -14,7 +14,7 @@
 
 namespace lomaris::test {
 
-/// Has the run loop turn while `action` runs, as another program that waits for this one; what it answered.
+/// Runs the run loop while `action` runs, for an action that waits for this process. Returns the action's result.
 template <typename Action>
 auto whileTurning(Scheduling& scheduling, Action action) {
     auto result = std::async(std::launch::async, std::move(action));
@@ -24,20 +24,20 @@ auto whileTurning(Scheduling& scheduling, Action action) {
     return result.get();
 }
 
-/// What another program does; each call starts one and returns when it has ended. They throw where it fails.
+/// Actions of another program. Each call starts one, returns when it has ended, and throws if it fails.
 namespace other_program {
 
-/// Puts one item with these types and bytes on the pasteboard.
+/// Writes one item with these types and bytes to the pasteboard.
 void copy(const std::vector<std::pair<PasteboardType, Bytes>>& item);
 
-/// The bytes of `type`, or nothing where there are none. This process must turn its run loop meanwhile where it
-/// promised them.
+/// The bytes of `type`; nullopt if there are none. If this process promised them, it must run its run loop in the
+/// meantime.
 [[nodiscard]] std::optional<Bytes> read(const PasteboardType& type);
 
-/// The name of a running application, as another program is told it.
+/// The name of a running application, as another program sees it.
 [[nodiscard]] Text nameOf(pid_t process);
 
-/// Presses F18, which does nothing anywhere.
+/// Presses F18, which has no effect in any application.
 void pressHarmlessKey();
 
 }  // namespace other_program

@@ -1,10 +1,10 @@
-// Another program beside the tests: what it does to the pasteboard and the keyboard, and what the system tells it, does
-// not pass through any code of this project.
+// Another program for the tests. What it does to the pasteboard and the keyboard, and what it reports, does not depend
+// on any code of this project.
 //
-//   copy TYPE=HEX...   puts one item with these types and bytes on the pasteboard
-//   read TYPE          the bytes of the type in hexadecimal, or "none"
-//   name PROCESS       the name of a running application, for people
-//   press KEY          presses a key
+//     copy TYPE=HEX...   writes one item with these types and bytes to the pasteboard
+//     read TYPE          prints the bytes of the type in hexadecimal, or "none"
+//     name PROCESS       prints the display name of a running application
+//     press KEY          presses a key
 
 ObjC.import("AppKit");
 ObjC.import("CoreGraphics");

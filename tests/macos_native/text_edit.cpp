@@ -23,7 +23,7 @@ std::set<pid_t> runningInstances() {
     return {std::istream_iterator<pid_t>(output), std::istream_iterator<pid_t>()};
 }
 
-/// An instance that is not one of these, or 0.
+/// A running instance that is not one of these, or 0.
 pid_t instanceBeside(const std::set<pid_t>& earlier) {
     const std::set<pid_t> now = runningInstances();
     const auto found = std::find_if(now.begin(), now.end(), [&](pid_t process) { return earlier.count(process) == 0; });
@@ -50,7 +50,7 @@ TextEdit::TextEdit(Platform& platform, const std::string& text) : platform_(plat
     const std::filesystem::path document = directory_.path() / "document.txt";
     std::ofstream(document) << text;
     const std::set<pid_t> earlier = runningInstances();
-    // A new instance, without the windows that it had the last time.
+    // Opens a new instance without restoring the windows of the last one.
     const ProcessResult opened = runProcess({"/usr/bin/open", "-n", "-F", "-a", "TextEdit", document.string()});
     require(opened.status == 0, "TextEdit cannot be opened");
     require(waitFor([&] { return (process_ = instanceBeside(earlier)) != 0; }), "TextEdit did not start");
@@ -91,7 +91,7 @@ void TextEdit::end() {
     }
     const pid_t process = std::exchange(process_, 0);
     kill(process, SIGKILL);
-    // It is launchd's child, which takes note of its end.
+    // The process is a child of launchd, which reaps it.
     static_cast<void>(waitFor([process] { return kill(process, 0) != 0 && errno == ESRCH; }));
 }
 

@@ -9,14 +9,14 @@
 
 namespace lomaris::test {
 
-/// What keeps the tests from driving an application, as a line for people; empty where nothing does.
+/// The reason why the tests cannot control an application, as one readable line; empty if they can.
 [[nodiscard]] std::string missingForTextEdit(Platform& platform);
 
-/// An instance of TextEdit of the tests' own, beside the user's, with a document. Killed with this object.
+/// An instance of TextEdit for the tests, separate from the user's, with one document. Killed on destruction.
 class TextEdit {
 public:
-    /// Opens a document with this text (UTF-8); returns once it is in front and has the keyboard. `platform` must have
-    /// the permission and outlives this object. Throws where that does not happen.
+    /// Opens a document with this text (UTF-8); returns once it is frontmost and has the keyboard focus. `platform`
+    /// must have the permission and must outlive this object. Throws on failure.
     TextEdit(Platform& platform, const std::string& text);
     TextEdit(const TextEdit&) = delete;
     TextEdit& operator=(const TextEdit&) = delete;
@@ -24,24 +24,24 @@ public:
 
     [[nodiscard]] pid_t processIdentifier() const { return process_; }
 
-    /// Brings it in front of all others; returns once it is there.
+    /// Brings the instance to the front; returns once it is frontmost.
     void bringToFront();
 
     /// Selects a part of the document; returns once it is selected.
     void select(TextRange range);
 
-    /// The document as it is now.
+    /// The current text of the document.
     [[nodiscard]] Text contents();
 
-    /// Kills it and returns once it is gone. Harmless when it is gone already.
+    /// Kills the instance and returns once it has ended. Harmless if it has ended already.
     void end();
 
 private:
-    /// The text area, or none.
+    /// The text area; nullopt if there is none.
     [[nodiscard]] std::optional<Element> textArea();
 
     Platform& platform_;
-    /// First, so that it goes when the application has ended.
+    /// The directory of the document, removed once the application has ended.
     TemporaryDirectory directory_;
     pid_t process_ = 0;
 };

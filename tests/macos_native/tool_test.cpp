@@ -1,4 +1,4 @@
-// The tool on a real document, from its command line to the text that stands there afterwards.
+// The tool on a real document, from the command line to the resulting text.
 
 #include "platform/native_platform.h"
 #include "tests/macos_native/kept_clipboard.h"

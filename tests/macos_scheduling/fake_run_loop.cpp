@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-// What a reference of the platform points to is nobody's business; it is only told apart here.
+// The contents of these types are irrelevant; only their addresses are compared.
 struct dispatch_queue_s {};
 struct __CFString {};
 
@@ -48,7 +48,7 @@ void require(bool holds) {
     }
 }
 
-/// Takes the first one and does it without the lock.
+/// Removes the first work item and runs it without the lock.
 void doFirst(std::deque<Work>& works, std::unique_lock<std::mutex>& lock) {
     const Work work = std::move(works.front());
     works.pop_front();
@@ -57,7 +57,7 @@ void doFirst(std::deque<Work>& works, std::unique_lock<std::mutex>& lock) {
     lock.lock();
 }
 
-/// One pass; whether anything was handled. Work of the main queue does not nest.
+/// Handles pending work once; true if there was any. Work of the main queue does not nest.
 bool handleWhatWaits(std::unique_lock<std::mutex>& lock) {
     if (!sources.empty()) {
         doFirst(sources, lock);
@@ -141,7 +141,8 @@ void reset() {
     releaseGlobalQueue();
     const std::lock_guard lock(mutex);
     sources.clear();
-    // Work of the main queue owns its context; it is done, not dropped, so that nothing leaks.
+    // A work item of the main queue owns its context, so it is run instead of dropped; otherwise the context would
+    // leak.
     while (!mainWork.empty()) {
         const Work work = std::move(mainWork.front());
         mainWork.pop_front();

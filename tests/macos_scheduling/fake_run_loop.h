@@ -3,29 +3,29 @@
 #include <cstddef>
 #include <functional>
 
-// The run loop, the queues and the clock of macOS as far as the scheduling service calls them, in the terms of this
-// system: enough to run that service where there is no macOS. One run loop, that of the thread that the program began
-// with; turning it on another one ends the program.
+// A fake of the run loop, the queues and the clock of macOS, as far as the scheduling service uses them, so that the
+// service can run on other systems. There is one run loop, that of the main thread; running it on another thread aborts
+// the program.
 namespace lomaris::test::fake_run_loop {
 
-/// Puts something before the run loop that its next turn handles, like a message from another process. Any thread.
+/// Adds a source that the next run of the run loop handles, like a message from another process. Any thread.
 void post(std::function<void()> source);
 
-/// While there is nothing to watch, a turn returns at once. At first there is.
+/// If true, the run loop has no sources and returns at once. False by default.
 void setWatchesNothing(bool watchesNothing);
 
-/// Stops as many turns to come, each at once, as somebody may who shares the run loop.
+/// Makes the next `count` runs of the run loop stop at once, as other code in the process could.
 void stopTurns(std::size_t count);
 
-/// How often the run loop was turned.
+/// How often the run loop was run.
 [[nodiscard]] std::size_t turns();
 
-/// While it is held, the global queue begins no work; what was queued meanwhile begins at the release. The release
-/// returns once all of that has ended.
+/// While it is held, the global queue begins no work. Releasing it runs the work that was queued in the meantime, and
+/// returns when that has ended.
 void holdGlobalQueue();
 void releaseGlobalQueue();
 
-/// Forgets what waits, for the next test.
+/// Runs or drops all pending work, for the next test.
 void reset();
 
 }  // namespace lomaris::test::fake_run_loop

@@ -22,7 +22,7 @@ protected:
     void TearDown() override { fake::reset(); }
 
     MacOSScheduling& scheduling() { return *scheduling_; }
-    /// As the platform ends.
+    /// Ends the service like the platform.
     void endScheduling() {
         scheduling_->finish();
         scheduling_.reset();
@@ -115,7 +115,7 @@ TEST_F(MacOSSchedulingTest, ServingWhatWaitsGoesOnAfterAnException) {
 TEST_F(MacOSSchedulingTest, ServingWhatWaitsIsPatientForAsLongAsItIsTold) {
     std::string order;
     scheduling().runOnMainQueue([&order] { order += 'm'; });
-    // News that takes a second step, which begins when the first one is served.
+    // A notification in two steps; the second one begins when the first one is handled.
     fake::post([&order] {
         order += '1';
         fake::post([&order] { order += '2'; });
@@ -159,7 +159,7 @@ TEST_F(MacOSSchedulingTest, ABlockOfTheMainQueueIsFreedAtTheEnd) {
     scheduling().runOnMainQueue([&hasRun, moved = std::move(held)] { hasRun = true; });
     endScheduling();
     EXPECT_TRUE(watched.expired());
-    // The queue of the platform still comes for it.
+    // The platform's queue still runs the entry of the block.
     MacOSScheduling other;
     other.runLoopSlice(milliseconds(5));
     EXPECT_FALSE(hasRun);

@@ -1,4 +1,4 @@
-// The contract of the scheduling service, on macOS's own implementation of it.
+// The scheduling contract on the implementation for macOS.
 
 #include "platform/macos/scheduling.h"
 #include "tests/macos_scheduling/fake_run_loop.h"
@@ -10,7 +10,7 @@
 namespace lomaris::test {
 namespace {
 
-/// A platform that has nothing but time.
+/// A platform that has only the scheduling service.
 class SchedulingAlone final : public Platform {
 public:
     ~SchedulingAlone() override {

@@ -7,19 +7,19 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-// Types of what stands on a pasteboard.
+// Pasteboard types.
 typedef NSString* NSPasteboardType;
 extern NSPasteboardType const NSPasteboardTypeString;
 
-// What can be written onto a pasteboard.
+// Objects that can be written to a pasteboard.
 @protocol NSPasteboardWriting <NSObject>
 @end
 
 @class NSPasteboard;
 @class NSPasteboardItem;
 
-// Who is asked for the data of a type that was only promised. The second message is optional in the system, and
-// required here, so that a misspelt one is found.
+// The provider of the data of promised types. The second message is optional in the real protocol; it is required here,
+// so that a misspelled one is detected.
 @protocol NSPasteboardItemDataProvider <NSObject>
 - (void)pasteboard:(nullable NSPasteboard*)pasteboard
                   item:(NSPasteboardItem*)item
@@ -27,7 +27,7 @@ extern NSPasteboardType const NSPasteboardTypeString;
 - (void)pasteboardFinishedWithDataProvider:(NSPasteboard*)pasteboard;
 @end
 
-// An item: reading it, and making one.
+// Pasteboard items: reading and creating them.
 @interface NSPasteboardItem : NSObject <NSPasteboardWriting>
 @property(readonly, copy) NSArray<NSPasteboardType>* types;
 - (nullable NSData*)dataForType:(NSPasteboardType)type;

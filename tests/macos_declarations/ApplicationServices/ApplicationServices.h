@@ -46,7 +46,7 @@ AXError AXUIElementIsAttributeSettable(AXUIElementRef element, CFStringRef attri
 AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef value);
 AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
 
-// Boxed values: a structure of one of these kinds within an object.
+// Boxed values: a structure of one of these types in an object.
 typedef const struct CF_BRIDGED_TYPE(id) __AXValue* AXValueRef;
 CF_ENUM(UInt32, AXValueType){kAXValueTypeCFRange = 4, kAXValueTypeAXError = 5};
 CFTypeID AXValueGetTypeID(void);

@@ -1,13 +1,13 @@
 #pragma once
 
 // Declarations of the part of Core Foundation that this project uses, written from its public documentation, so that
-// the sources for macOS can be compiled and checked where there is no macOS. Nothing but what is used stands here: a
-// symbol that is missing here fails the check.
+// the sources for macOS can be compiled and checked on other systems. Only what is used is declared here: the check
+// fails for any other symbol.
 
 #include <stdint.h>
 #include <sys/types.h>
 
-// Annotations: nullability, transfer of ownership and bridging, where the compiler knows them.
+// Annotations of nullability, transfer of ownership and bridging, if the compiler supports them.
 #if defined(__clang__)
 #define CF_ASSUME_NONNULL_BEGIN _Pragma("clang assume_nonnull begin")
 #define CF_ASSUME_NONNULL_END _Pragma("clang assume_nonnull end")
@@ -47,7 +47,7 @@ typedef unsigned long CFTypeID;
 typedef unsigned long CFOptionFlags;
 typedef unsigned long CFHashCode;
 
-// A position and a length.
+// A location and a length.
 typedef struct CFRange {
     CFIndex location;
     CFIndex length;
@@ -60,14 +60,14 @@ static inline CFRange CFRangeMake(CFIndex location, CFIndex length) {
     return range;
 }
 
-// Objects of any kind: counting references, telling kinds apart, comparing.
+// Objects of any type: counting references, determining the type, comparing.
 typedef const CF_BRIDGED_TYPE(id) void* CFTypeRef;
 CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);
 CFTypeID CFGetTypeID(CFTypeRef object);
 Boolean CFEqual(CFTypeRef first, CFTypeRef second);
 
-// Allocators: only the default one is used, which stands for itself as a null reference too.
+// Allocators: only the default one, for which null may also be passed.
 typedef const struct __CFAllocator* CFAllocatorRef;
 extern const CFAllocatorRef _Nullable kCFAllocatorDefault;
 

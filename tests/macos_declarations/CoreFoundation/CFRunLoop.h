@@ -7,7 +7,7 @@ CF_ASSUME_NONNULL_BEGIN
 extern "C" {
 #endif
 
-// The run loop of the calling thread: turning it in one mode for a time.
+// The run loop of the calling thread: running it in one mode for a time.
 typedef double CFTimeInterval;
 typedef CFStringRef CFRunLoopMode;
 typedef SInt32 CFRunLoopRunResult;

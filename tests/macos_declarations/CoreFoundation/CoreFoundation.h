@@ -7,7 +7,7 @@ CF_ASSUME_NONNULL_BEGIN
 extern "C" {
 #endif
 
-// Strings: UTF-16 units in and out, and constant strings, which nobody releases.
+// Strings: conversion from and to UTF-16 units, and constant strings, which are never released.
 typedef const struct CF_BRIDGED_TYPE(NSString) __CFString* CFStringRef;
 CFTypeID CFStringGetTypeID(void);
 CFStringRef _Nullable CFStringCreateWithCharacters(CFAllocatorRef _Nullable allocator,
@@ -35,7 +35,7 @@ extern const CFBooleanRef kCFBooleanFalse;
 CFTypeID CFBooleanGetTypeID(void);
 Boolean CFBooleanGetValue(CFBooleanRef boolean);
 
-// Numbers: in and out as 64-bit integers and doubles. A conversion that loses something answers false.
+// Numbers: conversion from and to 64-bit integers and doubles. A lossy conversion returns false.
 typedef const struct CF_BRIDGED_TYPE(NSNumber) __CFNumber* CFNumberRef;
 CF_ENUM(CFIndex, CFNumberType){kCFNumberSInt64Type = 4, kCFNumberDoubleType = 13};
 CFTypeID CFNumberGetTypeID(void);

@@ -13,7 +13,7 @@ extern "C" {
 bool CGPreflightPostEventAccess(void);
 bool CGRequestPostEventAccess(void);
 
-// Event sources and the state that they reflect.
+// Event sources and the input state on which they are based.
 typedef struct CF_BRIDGED_TYPE(id) __CGEventSource* CGEventSourceRef;
 CF_ENUM(int32_t, CGEventSourceStateID){kCGEventSourceStateCombinedSessionState = 0,
                                        kCGEventSourceStateHIDSystemState = 1};
@@ -32,7 +32,7 @@ CF_ENUM(uint32_t, CGEventTapLocation){kCGSessionEventTap = 1};
 void CGEventPost(CGEventTapLocation tap, CGEventRef _Nullable event);
 void CGEventPostToPid(pid_t pid, CGEventRef _Nullable event);
 
-// Counters of the input events that a source has seen.
+// Counters of the input events of a source state.
 CF_ENUM(uint32_t, CGEventType){kCGEventLeftMouseDown = 1, kCGEventRightMouseDown = 3, kCGEventKeyDown = 10,
                                kCGEventOtherMouseDown = 25};
 uint32_t CGEventSourceCounterForEventType(CGEventSourceStateID state, CGEventType type);

@@ -15,7 +15,7 @@ NS_ASSUME_NONNULL_BEGIN
 typedef long NSInteger;
 typedef unsigned long NSUInteger;
 
-// The root class: making objects.
+// The root class: creating objects.
 @protocol NSObject
 @end
 
@@ -26,7 +26,7 @@ __attribute__((objc_root_class))
 - (instancetype)init;
 @end
 
-// Running through a collection with `for (... in ...)`.
+// Iterating over a collection with `for (... in ...)`.
 typedef struct {
     unsigned long state;
     id __unsafe_unretained _Nullable* _Nullable itemsPtr;
@@ -40,7 +40,7 @@ typedef struct {
                                     count:(NSUInteger)count;
 @end
 
-// Strings cross as CFStringRef, which is the same object.
+// Strings are passed as CFStringRef, which is the same object.
 @interface NSString : NSObject
 @end
 

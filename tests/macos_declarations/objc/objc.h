@@ -2,7 +2,7 @@
 
 // Declarations of the part of the Objective-C runtime that this project uses; see CoreFoundation/CFBase.h.
 
-// Truth values: a type of their own on Apple silicon, a number on Intel. What is written must do for both.
+// Booleans: a type of their own on Apple silicon, an integer on Intel. The sources must compile with both.
 #if defined(LOMARIS_CHECK_FOR_INTEL)
 typedef signed char BOOL;
 #else
@@ -11,5 +11,5 @@ typedef bool BOOL;
 #define YES __objc_yes
 #define NO __objc_no
 
-// The object that is none.
+// The null object reference.
 #define nil nullptr
