@@ -55,7 +55,7 @@ public:
     Accessibility& operator=(const Accessibility&) = delete;
     virtual ~Accessibility() = default;
 
-    /// True if this process may use accessibility; false if the platform cannot tell. With `TrustPrompt::ask` the
+    /// True if this process may use accessibility; false if that cannot be determined. With `TrustPrompt::ask` the
     /// system also shows its permission prompt if the permission is missing; the result is the state before the user
     /// decides. Never fails.
     [[nodiscard]] virtual bool isProcessTrusted(TrustPrompt prompt) = 0;
@@ -75,14 +75,14 @@ public:
     /// operations on the result return errors. The caller owns the element.
     [[nodiscard]] virtual ElementAnswer copyElementAttribute(const Element& element, std::string_view attribute) = 0;
 
-    /// Copies several attributes of several elements. `result[i][j]` equals the result of `copyAttribute(elements[i],
-    /// attributes[j])`, including the error code. Exists to save requests to other processes; the order of the copies
-    /// is unspecified.
+    /// Copies several attributes of several elements. `result[i][j]` is the result, including the error code, of
+    /// copying `attributes[j]` of `elements[i]` alone. Exists to save requests to other processes; the order of the
+    /// copies is unspecified.
     [[nodiscard]] virtual std::vector<std::vector<AttributeAnswer>> copyAttributes(
         std::span<const Element> elements, std::span<const std::string_view> attributes) = 0;
 
     /// Sets one attribute and returns the result code. A success code means that the write arrived, as far as the
-    /// platform can tell.
+    /// platform can determine.
     [[nodiscard]] virtual AXError setAttribute(const Element& element, std::string_view attribute,
                                                const AttributeValue& value) = 0;
 

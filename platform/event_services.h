@@ -44,7 +44,7 @@ public:
     EventServices& operator=(const EventServices&) = delete;
     virtual ~EventServices() = default;
 
-    /// True if this process may post events; false if the platform cannot tell. Shows nothing to the user.
+    /// True if this process may post events; false if that cannot be determined. Shows nothing to the user.
     [[nodiscard]] virtual bool preflightPostEventAccess() = 0;
 
     /// Requests the permission to post events, which may show the system's prompt. True if it is granted now.

@@ -22,8 +22,8 @@ enum class ProcessRole {
 ///
 /// `clipboardKeeper` is the path of the keeper program, which continues to serve the clipboard after the host has
 /// ended, and restores the user's clipboard if the host dies during an operation. Only hosts on Linux use it. If it is
-/// empty, the platform looks for the program beside the host's executable, then at the path where this build installs
-/// it. If there is no such program, both services are missing.
+/// empty, the platform uses the program beside the host's executable or, if there is none, the one at the path where
+/// this build installs it. If there is no such program, the host works without a keeper.
 [[nodiscard]] std::unique_ptr<Platform> nativePlatform(ProcessRole role = ProcessRole::host,
                                                        const std::string& clipboardKeeper = {});
 

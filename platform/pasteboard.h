@@ -75,7 +75,7 @@ public:
     virtual void provideData(PromisedItem& item, const PasteboardType& type) = 0;
 
     /// The bytes that `provideData` would set for `type`; nullopt if they are not known in advance. Does not count as a
-    /// reader's request. A platform whose keeper process fulfills the promise calls it when the item is written, and
+    /// reader's request. A platform whose keeper process fulfils the promise calls it when the item is written, and
     /// calls `provideData` when a reader has requested the type from the keeper. Must not throw.
     [[nodiscard]] virtual std::optional<Bytes> promisedData(const PasteboardType& /*type*/) const {
         return std::nullopt;

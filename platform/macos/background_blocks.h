@@ -10,7 +10,7 @@ namespace lomaris::macos {
 /// Runs blocks on the global queue of utility quality, and ends them when the service ends.
 ///
 /// A block may be in a long wait when the service ends, and it uses that service. Waiting for the block may take
-/// seconds; leaving it running would let it access freed objects; canceling it could leave a lock held. Therefore
+/// seconds; leaving it running would let it access freed objects; cancelling it could leave a lock held. Therefore
 /// `finish` makes all its waits return at once: sleeps and timed waits end, and the clock that blocks read jumps to the
 /// wait's deadline. The block then runs to its own end within microseconds, as if the time had passed. A block that the
 /// queue has not begun by then never runs.

@@ -26,7 +26,7 @@ public:
     /// Locks a file in the user's directory for temporary files.
     [[nodiscard]] std::unique_ptr<PasteboardHold> tryHold() override;
 
-    /// Serves the requests that are already pending, then fulfills the remaining promises if this process still owns
+    /// Serves the requests that are already pending, then fulfils the remaining promises if this process still owns
     /// the pasteboard. Must also be called before a signal ends the process, but not from its handler. Does not wait.
     void finish();
 

@@ -27,7 +27,7 @@ void occupyIfClosed(int descriptor, int uselessAccess) {
     }
 }
 
-/// Waits until a non-blocking descriptor is ready again, or for a short time if the system cannot tell.
+/// Waits until a non-blocking descriptor is ready again, or for a short time if the system cannot determine that.
 void waitUntilReady(int descriptor, short events) {
     pollfd request{};
     request.fd = descriptor;

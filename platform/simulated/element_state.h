@@ -18,6 +18,7 @@ namespace lomaris::simulated {
 struct ElementState;
 struct ProcessState;
 
+/// What an `Element` denotes; `noElement` is a value that was copied as an element but is none.
 enum class ReferenceKind { systemWide, root, member, noElement };
 
 /// The simulated desktop's data behind an `Element`. A root element is identified by its process alone, so it exists

@@ -82,7 +82,7 @@ private:
 [[nodiscard]] Reaction copiesSelectionOf(const SimulatedTextElement& element);
 
 /// The application requests the pasteboard's plain text and replaces the selection of the text area with it: at once if
-/// the bytes are on the pasteboard, or when this process fulfills its promise, in a run-loop slice or when it ends.
+/// the bytes are on the pasteboard, or when this process fulfils its promise, in a run-loop slice or when it ends.
 /// Writes nothing if there is no plain text or the contents change before that.
 [[nodiscard]] Reaction pastesInto(const SimulatedTextElement& element);
 

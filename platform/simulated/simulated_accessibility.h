@@ -13,6 +13,7 @@
 
 namespace lomaris::simulated {
 
+/// The accessibility service of the simulated desktop: the scripted elements of the applications.
 class SimulatedAccessibility final : public Accessibility {
 public:
     SimulatedAccessibility(Journal& journal, CallLatency& latency, Applications& applications, Reactor& reactor)

@@ -119,10 +119,10 @@ public:
     void userCopies(TextView text);
     /// Like `userCopies`, with these items.
     void userCopiesItems(const std::vector<CopiedItem>& items);
-    /// Another program requests the bytes of the first item that has `type`. `whenRead` is called with them at once,
-    /// unless this process promised them; then it is called when this process fulfills the promise, in a run-loop slice
-    /// or when it ends. nullopt if there are no such bytes or the contents change first. Everything `whenRead`
-    /// references must exist until then.
+    /// Another program requests the bytes of the first item that has `type`, and `whenRead` is called with them: at
+    /// once unless this process promised them, otherwise when this process fulfils the promise, in a run-loop slice or
+    /// when it ends. It is called with nullopt if there are no such bytes or the contents change first. Everything that
+    /// `whenRead` references must exist until then.
     void readPasteboardAsAnotherProgram(const PasteboardType& type, std::function<void(std::optional<Bytes>)> whenRead);
     /// The pasteboard refuses the next `count` writes.
     void refusePasteboardWrites(int count = 1);
@@ -133,10 +133,10 @@ public:
     /// `Pasteboard::tryHold` in an action also acts for another process.
     [[nodiscard]] bool holdPasteboardUntil(Moment moment);
     /// Adds a keeper of the pasteboard, as described at `PasteboardHold`, which serves from the first hold of this
-    /// process on. While the process runs, its run loop fulfills its promises, as without a keeper. None by default.
+    /// process on. While the process runs, its run loop fulfils its promises, as without a keeper. None by default.
     void addKeeper();
     [[nodiscard]] std::vector<StandingItem> pasteboardContents() const;
-    /// The plain text that another program reads now; nullopt if there is none. This process fulfills its promise at
+    /// The plain text that another program reads now; nullopt if there is none. This process fulfils its promise at
     /// once, even outside a run-loop slice; once it has ended, the promise has no data. Must not be called in actions.
     [[nodiscard]] std::optional<Text> pasteboardStringForOthers();
 

@@ -83,7 +83,7 @@ protected:
 /// A text area with working text and selection: "AXRole", "AXValue", "AXSelectedText" and "AXSelectedTextRange" can be
 /// read, and the last three can be set. Setting the selected text replaces the selection and places the insertion point
 /// after the new text; setting the value places it at the end. A range outside the text and a value of the wrong kind
-/// are refused with `illegalArgument`. A script replaces this behavior separately for reading, setting and
+/// are refused with `illegalArgument`. A script replaces this behaviour separately for reading, setting and
 /// `isAttributeSettable`: an attribute with scripted reads can still be set.
 class SimulatedTextElement : public SimulatedElement {
 public:

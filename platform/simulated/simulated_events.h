@@ -12,6 +12,7 @@
 
 namespace lomaris::simulated {
 
+/// The event services of the simulated desktop. Posted key strokes are recorded and delivered to the applications.
 class SimulatedEvents final : public EventServices {
 public:
     SimulatedEvents(Scheduler& scheduler, Journal& journal, CallLatency& latency, Reactor& reactor)

@@ -19,6 +19,7 @@
 
 namespace lomaris::simulated {
 
+/// The pasteboard of the simulated desktop, as this process and the other programs use it.
 class SimulatedPasteboard final : public Pasteboard {
 public:
     using WhenRead = std::function<void(std::optional<Bytes>)>;

@@ -9,7 +9,7 @@
 
 namespace lomaris {
 
-/// An item that another program copies: types with their bytes, and promises that the program fulfills when a reader
+/// An item that another program copies: types with their bytes, and promises that the program fulfils when a reader
 /// requests the type. A promise that returns nullopt makes a type without data; one that returned bytes is not called
 /// again.
 struct CopiedItem {
@@ -18,7 +18,7 @@ struct CopiedItem {
 };
 
 /// An item of the simulated pasteboard: the types that have bytes, in their order, and the types that are only
-/// promised. Reading it fulfills no promise.
+/// promised. Reading it fulfils no promise.
 struct StandingItem {
     std::vector<std::pair<PasteboardType, Bytes>> data;
     std::vector<PasteboardType> promised;

@@ -11,6 +11,7 @@
 
 namespace lomaris::simulated {
 
+/// The scheduling service of the simulated desktop: virtual time, and the run loop of this process.
 class SimulatedScheduling final : public Scheduling {
 public:
     SimulatedScheduling(Scheduler& scheduler, ThisProcess& process, Journal& journal)

@@ -7,6 +7,7 @@
 
 namespace lomaris::simulated {
 
+/// The workspace service of the simulated desktop.
 class SimulatedWorkspace final : public Workspace {
 public:
     SimulatedWorkspace(Journal& journal, CallLatency& latency, Applications& applications)

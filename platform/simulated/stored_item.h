@@ -37,9 +37,9 @@ struct StoredItem {
     [[nodiscard]] StoredEntry* find(std::string_view type);
     /// Sets the bytes of a type, which is added if the item does not have it.
     void store(std::string_view type, std::string_view bytes);
-    /// Gives the keeper the bytes with which it can fulfill the promises of this process.
+    /// Gives the keeper the bytes with which it can fulfil the promises of this process.
     void handPromisesToKeeper();
-    /// Makes the keeper fulfill the promises, because this process has ended.
+    /// Makes the keeper fulfil the promises, because this process has ended.
     void letKeeperKeepPromises();
 };
 

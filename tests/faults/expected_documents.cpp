@@ -22,7 +22,7 @@ public:
                 keyReaches(receiverOf(happening), happening.about);
             }
         }
-        // When the process ends, it fulfills its promise to the document that waits for the text.
+        // When the process ends, it fulfils its promise to the document that waits for the text.
         if (waiting_ != nullptr && (waiting_ != &target_ || targetRuns_)) {
             *waiting_ = withSelectionReplaced(*waiting_, replacement_);
         }
@@ -70,7 +70,7 @@ private:
     bool otherIsInFront_ = false;
     /// True if the pasteboard has the user's copy instead of the replacement.
     bool isUsersCopy_ = false;
-    /// The document that gets the replacement when the process fulfills its promise.
+    /// The document that gets the replacement when the process fulfils its promise.
     Document* waiting_ = nullptr;
 };
 

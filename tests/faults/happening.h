@@ -33,6 +33,7 @@ enum class Fate {
     answerLost,
 };
 
+/// The program or person that caused a happening.
 enum class Who { tool, target, user };
 
 /// One event of a run, in the order of the run: a boundary call of the tool, a copy by the target application, or an

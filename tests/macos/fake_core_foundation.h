@@ -10,7 +10,7 @@
 #include <string>
 #include <variant>
 
-/// A Core Foundation for tests: objects on the heap with real reference counts, with the documented behavior. Every
+/// A Core Foundation for tests: objects on the heap with real reference counts, with the documented behaviour. Every
 /// object is registered until its last reference is released. Accessing a released object ends the process, and the
 /// objects that are left when a test ends can be listed. One thread only.
 namespace lomaris::test {

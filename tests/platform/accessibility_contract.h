@@ -22,6 +22,7 @@ public:
 
 using AccessibilityWorldMaker = WorldMaker<AccessibilityWorld>;
 
+/// What every platform must guarantee for `Accessibility`.
 class AccessibilityContract : public ContractSuite<AccessibilityWorld> {
 protected:
     Accessibility& accessibility() { return world().platform().accessibility(); }

@@ -23,6 +23,7 @@ public:
 
 using EventsWorldMaker = WorldMaker<EventsWorld>;
 
+/// What every platform must guarantee for `EventServices`.
 class EventsContract : public ContractSuite<EventsWorld> {
 protected:
     EventServices& events() { return world().platform().events(); }

@@ -29,6 +29,7 @@ public:
 
 using PasteboardWorldMaker = WorldMaker<PasteboardWorld>;
 
+/// What every platform must guarantee for `Pasteboard`.
 class PasteboardContract : public ContractSuite<PasteboardWorld> {
 protected:
     Pasteboard& pasteboard() { return world().platform().pasteboard(); }

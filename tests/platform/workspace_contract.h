@@ -25,6 +25,7 @@ public:
 
 using WorkspaceWorldMaker = WorldMaker<WorkspaceWorld>;
 
+/// What every platform must guarantee for `Workspace`.
 class WorkspaceContract : public ContractSuite<WorkspaceWorld> {
 protected:
     Workspace& workspace() { return world().platform().workspace(); }
