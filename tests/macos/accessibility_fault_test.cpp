@@ -84,7 +84,7 @@ TEST_F(AccessibilityFault, ABatchLosesTheAttributeWithoutANameAndNothingElse) {
 TEST_F(AccessibilityFault, TheTrustIsToldWithoutAskingTheUser) {
     desktop().isTrusted = false;
     EXPECT_EQ(sweep<bool>([&] { return accessibility().isProcessTrusted(TrustPrompt::ask); }), std::vector{false});
-    EXPECT_EQ(desktop().promptCount, 1) << "the sweep's last round asks, as nothing fails there";
+    EXPECT_EQ(desktop().promptCount, 1) << "only the last run, in which no call fails, shows the prompt";
     desktop().isTrusted = true;
     EXPECT_EQ(sweep<bool>([&] { return accessibility().isProcessTrusted(TrustPrompt::ask); }), std::vector{true});
 }

@@ -118,7 +118,7 @@ Boolean AXIsProcessTrusted() {
 
 Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options) {
     if (options != nullptr && !lomaris::test::retainsItsMembers(options)) {
-        fakeCrash("options may go at any time");
+        fakeCrash("the options dictionary does not retain its members");
     }
     if (options != nullptr &&
         lomaris::test::valueOfKey(options, u"AXTrustedCheckOptionPrompt") == static_cast<CFTypeRef>(kCFBooleanTrue) &&
@@ -171,7 +171,7 @@ AXError AXUIElementCopyMultipleAttributeValues(AXUIElementRef element, CFArrayRe
         fakeCrash("a batch was to stop at the first error");
     }
     if (!lomaris::test::retainsItsMembers(attributes)) {
-        fakeCrash("a batch got names that may go at any time");
+        fakeCrash("the array of names does not retain its members");
     }
     std::vector<std::string> names;
     std::string call = "copy";
