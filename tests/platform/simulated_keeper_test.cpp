@@ -208,8 +208,8 @@ TEST_F(SimulatedKeeper, RestoresAfterTheGraceWaitIfNoProgramReadsTheText) {
 TEST_F(SimulatedKeeper, KeepsTheUseAfterAnOrderlyEndUntilTheTextIsRead) {
     begin();
     hold->expectPaste(300ms, 2500ms);
-    const auto read = readAt(100ms);
-    lookAt({99ms, 101ms});
+    const auto read = readAt(400ms);
+    lookAt({400ms - 1ns, 401ms});
     desktop.endProcess();
     EXPECT_EQ(*read, "staged");
     EXPECT_EQ(looks, (Looks{"staged, in use", "staged, free"}));
@@ -228,8 +228,8 @@ TEST_F(SimulatedKeeper, KeepsTheUseAfterAnOrderlyEndForTheGraceWaitAtMost) {
 TEST_F(SimulatedKeeper, ReleasesTheUseOfAProcessThatDoesNotRestore) {
     begin();
     hold->expectPaste(300ms, 2500ms);
-    lookAt({2500ms - 1ns, 2500ms});
-    desktop.scheduling().sleep(3s);
+    lookAt({3000ms - 1ns, 3000ms});
+    desktop.scheduling().sleep(4s);
     EXPECT_EQ(looks, (Looks{"promised, in use", "promised, free"}));
     EXPECT_TRUE(hold->retake());
     EXPECT_FALSE(isFree());
