@@ -307,6 +307,10 @@ void ClipboardDesk::expectPaste(Duration minimumWait, Duration graceWait) {
 
 void ClipboardDesk::endOperation() {
     settle();
+    // If this process has lost the server, the keeper restores the clipboard as after a death.
+    if (!session_.isAlive()) {
+        return;
+    }
     isProtected_ = false;
     keeper_.end();
     exclusion_.release();
@@ -314,7 +318,10 @@ void ClipboardDesk::endOperation() {
 
 void ClipboardDesk::finish() {
     settle();
-    if (contents_ && session_.isAlive()) {
+    if (!session_.isAlive()) {
+        return;
+    }
+    if (contents_) {
         contents_->keepPromises();
     }
     exclusion_.release();

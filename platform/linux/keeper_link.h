@@ -21,7 +21,8 @@ public:
     explicit KeeperLink(KeeperStart start) : start_(std::move(start)) {}
     KeeperLink(const KeeperLink&) = delete;
     KeeperLink& operator=(const KeeperLink&) = delete;
-    ~KeeperLink() { finish(); }
+    /// Leaves the keeper as a sudden death of this process does, unless `finish` was called before.
+    ~KeeperLink() { reapKeeper(started_); }
 
     /// Starts the keeper unless that was tried before; whether it is there.
     [[nodiscard]] bool isThere();
