@@ -109,7 +109,7 @@ private:
                 confirm(message.serial, true);
                 break;
             case Kind::publish:
-                publish(message.serial, file);
+                publish(message, file);
                 break;
             case Kind::copyExpected:
                 findTarget(message.process);
@@ -127,18 +127,20 @@ private:
         }
     }
 
-    void publish(std::uint32_t serial, const FileDescriptor& file) {
+    void publish(const KeeperMessage& message, const FileDescriptor& file) {
         auto targets = readKeptTargets(file);
         // What has happened so far happened to the contents before these.
         session_.settle();
         decideOnOwners();
         wasTextRead_ = false;
-        const bool isOwner = targets && take(std::move(*targets), serial);
+        // The partner counts a late publication as failed and may have written by itself since.
+        const bool isInTime = monotonicNow() < Moment(message.deadline);
+        const bool isOwner = isInTime && targets && take(std::move(*targets), message.serial);
         if (isOwner) {
             decide(keeping::event::Published());
         }
         decideOnOwners();
-        confirm(serial, isOwner);
+        confirm(message.serial, isOwner);
     }
 
     /// Becomes the owner of the clipboard with these contents, which the partner published with `serial`, or 0.

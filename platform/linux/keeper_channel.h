@@ -17,7 +17,8 @@ struct KeeperMessage {
         began,
         /// The file holds the contents to restore. Confirmed.
         protect,
-        /// The file holds the contents to serve from now on. Confirmed, with `window` and `time` if it succeeded.
+        /// The file holds the contents to serve from now on, unless `deadline` has passed. Confirmed, with `window` and
+        /// `time` if it succeeded.
         publish,
         /// `process` may copy within `firstWait`; any process without a window counts as another program.
         copyExpected,
@@ -44,6 +45,8 @@ struct KeeperMessage {
     /// Nanoseconds.
     std::int64_t firstWait = 0;
     std::int64_t secondWait = 0;
+    /// In nanoseconds of the monotonic clock, which all processes of a machine share.
+    std::int64_t deadline = 0;
 };
 
 /// What arrived: a message, perhaps with a file.

@@ -74,6 +74,8 @@ std::optional<KeeperMessage> KeeperLink::request(KeeperMessage message, std::spa
     }
     const FileDescriptor file = writeKeptTargets(targets);
     message.serial = ++serial_;
+    const Moment deadline = later(monotonicNow(), patience);
+    message.deadline = deadline.count();
     if (!file) {
         return std::nullopt;
     }
@@ -81,7 +83,6 @@ std::optional<KeeperMessage> KeeperLink::request(KeeperMessage message, std::spa
         channel_.close();
         return std::nullopt;
     }
-    const Moment deadline = later(monotonicNow(), patience);
     while (const auto received = channel_.receive(deadline)) {
         reapKeeper(started_);
         if (received->message.kind == Kind::confirmed && received->message.serial == message.serial) {
@@ -90,8 +91,7 @@ std::optional<KeeperMessage> KeeperLink::request(KeeperMessage message, std::spa
         }
         note(received->message);
     }
-    // A keeper that is late may not act on a request that counts as failed.
-    end();
+    // A late keeper restores the clipboard as after a death, unless this process owns it by then.
     channel_.close();
     return std::nullopt;
 }

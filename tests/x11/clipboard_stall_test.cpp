@@ -1,5 +1,6 @@
 #include "tests/support/waiting.h"
 #include "tests/x11/clipboard_operation.h"
+#include "tests/x11/clipboard_other_reader.h"
 
 // What becomes of the clipboard if the X server or the keeper does not reply for longer than the tool waits.
 
@@ -47,6 +48,49 @@ TEST_F(ClipboardKeeper, RestoresIfTheToolLosesTheServerAsItEnds) {
     operation.pasteboard().finish();
     EXPECT_TRUE(waitFor(&UserClipboard::isIntact));
     EXPECT_TRUE(waitFor(&isFree));
+}
+
+/// Stops the only keeper, which then replies to nothing.
+class StoppedKeeper {
+public:
+    StoppedKeeper() : process_(successors().at(0)) { kill(process_, SIGSTOP); }
+    StoppedKeeper(const StoppedKeeper&) = delete;
+    StoppedKeeper& operator=(const StoppedKeeper&) = delete;
+    ~StoppedKeeper() { kill(process_, SIGCONT); }
+
+private:
+    pid_t process_;
+};
+
+TEST_F(ClipboardKeeper, DoesNotPublishWhatItsPartnerCountsAsFailed) {
+    Operation operation;
+    operation.beginRead();
+    std::optional<OtherOwner> user;
+    {
+        const StoppedKeeper stopped;
+        operation.restore();
+        EXPECT_TRUE(whileServing(operation.scheduling(), &UserClipboard::isIntact));
+        user.emplace(std::vector<OfferedTarget>{{"UTF8_STRING", {"", 8, "newer"}}});
+    }
+    EXPECT_TRUE(successorsBecome(0));
+    EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "newer"}));
+    operation.end();
+    EXPECT_TRUE(isFree());
+}
+
+TEST_F(ClipboardKeeper, DoesNotStageAnythingOverARestoredClipboard) {
+    Operation operation;
+    ASSERT_TRUE(operation.begin());
+    operation.save();
+    {
+        const StoppedKeeper stopped;
+        operation.stage("");
+        operation.restore();
+    }
+    EXPECT_TRUE(whileServing(operation.scheduling(), [] { return successorsBecome(0); }));
+    EXPECT_TRUE(whileServing(operation.scheduling(), &UserClipboard::isIntact));
+    operation.end();
+    EXPECT_TRUE(isFree());
 }
 
 }  // namespace
