@@ -263,7 +263,7 @@ private:
     }
 
     KeeperChannel channel_;
-    ClipboardSession session_{X11Connection::Connecting::withoutDeadline};
+    ClipboardSession session_{X11Connection::Waiting::withoutDeadline};
     ClipboardOwnership ownership_{session_, [] {}};
     ClipboardServer server_{session_, ownership_, [this] { return contents_; }};
     ClipboardExclusion exclusion_{session_};

@@ -1,37 +1,21 @@
 #include "platform/linux/clipboard_session.h"
 
-#include "platform/linux/monotonic_clock.h"
+#include "platform/linux/descriptor_wait.h"
 
 #include <poll.h>
 #include <sys/socket.h>
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <memory>
 
 namespace lomaris {
 
 namespace {
 
-/// How long the server itself may take.
-constexpr Duration serverPatience = std::chrono::milliseconds(1500);
-
 /// A socket that reports room has three quarters of its buffer free, which is more than this where nobody made it
 /// small.
 constexpr std::size_t roomInSocket = std::size_t{96} * 1024;
-
-/// Sleeps until the descriptor is ready or the deadline passes; whether it may be ready.
-bool awaitReady(int descriptor, short events, Moment deadline) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - monotonicNow());
-    if (left.count() <= 0) {
-        return false;
-    }
-    pollfd descriptors{.fd = descriptor, .events = events, .revents = 0};
-    const int timeout = deadline == Moment::max() ? -1 : static_cast<int>(left.count());
-    // An interrupted wait counts as ready: the caller looks, and comes back.
-    return poll(&descriptors, 1, timeout) != 0;
-}
 
 }  // namespace
 
@@ -172,14 +156,14 @@ bool ClipboardSession::waitUntil(const std::function<bool()>& isReached, Moment 
 std::optional<xcb_timestamp_t> ClipboardSession::serverTime() {
     clockReading_.reset();
     xcb().change_property(handle(), XCB_PROP_MODE_REPLACE, window_, clockProperty_, XCB_ATOM_INTEGER, 8, 0, nullptr);
-    if (!waitUntil([this] { return clockReading_.has_value(); }, later(monotonicNow(), serverPatience))) {
+    if (!waitUntil([this] { return clockReading_.has_value(); }, connection_.replyDeadline())) {
         giveUp();
     }
     return clockReading_;
 }
 
 bool ClipboardSession::awaitRoom() {
-    const Moment deadline = later(monotonicNow(), serverPatience);
+    const Moment deadline = connection_.replyDeadline();
     xcb().flush(handle());
     pollfd socket{.fd = descriptor_, .events = POLLOUT, .revents = 0};
     while (isAlive() && poll(&socket, 1, 0) == 0) {

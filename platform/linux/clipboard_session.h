@@ -27,14 +27,14 @@ struct ClipboardNames {
 };
 
 /// The clipboard's own connection to the X server, with an event queue that nobody else reads, and a window that owns
-/// the selection. Hands every event to one handler. Nothing here waits without a deadline; a server that missed one, or
-/// that went away, is given up. Main thread; never throws.
+/// the selection. Hands every event to one handler. The waits have the deadlines of the connection; a server that
+/// missed one, or that went away, is given up. Main thread; never throws.
 class ClipboardSession {
 public:
     using Handler = std::function<void(const xcb_generic_event_t&)>;
 
-    explicit ClipboardSession(X11Connection::Connecting connecting = X11Connection::Connecting::withDeadline)
-        : connection_(connecting) {}
+    explicit ClipboardSession(X11Connection::Waiting waiting = X11Connection::Waiting::withDeadline)
+        : connection_(waiting) {}
 
     /// Connects; whether there is an X server with everything that is needed. Everything else may be called only
     /// after it answered yes. `handler` may not call back into anything that hands out events.

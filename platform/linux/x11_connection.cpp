@@ -1,5 +1,7 @@
 #include "platform/linux/x11_connection.h"
 
+#include "platform/linux/descriptor_wait.h"
+#include "platform/linux/monotonic_clock.h"
 #include "platform/linux/x11_connect.h"
 
 #include <poll.h>
@@ -12,21 +14,8 @@ namespace lomaris {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-/// How long the server may take for one answer.
-constexpr auto replyDeadline = std::chrono::milliseconds(1500);
-
-/// Sleeps until the server has sent something or the deadline passes; whether there may be something to read.
-bool waitForInput(int descriptor, Clock::time_point deadline) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-    if (left.count() <= 0) {
-        return false;
-    }
-    pollfd descriptors{.fd = descriptor, .events = POLLIN, .revents = 0};
-    // An interrupted wait counts as input: the caller looks, finds nothing and comes back.
-    return poll(&descriptors, 1, static_cast<int>(left.count())) != 0;
-}
+/// How long the server may take for one reply.
+constexpr auto patience = std::chrono::milliseconds(1500);
 
 }  // namespace
 
@@ -54,8 +43,8 @@ bool X11Connection::open() {
     if (xcb_ == nullptr) {
         return false;
     }
-    const X11Connected connected = connecting_ == Connecting::withDeadline ? connectToDisplay(*xcb_, replyDeadline)
-                                                                           : connectWithoutDeadline(*xcb_);
+    const X11Connected connected =
+        waiting_ == Waiting::withDeadline ? connectToDisplay(*xcb_, patience) : connectWithoutDeadline(*xcb_);
     connection_ = connected.connection;
     return connection_ != nullptr && chooseScreen(connected.screen) && internAtoms();
 }
@@ -99,6 +88,10 @@ bool X11Connection::internAtoms() {
     return true;
 }
 
+Moment X11Connection::replyDeadline() const {
+    return waiting_ == Waiting::withDeadline ? later(monotonicNow(), patience) : Moment::max();
+}
+
 bool X11Connection::hasExtension(std::string_view name) {
     const auto reply = wait<xcb_query_extension_reply_t>(
         xcb_->query_extension(connection_, static_cast<std::uint16_t>(name.size()), name.data()));
@@ -115,7 +108,7 @@ void* X11Connection::waitForReply(unsigned int sequence) {
     if (state_ != State::open) {
         return nullptr;
     }
-    const auto deadline = Clock::now() + replyDeadline;
+    const Moment deadline = replyDeadline();
     xcb_->flush(connection_);
     for (;;) {
         void* reply = nullptr;
@@ -127,7 +120,7 @@ void* X11Connection::waitForReply(unsigned int sequence) {
             }
             return reply;
         }
-        if (!waitForInput(xcb_->get_file_descriptor(connection_), deadline)) {
+        if (!awaitReady(xcb_->get_file_descriptor(connection_), POLLIN, deadline)) {
             giveUp();
             return nullptr;
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/x11_library.h"
+#include "platform/scheduling.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -28,16 +29,17 @@ struct X11Atoms {
 
 /// The connection to the X server of the session, opened at the first use and shared by the services of the platform.
 ///
-/// An X server may hang, and this tool must not hang with it: every wait has a deadline. A server that missed one is
-/// given up for the rest of the run, as nothing tells whether it will answer later; so is one that went away. From then
-/// on requests may still be sent, but every reply is null. The program must ignore SIGPIPE. Main thread only; never
-/// throws.
+/// An X server may hang, and this tool must not hang with it: every wait has a deadline, except in a process that is of
+/// no use without the server. A server that missed one is given up for the rest of the run, as nothing tells whether it
+/// will answer later; so is one that went away. From then on requests may still be sent, but every reply is null. The
+/// program must ignore SIGPIPE. Main thread only; never throws.
 class X11Connection {
 public:
-    /// Without a deadline the first use waits for the server as long as that takes, without a thread of its own.
-    enum class Connecting : std::uint8_t { withDeadline, withoutDeadline };
+    /// Without a deadline, every wait for the server takes as long as the server does, and connecting needs no thread
+    /// of its own.
+    enum class Waiting : std::uint8_t { withDeadline, withoutDeadline };
 
-    explicit X11Connection(Connecting connecting = Connecting::withDeadline) : connecting_(connecting) {}
+    explicit X11Connection(Waiting waiting = Waiting::withDeadline) : waiting_(waiting) {}
     X11Connection(const X11Connection&) = delete;
     X11Connection& operator=(const X11Connection&) = delete;
     ~X11Connection();
@@ -58,6 +60,10 @@ public:
         return XReply<Reply>(static_cast<Reply*>(waitForReply(cookie.sequence)));
     }
 
+    /// The deadline for whatever the server is to do next, as a moment of the monotonic clock; `Moment::max()` if there
+    /// is none.
+    [[nodiscard]] Moment replyDeadline() const;
+
     /// Whether the server has the extension of this name ("XTEST").
     [[nodiscard]] bool hasExtension(std::string_view name);
 
@@ -74,7 +80,7 @@ private:
 
     enum class State : std::uint8_t { unopened, open, unusable };
 
-    Connecting connecting_;
+    Waiting waiting_;
     State state_ = State::unopened;
     const XcbFunctions* xcb_ = nullptr;
     xcb_connection_t* connection_ = nullptr;

@@ -2,6 +2,9 @@
 #include "tests/x11/clipboard_operation.h"
 #include "tests/x11/clipboard_other_reader.h"
 
+#include <chrono>
+#include <thread>
+
 // What becomes of the clipboard if the X server or the keeper does not reply for longer than the tool waits.
 
 namespace lomaris::test {
@@ -46,6 +49,18 @@ TEST_F(ClipboardKeeper, RestoresIfTheToolLosesTheServerAsItEnds) {
         operation.end();
     }
     operation.pasteboard().finish();
+    EXPECT_TRUE(waitFor(&UserClipboard::isIntact));
+    EXPECT_TRUE(waitFor(&isFree));
+}
+
+TEST_F(ClipboardKeeper, RestoresAfterALongStallOfTheServer) {
+    DyingProcess process([](Operation& operation) { operation.beginRead(); });
+    {
+        const ServerGrab grab;
+        process.die();
+        // Longer than the tool waits for a reply.
+        std::this_thread::sleep_for(std::chrono::seconds(2));
+    }
     EXPECT_TRUE(waitFor(&UserClipboard::isIntact));
     EXPECT_TRUE(waitFor(&isFree));
 }
