@@ -10,8 +10,8 @@ namespace lomaris {
 /// The exclusive use of the clipboard by one operation. Does nothing more once the clipboard is gone.
 class LinuxPasteboard::Hold final : public PasteboardHold {
 public:
-    Hold(std::weak_ptr<ClipboardDesk> desk, std::function<void()> whenProtected, std::shared_ptr<void> mark)
-        : desk_(std::move(desk)), whenProtected_(std::move(whenProtected)), mark_(std::move(mark)) {}
+    Hold(LinuxPasteboard& pasteboard, std::weak_ptr<ClipboardDesk> desk, std::shared_ptr<void> mark)
+        : pasteboard_(pasteboard), desk_(std::move(desk)), mark_(std::move(mark)) {}
     ~Hold() override {
         if (const auto desk = desk_.lock()) {
             desk->endOperation();
@@ -24,9 +24,8 @@ public:
             return;
         }
         desk->protect(saved);
-        if (desk->isProtected() && whenProtected_) {
-            whenProtected_();
-        }
+        pasteboard_.watchKeeper();
+        pasteboard_.reportProtection(desk->isProtected());
     }
 
     void expectCopy(std::optional<ProcessIdentifier> target, Duration wait) override {
@@ -47,14 +46,14 @@ public:
     }
 
 private:
+    LinuxPasteboard& pasteboard_;
     std::weak_ptr<ClipboardDesk> desk_;
-    std::function<void()> whenProtected_;
     /// Exists as long as the hold does.
     std::shared_ptr<void> mark_;
 };
 
-LinuxPasteboard::LinuxPasteboard(RunLoop& runLoop, KeeperStart startKeeper, std::function<void()> whenProtected)
-    : runLoop_(runLoop), startKeeper_(std::move(startKeeper)), whenProtected_(std::move(whenProtected)) {}
+LinuxPasteboard::LinuxPasteboard(RunLoop& runLoop, KeeperStart startKeeper, ProtectionListener listener)
+    : runLoop_(runLoop), startKeeper_(std::move(startKeeper)), listener_(std::move(listener)) {}
 
 LinuxPasteboard::~LinuxPasteboard() { finish(); }
 
@@ -102,6 +101,14 @@ void LinuxPasteboard::watchKeeper() {
     watchedKeeper_ = keeper;
     if (keeper >= 0) {
         runLoop_.addReader(keeper, [this] { serve(); });
+    } else {
+        reportProtection(false);
+    }
+}
+
+void LinuxPasteboard::reportProtection(bool isProtected) const {
+    if (listener_) {
+        listener_(isProtected);
     }
 }
 
@@ -131,7 +138,9 @@ void LinuxPasteboard::clearContents() {
 
 bool LinuxPasteboard::writeItems(std::vector<NewPasteboardItem> items) {
     const auto desk = this->desk();
-    return desk && desk->write(std::move(items));
+    const bool isWritten = desk && desk->write(std::move(items));
+    watchKeeper();
+    return isWritten;
 }
 
 std::unique_ptr<PasteboardHold> LinuxPasteboard::tryHold() {
@@ -145,7 +154,7 @@ std::unique_ptr<PasteboardHold> LinuxPasteboard::tryHold() {
     watchKeeper();
     const auto mark = std::make_shared<char>();
     hold_ = mark;
-    return std::make_unique<Hold>(desk, whenProtected_, mark);
+    return std::make_unique<Hold>(*this, desk, mark);
 }
 
 void LinuxPasteboard::finish() {

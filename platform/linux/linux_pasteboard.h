@@ -25,9 +25,12 @@ class ClipboardDesk;
 /// it cannot be started, this process serves what it writes itself, for as long as it runs.
 class LinuxPasteboard final : public Pasteboard {
 public:
-    /// `runLoop` outlives the pasteboard and serves other programs' requests during its slices. `whenProtected` is
-    /// called each time an operation is protected by the keeper from then on; may be null.
-    LinuxPasteboard(RunLoop& runLoop, KeeperStart startKeeper, std::function<void()> whenProtected = nullptr);
+    /// Called with whether the keeper restores the clipboard if this process dies from then on.
+    using ProtectionListener = std::function<void(bool isProtected)>;
+
+    /// `runLoop` outlives the pasteboard and serves other programs' requests during its slices. `listener` is called
+    /// each time an operation asks for protection, and with false when the keeper is found to be gone; may be null.
+    LinuxPasteboard(RunLoop& runLoop, KeeperStart startKeeper, ProtectionListener listener = nullptr);
     LinuxPasteboard(const LinuxPasteboard&) = delete;
     LinuxPasteboard& operator=(const LinuxPasteboard&) = delete;
     ~LinuxPasteboard() override;
@@ -52,11 +55,12 @@ private:
     [[nodiscard]] std::shared_ptr<ClipboardDesk> desk();
     void serve();
     void watchKeeper();
+    void reportProtection(bool isProtected) const;
     void letGo();
 
     RunLoop& runLoop_;
     KeeperStart startKeeper_;
-    std::function<void()> whenProtected_;
+    ProtectionListener listener_;
     State state_ = State::unopened;
     std::shared_ptr<ClipboardDesk> desk_;
     /// The descriptor of the keeper that the run loop watches; negative if none.

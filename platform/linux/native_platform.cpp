@@ -24,7 +24,7 @@ class LinuxPlatform final : public Platform {
 public:
     LinuxPlatform(ProcessRole role, const std::string& clipboardKeeper)
         : pasteboard_(scheduling_, keeperStart(role, clipboardKeeper),
-                      [this] { scheduling_.termination().letSecondSignalEnd(); }) {
+                      [this](bool isProtected) { scheduling_.termination().setSecondSignalEnds(isProtected); }) {
         if (role == ProcessRole::tool) {
             scheduling_.termination().catchSignals();
         }

@@ -52,8 +52,8 @@ void Termination::endIfAsked() {
     signals_->endProcess();
 }
 
-void Termination::letSecondSignalEnd() {
-    secondSignalEnds_ = true;
+void Termination::setSecondSignalEnds(bool ends) {
+    secondSignalEnds_ = ends;
     chooseWhatSecondSignalDoes();
 }
 

@@ -24,9 +24,9 @@ public:
     /// no effect, because in a program that embeds the library the signals belong to that program.
     void catchSignals() { catchesSignals_ = true; }
 
-    /// From now on a second signal ends the process at once, without clean-up, unless a guard holds requests off. Call
-    /// it if another process does the clean-up in that case.
-    void letSecondSignalEnd();
+    /// Whether a second signal ends the process immediately, without clean-up, unless a guard holds requests off. False
+    /// at first. To be true only while another process does the clean-up in that case.
+    void setSecondSignalEnds(bool ends);
 
     [[nodiscard]] std::unique_ptr<TerminationGuard> guard(std::function<void()> cleanUp);
 

@@ -51,7 +51,7 @@ TEST(TerminationGuardsDeathTest, LeaveTheCleanUpToTheNewest) {
 }
 
 void endBySecondSignal(LinuxScheduling& scheduling) {
-    scheduling.termination().letSecondSignalEnd();
+    scheduling.termination().setSecondSignalEnds(true);
     const auto guard = scheduling.onTermination([] { std::cerr << "cleanUp "; });
     std::raise(SIGTERM);
     std::cerr << "noted ";
@@ -64,7 +64,7 @@ TEST(TerminationGuardsDeathTest, DoWithoutCleanUpIfASecondSignalMayEndTheProcess
 
 void endHeldOffBySecondSignal(LinuxScheduling& scheduling) {
     auto guard = scheduling.onTermination([] { std::cerr << "cleanUp "; });
-    scheduling.termination().letSecondSignalEnd();
+    scheduling.termination().setSecondSignalEnds(true);
     guard->holdOff();
     std::raise(SIGTERM);
     std::raise(SIGINT);
@@ -81,6 +81,19 @@ void endByTwoSignalsWithoutLeave(LinuxScheduling& scheduling) {
     std::raise(SIGTERM);
     std::raise(SIGINT);
     scheduling.sleep(std::chrono::milliseconds(1));
+}
+
+void endByTwoSignalsAfterRevokedLeave(LinuxScheduling& scheduling) {
+    const auto guard = scheduling.onTermination([] { std::cerr << "cleanUp "; });
+    scheduling.termination().setSecondSignalEnds(true);
+    scheduling.termination().setSecondSignalEnds(false);
+    std::raise(SIGTERM);
+    std::raise(SIGINT);
+    scheduling.sleep(std::chrono::milliseconds(1));
+}
+
+TEST(TerminationGuardsDeathTest, CleanUpIfASecondSignalMayNoLongerEndTheProcess) {
+    EXPECT_EXIT(endAfter(endByTwoSignalsAfterRevokedLeave), testing::KilledBySignal(SIGTERM), "^cleanUp services $");
 }
 
 TEST(TerminationGuardsDeathTest, CleanUpDespiteASecondSignalThatMayNotEndTheProcess) {

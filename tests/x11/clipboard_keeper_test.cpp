@@ -194,6 +194,30 @@ TEST_F(ClipboardKeeper, IsReplacedByTheProcessItselfIfItIsKilled) {
     EXPECT_TRUE(whileServing(operation.scheduling(), &UserClipboard::isIntact));
 }
 
+TEST_F(ClipboardKeeper, IsReportedAsTheProtectionUntilItIsKilled) {
+    Operation operation;
+    operation.beginRead();
+    EXPECT_EQ(operation.protection, std::vector<bool>{true});
+    kill(successors().at(0), SIGKILL);
+    ASSERT_TRUE(successorsBecome(0));
+    operation.scheduling().runLoopSlice(20ms);
+    EXPECT_EQ(operation.protection, (std::vector<bool>{true, false}));
+    operation.restore();
+    operation.end();
+    operation.beginRead();
+    EXPECT_EQ(operation.protection, (std::vector<bool>{true, false, false}));
+    operation.restore();
+}
+
+TEST_F(ClipboardKeeper, IsReportedAsGoneIfItIsFoundGoneDuringAWrite) {
+    Operation operation;
+    operation.beginRead();
+    kill(successors().at(0), SIGKILL);
+    ASSERT_TRUE(successorsBecome(0));
+    operation.restore();
+    EXPECT_EQ(operation.protection, (std::vector<bool>{true, false}));
+}
+
 TEST_F(ClipboardKeeper, IsAProgramOfItsOwnForAProcessWithThreads) {
     std::atomic<bool> isOver = false;
     std::thread thread([&] {

@@ -27,7 +27,8 @@ inline constexpr const char* keeperSelection = "_LOMARIS_CLIPBOARD_KEEPER";
 /// The clipboard as a process uses it that may die at any moment.
 class Operation {
 public:
-    explicit Operation(KeeperStart start = forkKeeper) : pasteboard_(scheduling_, std::move(start)) {}
+    explicit Operation(KeeperStart start = forkKeeper)
+        : pasteboard_(scheduling_, std::move(start), [this](bool isProtected) { protection.push_back(isProtected); }) {}
 
     [[nodiscard]] LinuxPasteboard& pasteboard() { return pasteboard_; }
     [[nodiscard]] LinuxScheduling& scheduling() { return scheduling_; }
@@ -77,6 +78,8 @@ public:
     }
 
     std::shared_ptr<TestProvider> provider;
+    /// What the pasteboard said of its protection by the keeper.
+    std::vector<bool> protection;
 
 private:
     LinuxScheduling scheduling_;
