@@ -26,7 +26,7 @@ bool ClipboardExclusion::take(xcb_window_t keeper) {
     session_.xcb().grab_server(session_.handle());
     isTaken_ = isFree(keeper);
     if (isTaken_) {
-        own(session_.names().operation);
+        setOwner(session_.names().operation, session_.window());
     }
     session_.xcb().ungrab_server(session_.handle());
     static_cast<void>(session_.flush());
@@ -36,28 +36,36 @@ bool ClipboardExclusion::take(xcb_window_t keeper) {
 
 void ClipboardExclusion::release() {
     if (std::exchange(isTaken_, false)) {
-        disown(session_.names().operation);
+        setOwner(session_.names().operation, XCB_WINDOW_NONE);
+        static_cast<void>(session_.flush());
     }
 }
 
 void ClipboardExclusion::setKept(bool isKept) {
-    if (std::exchange(isKept_, isKept) == isKept) {
+    if (isKept_ == isKept) {
         return;
     }
-    if (isKept) {
-        own(session_.names().keeper);
-    } else {
-        disown(session_.names().keeper);
+    // If the partner died early, another process may have the clipboard by now, and its keeper this selection.
+    const xcb_atom_t selection = session_.names().keeper;
+    constexpr xcb_window_t none = XCB_WINDOW_NONE;
+    session_.xcb().grab_server(session_.handle());
+    const bool mayChange = ownerOf(selection) == (isKept ? none : session_.window());
+    if (mayChange) {
+        setOwner(selection, isKept ? session_.window() : none);
     }
-}
-
-void ClipboardExclusion::own(xcb_atom_t selection) {
-    session_.xcb().set_selection_owner(session_.handle(), session_.window(), selection, XCB_CURRENT_TIME);
-}
-
-void ClipboardExclusion::disown(xcb_atom_t selection) {
-    session_.xcb().set_selection_owner(session_.handle(), XCB_WINDOW_NONE, selection, XCB_CURRENT_TIME);
+    session_.xcb().ungrab_server(session_.handle());
     static_cast<void>(session_.flush());
+    isKept_ = isKept && mayChange;
+}
+
+std::optional<xcb_window_t> ClipboardExclusion::ownerOf(xcb_atom_t selection) {
+    const auto reply = session_.connection().wait<xcb_get_selection_owner_reply_t>(
+        session_.xcb().get_selection_owner(session_.handle(), selection));
+    return reply ? std::optional(reply->owner) : std::nullopt;
+}
+
+void ClipboardExclusion::setOwner(xcb_atom_t selection, xcb_window_t owner) {
+    session_.xcb().set_selection_owner(session_.handle(), owner, selection, XCB_CURRENT_TIME);
 }
 
 }  // namespace lomaris

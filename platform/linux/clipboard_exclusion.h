@@ -2,6 +2,8 @@
 
 #include "platform/linux/clipboard_session.h"
 
+#include <optional>
+
 namespace lomaris {
 
 /// The exclusive use of the clipboard among the processes of a display: two selections of our own. The process that
@@ -20,13 +22,14 @@ public:
     /// Ends what `take` began. Harmless if nothing was taken.
     void release();
 
-    /// For the keeper: takes and releases its share. Its partner has the clipboard when it takes it.
+    /// For the keeper: takes its share unless another keeper owns it, or releases it if this one does. Tries again when
+    /// called again. The test and the change are one server grab of one round trip.
     void setKept(bool isKept);
 
 private:
     [[nodiscard]] bool isFree(xcb_window_t keeper);
-    void own(xcb_atom_t selection);
-    void disown(xcb_atom_t selection);
+    [[nodiscard]] std::optional<xcb_window_t> ownerOf(xcb_atom_t selection);
+    void setOwner(xcb_atom_t selection, xcb_window_t owner);
 
     ClipboardSession& session_;
     bool isTaken_ = false;
