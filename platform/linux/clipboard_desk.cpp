@@ -157,8 +157,8 @@ bool ClipboardDesk::publish() {
         return false;
     }
     promised_ = contents_->hasPromise() ? contents_ : nullptr;
-    if (const auto published = keeper_.publish(contents_->kept())) {
-        keeperWindow_ = published->window;
+    if (const auto window = keeper_.publish(contents_->kept())) {
+        keeperWindow_ = *window;
         ownership_.setKeeper(keeperWindow_);
         isPublishing_ = true;
         session_.settle();

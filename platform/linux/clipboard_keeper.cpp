@@ -134,13 +134,13 @@ private:
         decideOnOwners();
         wasTextRead_ = false;
         // The partner counts a late publication as failed and may have written by itself since.
-        const bool isInTime = monotonicNow() < Moment(message.deadline);
-        const bool isOwner = isInTime && targets && take(std::move(*targets), message.serial);
-        if (isOwner) {
+        const bool isPossible = targets && monotonicNow() < Moment(message.deadline);
+        if (isPossible && take(std::move(*targets), message.serial)) {
             decide(keeping::event::Published());
         }
         decideOnOwners();
-        confirm(message.serial, isOwner);
+        // Also if another program took over at once; the partner sees that in the notifications of the server.
+        confirm(message.serial, isPossible && session_.isAlive());
     }
 
     /// Becomes the owner of the clipboard with these contents, which the partner published with `serial`, or 0.
@@ -161,8 +161,7 @@ private:
     void confirm(std::uint32_t serial, bool isDone) {
         static_cast<void>(channel_.send({.kind = Kind::confirmed,
                                          .serial = serial,
-                                         .window = isDone ? session_.window() : xcb_window_t{XCB_WINDOW_NONE},
-                                         .time = ownership_.acquiredAt()}));
+                                         .window = isDone ? session_.window() : xcb_window_t{XCB_WINDOW_NONE}}));
     }
 
     /// Notes the connections to the server through which a process may own the clipboard: those of its windows.

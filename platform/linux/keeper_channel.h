@@ -17,8 +17,8 @@ struct KeeperMessage {
         began,
         /// The file holds the contents to restore. Confirmed.
         protect,
-        /// The file holds the contents to serve from now on, unless `deadline` has passed. Confirmed, with `window` and
-        /// `time` if it succeeded.
+        /// The file holds the contents to serve from now on, unless `deadline` has passed. Confirmed, with `window` if
+        /// the keeper put them on the clipboard, where another program may have replaced them since.
         publish,
         /// `process` may copy within `firstWait`; any process without a window counts as another program.
         copyExpected,
@@ -39,9 +39,8 @@ struct KeeperMessage {
     std::uint32_t serial = 0;
     /// 0 if there is none.
     std::int32_t process = 0;
-    /// The window of the keeper that owns the selection, and the server's time at which it became the owner.
+    /// The window with which the keeper owns the selection.
     std::uint32_t window = 0;
-    std::uint32_t time = 0;
     /// Nanoseconds.
     std::int64_t firstWait = 0;
     std::int64_t secondWait = 0;

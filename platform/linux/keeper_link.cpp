@@ -44,14 +44,11 @@ void KeeperLink::expectPaste(Duration minimumWait, Duration graceWait) {
 
 void KeeperLink::end() { channel_.send({.kind = Kind::ended}); }
 
-std::optional<KeeperLink::Published> KeeperLink::publish(std::span<const KeptTarget> contents) {
+std::optional<xcb_window_t> KeeperLink::publish(std::span<const KeptTarget> contents) {
     wasTextRead_ = false;
     publishedSerial_ = serial_ + 1;
     const auto confirmed = request({.kind = Kind::publish}, contents);
-    if (!confirmed) {
-        return std::nullopt;
-    }
-    return Published{confirmed->window, confirmed->time};
+    return confirmed ? std::optional(confirmed->window) : std::nullopt;
 }
 
 bool KeeperLink::textWasRead() {

@@ -38,14 +38,9 @@ public:
     void expectPaste(Duration minimumWait, Duration graceWait);
     void end();
 
-    /// The keeper's window that owns the clipboard with what was published.
-    struct Published {
-        xcb_window_t window = XCB_WINDOW_NONE;
-        xcb_timestamp_t time = XCB_CURRENT_TIME;
-    };
-
-    /// Puts contents on the clipboard in place of all others. Nothing if the keeper did not become the owner.
-    [[nodiscard]] std::optional<Published> publish(std::span<const KeptTarget> contents);
+    /// Puts contents on the clipboard in place of all others. The keeper's window, which may have lost the clipboard to
+    /// another program since; nullopt if the keeper did not carry it out.
+    [[nodiscard]] std::optional<xcb_window_t> publish(std::span<const KeptTarget> contents);
 
     /// Whether a program has read the promised text of the contents published last, once for each such reading or
     /// several together.

@@ -1,0 +1,112 @@
+#include "platform/linux/keeper_channel.h"
+#include "platform/linux/kept_contents.h"
+#include "platform/linux/monotonic_clock.h"
+#include "tests/x11/clipboard_operation.h"
+#include "tests/x11/clipboard_other_reader.h"
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <thread>
+
+namespace lomaris::test {
+namespace {
+
+using namespace std::chrono_literals;
+using Kind = KeeperMessage::Kind;
+
+std::vector<KeptTarget> words(const char* text) {
+    return {{.target = "UTF8_STRING", .form = {"UTF8_STRING", 8}, .bytes = std::make_shared<const Bytes>(text)}};
+}
+
+/// Another program that takes the clipboard again and again.
+class Taker {
+public:
+    Taker()
+        : thread_([this] {
+              ClipboardPeer peer;
+              const xcb_atom_t clipboard = peer.atom("CLIPBOARD");
+              while (!isEnding_) {
+                  for (int count = 0; count < 500; ++count) {
+                      xcb_set_selection_owner(peer.handle(), peer.window(), clipboard, XCB_CURRENT_TIME);
+                  }
+                  peer.settle();
+                  hasBegun_ = true;
+              }
+          }) {
+        while (!hasBegun_) {
+            std::this_thread::yield();
+        }
+    }
+    Taker(const Taker&) = delete;
+    Taker& operator=(const Taker&) = delete;
+    ~Taker() {
+        isEnding_ = true;
+        thread_.join();
+    }
+
+private:
+    std::atomic<bool> isEnding_ = false;
+    std::atomic<bool> hasBegun_ = false;
+    std::thread thread_;
+};
+
+TEST_F(ClipboardKeeper, ConfirmsWhatIsOverwrittenAtOnce) {
+    StartedKeeper keeper = forkKeeper();
+    KeeperChannel channel(std::move(keeper.socket));
+    reapKeeper(keeper);
+    const Taker taker;
+    for (std::uint32_t serial = 1; serial <= 5; ++serial) {
+        const Moment deadline = later(monotonicNow(), 60s);
+        const FileDescriptor file = writeKeptTargets(words("published"));
+        ASSERT_TRUE(
+            channel.send({.kind = Kind::publish, .serial = serial, .deadline = deadline.count()}, file.number()));
+        const auto received = channel.receive(deadline);
+        ASSERT_TRUE(received);
+        EXPECT_EQ(received->message.kind, Kind::confirmed);
+        EXPECT_NE(received->message.window, XCB_WINDOW_NONE);
+    }
+}
+
+/// A keeper that lets another program copy before it confirms what it was to publish.
+class OvertakenKeeper {
+public:
+    [[nodiscard]] KeeperStart start() {
+        return [this] {
+            KeeperChannelEnds ends = makeKeeperChannel();
+            thread_ = std::thread([this, channel = KeeperChannel(std::move(ends.keeper))]() mutable {
+                while (const auto received = channel.receive(later(monotonicNow(), 60s))) {
+                    if (received->message.kind == Kind::publish) {
+                        other_.emplace(std::vector<OfferedTarget>{{"UTF8_STRING", {"", 8, "newer"}}});
+                        static_cast<void>(channel.send({.kind = Kind::confirmed,
+                                                        .serial = received->message.serial,
+                                                        .window = keeperWindow_.window()}));
+                    }
+                }
+            });
+            return StartedKeeper{std::move(ends.partner), -1};
+        };
+    }
+    OvertakenKeeper() = default;
+    OvertakenKeeper(const OvertakenKeeper&) = delete;
+    OvertakenKeeper& operator=(const OvertakenKeeper&) = delete;
+    ~OvertakenKeeper() { thread_.join(); }
+
+private:
+    ClipboardPeer keeperWindow_;
+    std::optional<OtherOwner> other_;
+    std::thread thread_;
+};
+
+TEST_F(ClipboardKeeper, LeavesWhatIsCopiedDuringAWriteAlone) {
+    OvertakenKeeper keeper;
+    Operation operation(keeper.start());
+    operation.pasteboard().clearContents();
+    std::vector<NewPasteboardItem> items(1);
+    items[0].data = {{stringType, "words"}};
+    EXPECT_FALSE(operation.pasteboard().writeItems(std::move(items)));
+    EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "newer"}));
+}
+
+}  // namespace
+}  // namespace lomaris::test
