@@ -122,6 +122,7 @@ void ClipboardDesk::settle() {
         static_cast<void>(publish());
     }
     session_.settle();
+    ownership_.replaceKeeper();
 }
 
 std::int64_t ClipboardDesk::changeCount() {
@@ -143,6 +144,7 @@ void ClipboardDesk::clear() {
 
 bool ClipboardDesk::write(std::vector<NewPasteboardItem> items) {
     session_.settle();
+    ownership_.replaceKeeper();
     if (!contents_ || !session_.isAlive()) {
         return false;
     }
@@ -158,11 +160,11 @@ bool ClipboardDesk::publish() {
     }
     promised_ = contents_->hasPromise() ? contents_ : nullptr;
     if (const auto window = keeper_.publish(contents_->kept())) {
-        keeperWindow_ = *window;
-        ownership_.setKeeper(keeperWindow_);
+        ownership_.setKeeper(*window);
         isPublishing_ = true;
         session_.settle();
         isPublishing_ = false;
+        ownership_.replaceKeeper();
         // Another program may have taken over since.
         if (!ownership_.isOwner()) {
             contents_.reset();
@@ -264,6 +266,7 @@ void ClipboardDesk::serve() {
         static_cast<void>(publish());
     }
     session_.pump();
+    ownership_.replaceKeeper();
     do {
         server_.serve();
     } while (session_.flush());
@@ -274,7 +277,7 @@ void ClipboardDesk::serve() {
 
 bool ClipboardDesk::beginOperation() {
     settle();
-    if (!session_.isAlive() || !exclusion_.take(keeperWindow_)) {
+    if (!session_.isAlive() || !exclusion_.take(ownership_.keeper())) {
         return false;
     }
     isProtected_ = false;

@@ -80,8 +80,6 @@ private:
     PropertyForms forms_;
     ClipboardExclusion exclusion_{session_};
     KeeperLink keeper_;
-    /// The window with which the keeper owns the clipboard; nothing before it has done so.
-    xcb_window_t keeperWindow_ = XCB_WINDOW_NONE;
     /// Contents that were cleared and not written yet: the keeper gets them with the write, or with the next call, so
     /// that no reader finds the empty clipboard in between.
     bool isUnpublished_ = false;

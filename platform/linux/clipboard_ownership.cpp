@@ -1,8 +1,25 @@
 #include "platform/linux/clipboard_ownership.h"
 
+#include <utility>
+
 namespace lomaris {
 
 bool ClipboardOwnership::acquire() {
+    if (!becomeOwner()) {
+        return false;
+    }
+    ++changeCount_;
+    return true;
+}
+
+void ClipboardOwnership::replaceKeeper() {
+    if (std::exchange(isOrphaned_, false)) {
+        // If another program was faster, its notification has been handled by now.
+        static_cast<void>(becomeOwner());
+    }
+}
+
+bool ClipboardOwnership::becomeOwner() {
     const std::optional<xcb_timestamp_t> now = session_.serverTime();
     if (!now) {
         return false;
@@ -10,11 +27,7 @@ bool ClipboardOwnership::acquire() {
     session_.xcb().set_selection_owner(session_.handle(), session_.window(), session_.names().clipboard, *now);
     // The server refuses silently; where it did not, its notification has arrived after this.
     session_.settle();
-    if (!isOwner_ || !session_.isAlive()) {
-        return false;
-    }
-    ++changeCount_;
-    return true;
+    return isOwner_ && session_.isAlive();
 }
 
 void ClipboardOwnership::handle(const xcb_generic_event_t& event) {
@@ -25,14 +38,22 @@ void ClipboardOwnership::handle(const xcb_generic_event_t& event) {
     if (change.selection != session_.names().clipboard) {
         return;
     }
-    const bool isKeeper = keeper_ != XCB_WINDOW_NONE && change.owner == keeper_;
-    if (change.owner == session_.window() || isKeeper) {
+    const bool wasKeeperOwner = isKeeperOwner_;
+    isKeeperOwner_ = keeper_ != XCB_WINDOW_NONE && change.owner == keeper_;
+    isOrphaned_ = false;
+    if (change.owner == session_.window() || isKeeperOwner_) {
         // Counted when it was acquired.
         isOwner_ = true;
         acquiredAt_ = change.selection_timestamp;
         return;
     }
     isOwner_ = false;
+    if (wasKeeperOwner && change.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER) {
+        // The window or its connection is gone; another client may get the same number.
+        keeper_ = XCB_WINDOW_NONE;
+        isOrphaned_ = true;
+        return;
+    }
     ++changeCount_;
     whenLost_();
 }

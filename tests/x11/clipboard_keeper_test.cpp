@@ -194,6 +194,39 @@ TEST_F(ClipboardKeeper, IsReplacedByTheProcessItselfIfItIsKilled) {
     EXPECT_TRUE(whileServing(operation.scheduling(), &UserClipboard::isIntact));
 }
 
+TEST_F(ClipboardKeeper, IsReplacedByTheProcessItselfIfItIsKilledBeforeThePaste) {
+    Operation operation;
+    ASSERT_TRUE(operation.begin());
+    operation.save();
+    operation.stage("pasted");
+    operation.hold().expectPaste(300ms, 60s);
+    const std::int64_t staged = operation.pasteboard().changeCount();
+    kill(successors().at(0), SIGKILL);
+    ASSERT_TRUE(successorsBecome(0));
+    operation.scheduling().runLoopSlice(20ms);
+    EXPECT_EQ(operation.pasteboard().changeCount(), staged);
+    EXPECT_EQ(whileServing(operation.scheduling(), [] { return OtherReader().read("UTF8_STRING"); }),
+              (PropertyValue{"UTF8_STRING", 8, "pasted"}));
+    EXPECT_EQ(operation.provider->asked, std::vector<PasteboardType>{stringType});
+    EXPECT_EQ(operation.pasteboard().changeCount(), staged);
+    EXPECT_TRUE(operation.hold().retake());
+    operation.restore();
+    EXPECT_TRUE(whileServing(operation.scheduling(), &UserClipboard::isIntact));
+    operation.end();
+}
+
+TEST_F(ClipboardKeeper, IsReplacedByAnotherProgramThatCopiesAfterItWasKilled) {
+    Operation operation;
+    operation.beginRead();
+    const std::int64_t staged = operation.pasteboard().changeCount();
+    kill(successors().at(0), SIGKILL);
+    ASSERT_TRUE(successorsBecome(0));
+    const OtherOwner other({{"UTF8_STRING", {"", 8, "newer"}}});
+    operation.scheduling().runLoopSlice(20ms);
+    EXPECT_GT(operation.pasteboard().changeCount(), staged);
+    EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "newer"}));
+}
+
 TEST_F(ClipboardKeeper, IsReportedAsTheProtectionUntilItIsKilled) {
     Operation operation;
     operation.beginRead();
