@@ -11,8 +11,11 @@ namespace {
 
 using Kind = KeeperMessage::Kind;
 
-/// How long the keeper may take to confirm a request, its own start included.
+/// How long the keeper may take to confirm a request.
 constexpr Duration patience = std::chrono::milliseconds(1500);
+
+/// The same for its first one, as it has to start and to connect to the X server before.
+constexpr Duration startPatience = std::chrono::seconds(5);
 
 }  // namespace
 
@@ -71,7 +74,7 @@ std::optional<KeeperMessage> KeeperLink::request(KeeperMessage message, std::spa
     }
     const FileDescriptor file = writeKeptTargets(targets);
     message.serial = ++serial_;
-    const Moment deadline = later(monotonicNow(), patience);
+    const Moment deadline = later(monotonicNow(), hasConfirmed_ ? patience : startPatience);
     message.deadline = deadline.count();
     if (!file) {
         return std::nullopt;
@@ -83,6 +86,7 @@ std::optional<KeeperMessage> KeeperLink::request(KeeperMessage message, std::spa
     while (const auto received = channel_.receive(deadline)) {
         reapKeeper(started_);
         if (received->message.kind == Kind::confirmed && received->message.serial == message.serial) {
+            hasConfirmed_ = true;
             const bool isDone = received->message.window != XCB_WINDOW_NONE;
             return isDone ? std::optional(received->message) : std::nullopt;
         }

@@ -57,6 +57,8 @@ private:
     StartedKeeper started_;
     KeeperChannel channel_;
     bool wasTried_ = false;
+    /// Whether the keeper has confirmed anything.
+    bool hasConfirmed_ = false;
     std::uint32_t serial_ = 0;
     std::uint32_t publishedSerial_ = 0;
     bool wasTextRead_ = false;
