@@ -47,4 +47,13 @@ endfunction()
 function(lomaris_add_library name)
   add_library(${name} STATIC ${ARGN})
   target_link_libraries(${name} PUBLIC $<BUILD_INTERFACE:lomaris_options>)
+  add_dependencies(${name} lomaris_layers)
+endfunction()
+
+# lomaris_add_room(name source...): the objects of one folder of a library, so that the folder states which others it
+# uses. `lomaris_layers` checks that its includes say the same.
+function(lomaris_add_room name)
+  add_library(${name} OBJECT ${ARGN})
+  target_link_libraries(${name} PUBLIC lomaris_options)
+  add_dependencies(${name} lomaris_layers)
 endfunction()

@@ -21,6 +21,7 @@ lomaris_export(lomaris_platform Platform)
 lomaris_export(lomaris_native_platform NativePlatform)
 lomaris_export(lomaris_keeping Keeping)
 lomaris_export(lomaris_posix Posix)
+lomaris_export(lomaris_json Json)
 lomaris_export(lomaris_text Text)
 install(EXPORT LomarisMacOSAccessibilityTargets NAMESPACE Lomaris:: DESTINATION ${LOMARIS_PACKAGE_DIR})
 

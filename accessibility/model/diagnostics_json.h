@@ -1,7 +1,7 @@
 #pragma once
 
 #include "accessibility/model/diagnostics.h"
-#include "accessibility/model/json_writer.h"
+#include "json/json_writer.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "accessibility/model/guarded_replacement_request_json.h"
 
-#include "accessibility/model/json_fields.h"
+#include "json/json_fields.h"
 #include "accessibility/model/selection_json.h"
 
 #include <utility>

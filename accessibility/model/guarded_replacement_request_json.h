@@ -1,7 +1,7 @@
 #pragma once
 
 #include "accessibility/model/guarded_replacement_request.h"
-#include "accessibility/model/json_writer.h"
+#include "json/json_writer.h"
 
 #include <optional>
 #include <string>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "accessibility/model/input_activity.h"
-#include "accessibility/model/json_value.h"
-#include "accessibility/model/json_writer.h"
+#include "json/json_value.h"
+#include "json/json_writer.h"
 #include "accessibility/model/selection.h"
 
 #include <optional>

@@ -1,13 +1,13 @@
 #include "platform/native_platform.h"
 
-#include "platform/linux/keeper_process.h"
-#include "platform/linux/linux_accessibility.h"
-#include "platform/linux/linux_events.h"
-#include "platform/linux/linux_pasteboard.h"
-#include "platform/linux/linux_scheduling.h"
-#include "platform/linux/linux_workspace.h"
-#include "platform/linux/x11_connection.h"
-#include "platform/linux/x11_window_raiser.h"
+#include "platform/linux/atspi/linux_accessibility.h"
+#include "platform/linux/process/linux_scheduling.h"
+#include "platform/linux/x11/clipboard/keeper_process.h"
+#include "platform/linux/x11/clipboard/linux_pasteboard.h"
+#include "platform/linux/x11/keyboard/linux_events.h"
+#include "platform/linux/x11/linux_workspace.h"
+#include "platform/linux/x11/window_activation.h"
+#include "platform/linux/x11/x11_connection.h"
 
 namespace lomaris {
 
@@ -51,8 +51,9 @@ private:
     LinuxEvents events_{connection_,
                         [this](ProcessIdentifier process) { return accessibility_->isTerminalFocused(process); }};
     LinuxPasteboard pasteboard_;
-    X11WindowRaiser windowRaiser_{connection_};
-    std::unique_ptr<TerminalAwareAccessibility> accessibility_ = makeLinuxAccessibility(workspace_, &windowRaiser_);
+    std::unique_ptr<TerminalAwareAccessibility> accessibility_ = makeLinuxAccessibility(
+        workspace_,
+        [this](ProcessIdentifier process, TextView title) { return activateWindow(connection_, process, title); });
 };
 
 }  // namespace

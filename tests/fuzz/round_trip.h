@@ -1,6 +1,6 @@
 #pragma once
 
-#include "accessibility/model/json_writer.h"
+#include "json/json_writer.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "text/utf8.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/accessibility_bus.h"
+#include "platform/linux/atspi/accessibility_bus.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "tests/linux/fake_desktop.h"
 
 #include "platform/attributes.h"
-#include "platform/linux/atspi_element.h"
+#include "platform/linux/atspi/atspi_element.h"
 
 #include <array>
 #include <climits>

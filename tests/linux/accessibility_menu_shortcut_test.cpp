@@ -1,4 +1,4 @@
-#include "platform/linux/menu_shortcut.h"
+#include "platform/linux/atspi/menu_shortcut.h"
 
 #include <gtest/gtest.h>
 

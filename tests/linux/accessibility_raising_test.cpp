@@ -15,9 +15,9 @@ const std::string window = "/window";
 const std::string text = "/text";
 
 /// A raiser that notes what it is to raise.
-class NotingRaiser final : public WindowRaiser {
+class NotingRaiser {
 public:
-    bool raise(ProcessIdentifier processIdentifier, TextView title) override {
+    bool raise(ProcessIdentifier processIdentifier, TextView title) {
         raised.emplace_back(processIdentifier, Text(title));
         return succeeds;
     }
@@ -33,7 +33,8 @@ protected:
         if (IsSkipped()) {
             return;
         }
-        accessibility_ = makeLinuxAccessibility(workspace(), &raiser_);
+        accessibility_ = makeLinuxAccessibility(
+            workspace(), [this](ProcessIdentifier process, TextView title) { return raiser_.raise(process, title); });
         addObject(atspi::rootPath, {}, {"/other", window});
         addObject("/other", {});
         addObject(window, {State::active}, {text});

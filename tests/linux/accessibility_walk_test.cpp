@@ -1,7 +1,7 @@
 #include "tests/linux/fake_desktop.h"
 
 #include "platform/attributes.h"
-#include "platform/linux/roles.h"
+#include "platform/linux/atspi/roles.h"
 
 #include <array>
 #include <atomic>

@@ -1,4 +1,4 @@
-#include "platform/linux/application_name.h"
+#include "platform/linux/x11/application_name.h"
 
 #include "tests/support/temporary_directory.h"
 

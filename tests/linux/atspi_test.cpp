@@ -1,4 +1,4 @@
-#include "platform/linux/atspi.h"
+#include "platform/linux/atspi/atspi.h"
 
 #include <gtest/gtest.h>
 

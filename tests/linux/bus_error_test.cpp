@@ -1,4 +1,4 @@
-#include "platform/linux/bus_error.h"
+#include "platform/linux/dbus/bus_error.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/clipboard_contents.h"
+#include "platform/linux/x11/clipboard/clipboard_contents.h"
 
 #include <gtest/gtest.h>
 

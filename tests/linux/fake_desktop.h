@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/accessibility.h"
-#include "platform/linux/atspi.h"
-#include "platform/linux/linux_accessibility.h"
+#include "platform/linux/atspi/atspi.h"
+#include "platform/linux/atspi/linux_accessibility.h"
 #include "tests/linux/fake_peers.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/file_contents.h"
+#include "platform/linux/process/file_contents.h"
 
 #include "tests/support/temporary_directory.h"
 

@@ -1,5 +1,5 @@
-#include "platform/linux/keeper_channel.h"
-#include "platform/linux/kept_contents.h"
+#include "platform/linux/x11/clipboard/keeper_channel.h"
+#include "platform/linux/x11/clipboard/kept_contents.h"
 
 #include <gtest/gtest.h>
 

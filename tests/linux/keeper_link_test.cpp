@@ -1,6 +1,6 @@
-#include "platform/linux/keeper_link.h"
+#include "platform/linux/x11/clipboard/keeper_link.h"
 
-#include "platform/linux/monotonic_clock.h"
+#include "platform/linux/process/monotonic_clock.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/key_choice.h"
+#include "platform/linux/x11/keyboard/key_choice.h"
 
 #include <gtest/gtest.h>
 

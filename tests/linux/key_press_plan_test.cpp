@@ -1,4 +1,4 @@
-#include "platform/linux/key_press_plan.h"
+#include "platform/linux/x11/keyboard/key_press_plan.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/linux_process.h"
+#include "platform/linux/process/linux_process.h"
 
 #include <gtest/gtest.h>
 

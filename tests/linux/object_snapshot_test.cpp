@@ -1,6 +1,6 @@
-#include "platform/linux/object_snapshot.h"
+#include "platform/linux/atspi/object_snapshot.h"
 
-#include "platform/linux/accessibility_bus.h"
+#include "platform/linux/atspi/accessibility_bus.h"
 #include "tests/linux/fake_desktop.h"
 
 #include <chrono>

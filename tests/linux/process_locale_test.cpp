@@ -1,4 +1,4 @@
-#include "platform/linux/process_locale.h"
+#include "platform/linux/process/process_locale.h"
 
 #include "tests/linux/fake_desktop.h"
 

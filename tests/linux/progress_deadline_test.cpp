@@ -1,4 +1,4 @@
-#include "platform/linux/progress_deadline.h"
+#include "platform/linux/x11/clipboard/progress_deadline.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/linux_scheduling.h"
+#include "platform/linux/process/linux_scheduling.h"
 #include "tests/support/termination_suite.h"
 
 #include <chrono>

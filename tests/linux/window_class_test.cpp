@@ -1,4 +1,4 @@
-#include "platform/linux/window_class.h"
+#include "platform/linux/x11/window_class.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/linux_events.h"
+#include "platform/linux/x11/keyboard/linux_events.h"
 #include "platform/native_platform.h"
 #include "tests/real/desktop.h"
 #include "tests/support/running_program.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/x11_input_clock.h"
+#include "platform/linux/x11/x11_input_clock.h"
 #include "tests/real/expected_clipboard.h"
 #include "tests/storm/storm_desktop.h"
 #include "tests/storm/storm_options.h"

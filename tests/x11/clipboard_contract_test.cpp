@@ -1,4 +1,4 @@
-#include "platform/linux/clipboard_targets.h"
+#include "platform/linux/x11/clipboard/clipboard_targets.h"
 #include "platform/native_platform.h"
 #include "tests/platform/pasteboard_contract.h"
 #include "tests/x11/clipboard_other_owner.h"

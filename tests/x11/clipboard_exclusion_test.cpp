@@ -1,4 +1,4 @@
-#include "platform/linux/clipboard_exclusion.h"
+#include "platform/linux/x11/clipboard/clipboard_exclusion.h"
 #include "tests/x11/clipboard_peer.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/keeper_process.h"
+#include "platform/linux/x11/clipboard/keeper_process.h"
 #include "tests/x11/clipboard_other_owner.h"
 #include "tests/x11/clipboard_successors.h"
 #include "tests/x11/clipboard_world.h"

@@ -1,6 +1,6 @@
-#include "platform/linux/keeper_channel.h"
-#include "platform/linux/kept_contents.h"
-#include "platform/linux/monotonic_clock.h"
+#include "platform/linux/process/monotonic_clock.h"
+#include "platform/linux/x11/clipboard/keeper_channel.h"
+#include "platform/linux/x11/clipboard/kept_contents.h"
 #include "tests/x11/clipboard_operation.h"
 #include "tests/x11/clipboard_other_reader.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/linux_pasteboard.h"
-#include "platform/linux/linux_scheduling.h"
+#include "platform/linux/process/linux_scheduling.h"
+#include "platform/linux/x11/clipboard/linux_pasteboard.h"
 
 #include <gtest/gtest.h>
 

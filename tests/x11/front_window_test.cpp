@@ -1,4 +1,4 @@
-#include "platform/linux/front_window.h"
+#include "platform/linux/x11/front_window.h"
 #include "tests/x11/other_client.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "tests/x11/key_hand.h"
 
-#include "platform/linux/x11_keyboard_requests.h"
+#include "platform/linux/x11/keyboard/x11_keyboard_requests.h"
 
 #include <xcb/xtest.h>
 

@@ -1,5 +1,5 @@
-#include "platform/linux/x11_keyboard_requests.h"
-#include "platform/linux/x11_keyboard_wire.h"
+#include "platform/linux/x11/keyboard/x11_keyboard_requests.h"
+#include "platform/linux/x11/keyboard/x11_keyboard_wire.h"
 #include "platform/native_platform.h"
 #include "tests/x11/key_window.h"
 #include "tests/x11/window_manager.h"

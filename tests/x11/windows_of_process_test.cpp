@@ -1,4 +1,4 @@
-#include "platform/linux/linux_workspace.h"
+#include "platform/linux/x11/linux_workspace.h"
 #include "tests/support/running_program.h"
 #include "tests/x11/other_client.h"
 

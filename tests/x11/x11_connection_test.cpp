@@ -1,4 +1,4 @@
-#include "platform/linux/x11_connection.h"
+#include "platform/linux/x11/x11_connection.h"
 #include "tests/x11/other_client.h"
 #include "tests/x11/second_server.h"
 

@@ -11,6 +11,7 @@ from collections import namedtuple
 Program = namedtuple("Program", "folder name shards launcher", defaults=(1, ()))
 
 TEXT = Program("text", "lomaris_text_tests")
+JSON = Program("json", "lomaris_json_tests")
 KEEPING = Program("keeping", "lomaris_keeping_tests")
 MODEL = Program("model", "lomaris_model_tests")
 ADAPTER = Program("adapter", "lomaris_adapter_tests")
@@ -28,7 +29,8 @@ LIBRARY = (ADAPTER, FALLBACK, SERVICE, BRIDGE, SCENARIOS, PROCESS)
 
 # The programs for a bug in each folder of the product, in the order in which they run.
 PROGRAMS = {
-    "text/": (TEXT, MODEL, *LIBRARY),
+    "text/": (TEXT, JSON, MODEL, *LIBRARY),
+    "json/": (JSON, MODEL, *LIBRARY),
     "accessibility/adapter/": LIBRARY,
     "accessibility/fallback/": (FALLBACK, ADAPTER, SERVICE, BRIDGE, SCENARIOS, PROCESS),
     "accessibility/model/": (MODEL, *LIBRARY),

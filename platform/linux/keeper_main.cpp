@@ -1,5 +1,0 @@
-#include "platform/linux/keeper_process.h"
-
-// The keeper of programs that embed the library: such a program may have threads, so that no copy of it can be the
-// keeper. Started by `lomaris::spawnKeeper`; of no use by itself.
-int main() { lomaris::runKeeperProgram(); }

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/linux/x11/clipboard/clipboard_ownership.h"
+#include "platform/linux/x11/clipboard/clipboard_transfers.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace lomaris {
+
+/// Answers programs that ask the owner of the clipboard, which is this process, for its contents. Requests are kept
+/// until `serve`, as an answer may need a provider, which may be asked at certain times only. Main thread.
+class ClipboardServer {
+public:
+    /// The contents of the clipboard when a request is answered; null if another program owns it.
+    using Contents = std::function<std::shared_ptr<ServedContents>()>;
+
+    /// `session` and `ownership` outlive the server.
+    ClipboardServer(ClipboardSession& session, const ClipboardOwnership& ownership, Contents contents)
+        : session_(session), ownership_(ownership), contents_(std::move(contents)), transfers_(session) {}
+
+    void handle(const xcb_generic_event_t& event);
+
+    /// Answers the requests that wait, without sending the answers off yet. Asks providers.
+    void serve();
+
+    /// Whether a reader has still to take pieces of what it asked for.
+    [[nodiscard]] bool isTransferring() const { return !transfers_.isEmpty(); }
+
+    void dropStalledTransfers() { transfers_.dropStalled(); }
+
+private:
+    using Request = xcb_selection_request_event_t;
+
+    [[nodiscard]] bool isForUs(const Request& request) const;
+    [[nodiscard]] bool answer(ServedContents& contents, xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
+    [[nodiscard]] bool answerMultiple(ServedContents& contents, xcb_window_t requestor, xcb_atom_t property);
+    [[nodiscard]] bool answerContents(ServedContents& contents, xcb_window_t requestor, xcb_atom_t target,
+                                      xcb_atom_t property);
+    void answerTargets(const ServedContents& contents, xcb_window_t requestor, xcb_atom_t property);
+    [[nodiscard]] std::vector<xcb_atom_t> readPairs(xcb_window_t requestor, xcb_atom_t property);
+    void notify(const Request& request, xcb_atom_t property);
+
+    ClipboardSession& session_;
+    const ClipboardOwnership& ownership_;
+    Contents contents_;
+    ClipboardTransfers transfers_;
+    std::deque<Request> requests_;
+};
+
+}  // namespace lomaris

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/linux/x11/keyboard/x11_keyboard_requests.h"
+#include "platform/linux/x11/x11_connection.h"
+
+#include <functional>
+#include <optional>
+
+namespace lomaris {
+
+/// Presses keys through an X server. Main thread; never throws.
+///
+/// A press is one batch of requests, written to the server at once: it arrives whole or not at all, so that no key
+/// stays down when this process or the connection ends in the middle. While the keyboard is looked at, the key pressed
+/// and the modifiers put back, no other program can come between (the server is grabbed); the user's own keys can.
+class KeyPoster {
+public:
+    /// `connection` outlives the poster.
+    explicit KeyPoster(X11Connection& connection) : connection_(connection) {}
+
+    /// Whether there is a server that takes synthetic keys.
+    [[nodiscard]] bool isReady();
+
+    /// Whether the keyboard has the keys of this wish now.
+    [[nodiscard]] bool canPress(KeyWish wish);
+
+    /// Presses and releases the key; returns once the server has done so. Nothing happens where the keyboard lacks it,
+    /// or if `mayPress` returns false. `mayPress` is called at most once, when no other program can change anything any
+    /// more.
+    void press(KeyWish wish, const std::function<bool()>& mayPress);
+
+    /// Sends the key to one window, whatever has the keyboard; returns once the server has done so.
+    void sendTo(xcb_window_t window, KeyWish wish);
+
+private:
+    /// The keyboard now, or nothing where the server does not tell.
+    [[nodiscard]] std::optional<KeyboardSnapshot> look();
+    [[nodiscard]] std::vector<KeyboardDevice> lookAtUserKeyboards(const KeyboardSnapshot& before);
+    void pressWhileGrabbed(KeyWish wish);
+    void settle();
+
+    X11Connection& connection_;
+    std::optional<bool> isReady_;
+    bool hasKeyboardExtension_ = false;
+    bool tellsDevicesApart_ = false;
+};
+
+}  // namespace lomaris

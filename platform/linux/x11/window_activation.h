@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/linux/x11/x11_connection.h"
+#include "platform/workspace.h"
+#include "text/text.h"
+
+namespace lomaris {
+
+/// Requests that the window manager activate the window of a process that has this title, or its only window whatever
+/// its title (EWMH, _NET_ACTIVE_WINDOW). Returns whether that window is active afterwards. Blocks for up to 150 ms plus
+/// the deadlines of the connection. Main thread.
+[[nodiscard]] bool activateWindow(X11Connection& connection, ProcessIdentifier processIdentifier, TextView title);
+
+}  // namespace lomaris
