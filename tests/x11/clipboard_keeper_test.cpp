@@ -3,7 +3,17 @@
 #include "tests/x11/clipboard_other_reader.h"
 #include "tests/x11/other_client.h"
 
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+
+#include <array>
+#include <cerrno>
 #include <chrono>
+#include <cstddef>
 #include <memory>
 #include <thread>
 
@@ -268,6 +278,56 @@ TEST_F(ClipboardKeeper, IsAProgramOfItsOwnForAProcessWithThreads) {
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     isOver = true;
     thread.join();
+}
+
+/// From now on the system call close_range fails for this process and its children, as on an older kernel.
+bool forbidCloseRange() {
+    std::array<sock_filter, 4> program{{
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_close_range, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    }};
+    const sock_fprog filter{.len = static_cast<unsigned short>(program.size()), .filter = program.data()};
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
+TEST_F(ClipboardKeeper, InheritsNoFileFromAProcessOfAnOldKernel) {
+    constexpr int high = 900;
+    constexpr rlim_t low = 100;
+    std::array<int, 2> pipeEnds{};
+    ASSERT_EQ(pipe(pipeEnds.data()), 0);
+    const pid_t process = fork();
+    if (process == 0) {
+        // The number is above the limit for new files.
+        dup2(pipeEnds[1], high);
+        rlimit limit{};
+        getrlimit(RLIMIT_NOFILE, &limit);
+        limit.rlim_cur = low;
+        setrlimit(RLIMIT_NOFILE, &limit);
+        if (!forbidCloseRange()) {
+            _exit(1);
+        }
+        Operation operation;
+        operation.beginRead();
+        operation.restore();
+        operation.end();
+        operation.pasteboard().finish();
+        _exit(0);
+    }
+    close(pipeEnds[1]);
+    int status = 0;
+    waitpid(process, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) != 0) {
+        close(pipeEnds[0]);
+        GTEST_SKIP() << "this system does not let a process filter its system calls";
+    }
+    EXPECT_EQ(successors().size(), 1U);
+    // Readable once no process has the other end.
+    pollfd request{.fd = pipeEnds[0], .events = POLLIN, .revents = 0};
+    EXPECT_EQ(poll(&request, 1, 0), 1);
+    close(pipeEnds[0]);
 }
 
 TEST_F(ClipboardKeeper, OfAProgramThatIsMissingIsDoneWithout) {

@@ -3,6 +3,7 @@
 #include "platform/linux/x11/clipboard/clipboard_keeper.h"
 #include "platform/linux/x11/clipboard/keeper_channel.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/syscall.h>
@@ -25,6 +26,26 @@ namespace {
 /// The number of the channel in the keeper's program.
 constexpr int channelNumber = 3;
 
+/// Closes the open files with these numbers. Slower than the system call, which older kernels and some sandboxes lack,
+/// but it does not depend on the highest possible number, which may be a thousand million.
+void closeListed(unsigned first, unsigned last) {
+    DIR* const list = opendir("/proc/self/fd");
+    if (list == nullptr) {
+        return;
+    }
+    std::vector<int> numbers;
+    while (const dirent* const entry = readdir(list)) {
+        const auto number = static_cast<unsigned>(std::strtoul(entry->d_name, nullptr, 10));
+        if (number >= first && number <= last) {
+            numbers.push_back(static_cast<int>(number));
+        }
+    }
+    closedir(list);
+    for (const int number : numbers) {
+        close(number);
+    }
+}
+
 void closeRange(unsigned first, unsigned last) {
     if (first > last) {
         return;
@@ -34,10 +55,7 @@ void closeRange(unsigned first, unsigned last) {
         return;
     }
 #endif
-    const long limit = sysconf(_SC_OPEN_MAX);
-    for (long number = first; number < limit && number <= static_cast<long>(last); ++number) {
-        close(static_cast<int>(number));
-    }
+    closeListed(first, last);
 }
 
 /// Closes every file but `kept`. The numbers of the standard streams stay taken, so that nothing else gets them.
