@@ -62,6 +62,7 @@ TEST(ApplicationTable, HasTheKeysOfEachKindOfApplication) {
         {"org.wezfurlong.wezterm", EditingKeys::controlShiftToCopy},
         {"XTerm", EditingKeys::none},
         {"UXTerm", EditingKeys::none},
+        {"KOI8RXTerm", EditingKeys::none},
         {"URxvt", EditingKeys::none},
         {"konsole", EditingKeys::none},
         {"Emacs", EditingKeys::none},

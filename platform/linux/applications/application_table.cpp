@@ -87,9 +87,10 @@ constexpr std::array table{
     Application{"com.mitchellh.ghostty", "", none},
 
     // Terminals that copy by another key, or only by the mouse; Control+C interrupts.
-    // xterm(1), "Default key bindings": none copies to CLIPBOARD. uxterm(1) sets the class.
+    // xterm(1), "Default key bindings": none copies to CLIPBOARD. uxterm(1) and koi8rxterm(1) set the class.
     Application{"xterm", "", none},
     Application{"uxterm", "", none},
+    Application{"koi8rxterm", "", none},
     // urxvt(1), Clipboard: Control+Alt+C. Its resource class, and the one that it shares with rxvt(1).
     Application{"urxvt", "", none},
     Application{"rxvt", "", none},
@@ -121,7 +122,8 @@ constexpr std::array table{
     // GNU Emacs Manual, "Killing and Moving Text": Control+C is a prefix; Control+W and Alt+W.
     Application{"emacs", "", none},
     Application{"xemacs", "", none},
-    // Vim, ":help CTRL-C" and ":help gui-clipboard": Control+C ends a command. The graphical ones of Neovim alike.
+    // Vim, ":help CTRL-C" and ":help gui-clipboard": Control+C ends a command. The class is the same under the names
+    // gview, gvimdiff, rgvim and evim and with `vim -g`; that was tried. The graphical ones of Neovim alike.
     Application{"gvim", "", none},
     Application{"nvim-qt", "", none},
     Application{"neovide", "", none},
