@@ -117,16 +117,6 @@ TEST_F(Clipboard, CollectsMoreTypesThanArePendingAtOnce) {
     EXPECT_EQ(contents(), std::vector<Contents>{expected});
 }
 
-TEST_F(Clipboard, PlainTextOfAnotherKindIsNoText) {
-    for (const PropertyValue& value :
-         {PropertyValue{"UTF8_STRING", 32, "four"}, PropertyValue{"UTF8_STRING", 16, "four"},
-          PropertyValue{"COMPOUND_TEXT", 8, "words"}, PropertyValue{"ATOM", 8, "words"}}) {
-        const OtherOwner owner({{"UTF8_STRING", value}, {"text/html", {"", 8, "<b>"}}});
-        EXPECT_EQ(contents(), (std::vector<Contents>{{{stringType, std::nullopt}, {"text/html", "<b>"}}}))
-            << value.type << value.format;
-    }
-}
-
 TEST_F(Clipboard, OutlivesAnOwnerThatEndsInTheMiddle) {
     const OtherOwner owner(
         {{"image/png", {"", 8, longBytes(200000)}, Conduct::endsAfterOnePiece}, {"UTF8_STRING", {"", 8, "words"}}});

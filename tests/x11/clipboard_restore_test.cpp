@@ -72,6 +72,21 @@ TEST_F(Clipboard, GivesBackAllTargetsAndBytesOfAnotherProgram) {
     }
 }
 
+TEST_F(Clipboard, GivesBackPlainTextOfAnyPropertyType) {
+    for (const PropertyValue& value :
+         {PropertyValue{"TEXT", 8, "caf\xc3\xa9"}, PropertyValue{"C_STRING", 8, "caf\xe9"},
+          PropertyValue{"text/plain;charset=utf-8", 8, "caf\xc3\xa9"}, PropertyValue{"COMPOUND_TEXT", 8, "caf\xe9"},
+          PropertyValue{"UTF8_STRING", 16, "four"}, PropertyValue{"UTF8_STRING", 32, "four"}}) {
+        {
+            const OtherOwner owner({{"UTF8_STRING", value}, {"text/html", {"", 8, "<b>"}}});
+            EXPECT_EQ(contents(), (std::vector<Contents>{{{stringType, value.bytes}, {"text/html", "<b>"}}}));
+            disturbAndRestore(*this);
+        }
+        EXPECT_EQ(whileServing(scheduling(), [] { return OtherReader().read("UTF8_STRING"); }), value)
+            << value.type << value.format;
+    }
+}
+
 TEST_F(Clipboard, HasOneItemWithTheTypesOfAnotherProgram) {
     const OtherOwner owner({{"text/html", {"", 8, "<b>"}}, {"UTF8_STRING", {"", 8, "words"}}});
     EXPECT_EQ(contents(), (std::vector<Contents>{{{"text/html", "<b>"}, {stringType, "words"}}}));

@@ -225,18 +225,14 @@ std::optional<Bytes> ClipboardDesk::foreignData(ForeignContents& foreign, const 
     if (!read) {
         return std::nullopt;
     }
-    std::string typeName = session_.atoms().names({&read->type, 1}).front();
-    if (type == pasteboard_type::string) {
-        const bool isLatin1 = read->type == XCB_ATOM_STRING;
-        if (read->format != 8 || (!isLatin1 && typeName != clipboard_target::utf8String)) {
-            return std::nullopt;
-        }
-        return isLatin1 ? utf8FromLatin1(read->bytes) : std::move(read->bytes);
+    if (type == pasteboard_type::string && read->type == XCB_ATOM_STRING && read->format == 8) {
+        return utf8FromLatin1(read->bytes);
     }
+    std::string typeName = session_.atoms().names({&read->type, 1}).front();
     if (typeName.empty()) {
         return std::nullopt;
     }
-    if (read->format != 8 || typeName != type) {
+    if (read->format != 8 || typeName != targetOfType(type)) {
         forms_.insert_or_assign(type, PropertyForm{std::move(typeName), read->format});
     }
     return std::move(read->bytes);
