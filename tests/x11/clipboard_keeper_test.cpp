@@ -14,7 +14,10 @@
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
+#include <filesystem>
 #include <memory>
+#include <string>
+#include <system_error>
 #include <thread>
 
 namespace lomaris::test {
@@ -328,6 +331,38 @@ TEST_F(ClipboardKeeper, InheritsNoFileFromAProcessOfAnOldKernel) {
     pollfd request{.fd = pipeEnds[0], .events = POLLIN, .revents = 0};
     EXPECT_EQ(poll(&request, 1, 0), 1);
     close(pipeEnds[0]);
+}
+
+/// The memory files that the only keeper has open.
+std::size_t memoryFiles() {
+    std::size_t count = 0;
+    std::error_code error;
+    const auto keeper = std::filesystem::path("/proc") / std::to_string(successors().at(0)) / "fd";
+    for (const auto& entry : std::filesystem::directory_iterator(keeper)) {
+        count += std::filesystem::read_symlink(entry, error).string().find("memfd:") != std::string::npos ? 1U : 0U;
+    }
+    return count;
+}
+
+TEST_F(ClipboardKeeper, ForgetsWhatWasSavedWhenTheOperationIsOver) {
+    Operation operation;
+    operation.beginRead();
+    EXPECT_EQ(memoryFiles(), 1U);
+    operation.restore();
+    operation.end();
+    EXPECT_TRUE(waitFor([] { return memoryFiles() == 0; }));
+}
+
+TEST_F(ClipboardKeeper, ForgetsWhatWasSavedOnceItIsRestoredAfterADeath) {
+    DyingProcess process([](Operation& operation) {
+        operation.beginRead();
+        operation.hold().expectCopy(getpid(), 2s);
+    });
+    process.die();
+    ASSERT_TRUE(waitFor(&UserClipboard::isIntact));
+    EXPECT_EQ(memoryFiles(), 1U) << "the target may copy late";
+    EXPECT_TRUE(waitFor([] { return memoryFiles() == 0; }));
+    EXPECT_TRUE(UserClipboard::isIntact());
 }
 
 TEST_F(ClipboardKeeper, OfAProgramThatIsMissingIsDoneWithout) {

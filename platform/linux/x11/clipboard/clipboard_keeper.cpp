@@ -210,6 +210,11 @@ private:
         if (decision.restores) {
             restore();
         }
+        const bool mayRestore = state_.isProtecting || state_.copyDeadline;
+        if (!mayRestore) {
+            // It may be large, or a password.
+            saved_.reset();
+        }
     }
 
     void restore() {
