@@ -9,7 +9,7 @@
 namespace lomaris {
 namespace {
 
-TEST(ContainsIgnoringCase, AgreesWithEveryReferenceLine) {
+TEST(ContainsIgnoringCase, MatchesEveryRecordedCase) {
     for (const test::Vector& each : test::readVectors("editor-identifier")) {
         EXPECT_EQ(containsIgnoringCase(test::textOf(each.value.at("text")), u"editor", CaseRules::common),
                   each.value.at("expected").at("contains").get<bool>())
@@ -45,7 +45,7 @@ TEST(ContainsIgnoringCase, ComparesWholeCharacters) {
     }
 }
 
-TEST(ContainsIgnoringCase, TellsTheTurkishLettersApart) {
+TEST(ContainsIgnoringCase, DistinguishesTurkishDottedAndDotlessI) {
     struct Case {
         Text text;
         Text word;
@@ -62,7 +62,7 @@ TEST(ContainsIgnoringCase, TellsTheTurkishLettersApart) {
         {u"ed\u0131tor", u"EDITOR", false, true},
         {u"editor", u"ED\u0130TOR", false, true},
         {u"editor", u"EDITOR", true, false},
-        // The dot of the letter, whatever marks are below it; a mark above hides it.
+        // The dot above counts as the dot of the letter after marks below it, but not after another mark above.
         {u"I\u0323\u0307", u"i\u0323", false, true},
         {u"I\u0301\u0307", u"\u0131\u0301\u0307", false, true},
         {u"\u0130", u"i", false, true},
@@ -79,7 +79,7 @@ TEST(ContainsIgnoringCase, TellsTheTurkishLettersApart) {
     }
 }
 
-TEST(CaseRulesOf, AreTurkicForTwoLanguages) {
+TEST(CaseRulesOf, AreTurkicForTurkishAndAzerbaijani) {
     EXPECT_EQ(caseRulesOf("tr"), CaseRules::turkic);
     EXPECT_EQ(caseRulesOf("az"), CaseRules::turkic);
     for (const char* const language : {"", "de", "lt", "tr_TR", "TR", "t"}) {

@@ -17,14 +17,14 @@ namespace {
 
 std::int64_t referenceCount(TextView text) { return static_cast<std::int64_t>(reference::characters(text).size()); }
 
-/// Controls are characters of their own whatever stands beside them, so glued behind them a text counts as it does
-/// alone. A line feed behind a carriage return would not.
+/// A control character never joins its neighbor, so a text after it has as many characters as the text alone. Carriage
+/// return is not used, because a line feed joins it.
 Text asciiThatEndsInAControl(std::size_t units) { return units == 0 ? Text() : Text(units - 1, u'a') + u'\x01'; }
 
 Text asciiThatBeginsWithAControl(std::size_t units) { return units == 0 ? Text() : u'\x01' + Text(units - 1, u'z'); }
 
-/// Ideographs, private use and unassigned planes: of these a few stand for all.
-bool isAmongThousandsAlike(char32_t codePoint) {
+/// True for ideographs and the planes of private use and unassigned code points, which behave alike within each range.
+bool isInUniformRange(char32_t codePoint) {
     const bool isIdeograph = codePoint >= 0x3400 && codePoint < 0xA000;
     const bool isInHighPlane = codePoint >= 0x20000 && (codePoint < 0xE0000 || codePoint > 0xE0FFF);
     return isIdeograph || isInHighPlane;
@@ -32,7 +32,7 @@ bool isAmongThousandsAlike(char32_t codePoint) {
 
 }  // namespace
 
-TEST(CharacterCount, CountsAMarkAndALineEndAtEveryPlaceInALongRun) {
+TEST(CharacterCount, CountsAMarkOrALineEndAnywhereInALongRun) {
     for (std::size_t place = 1; place < 300; ++place) {
         Text marked(300, u'a');
         marked[place] = u'\u0301';
@@ -44,15 +44,15 @@ TEST(CharacterCount, CountsAMarkAndALineEndAtEveryPlaceInALongRun) {
     }
 }
 
-TEST(CharacterCount, ForgetsWhatWasBeforeALongRun) {
+TEST(CharacterCount, IgnoresContextBeforeALongRun) {
     const Text run(200, u'a');
-    // A joiner joins a pictograph only to one directly before it, and a flag is two indicators side by side.
+    // A joiner joins two pictographs only if the first directly precedes it; a flag is two adjacent indicators.
     EXPECT_EQ(characterCount(u"\U0001F600" + run + u"\u200D\U0001F600"), 202);
     EXPECT_EQ(characterCount(u"\U0001F1E9" + run + u"\U0001F1E9\U0001F1EA"), 202);
     EXPECT_EQ(characterCount(u"\u0915\u094D" + run + u"\u0915"), 202);
 }
 
-TEST(CharacterCount, CountsAsRecorded) {
+TEST(CharacterCount, MatchesEveryRecordedCase) {
     for (const auto& [line, value] : readVectors("character-count")) {
         const Text text = textOf(value.at("text"));
         const auto expected = value.at("expected").at("characters").get<std::int64_t>();
@@ -60,7 +60,7 @@ TEST(CharacterCount, CountsAsRecorded) {
     }
 }
 
-TEST(CharacterCount, ReferenceCountsAsRecorded) {
+TEST(CharacterCount, ReferenceMatchesEveryRecordedCase) {
     for (const auto& [line, value] : readVectors("character-count")) {
         const Text text = textOf(value.at("text"));
         const auto expected = value.at("expected").at("characters").get<std::int64_t>();
@@ -68,7 +68,7 @@ TEST(CharacterCount, ReferenceCountsAsRecorded) {
     }
 }
 
-TEST(CharacterCount, CountsAsRecordedBehindAndBeforeAnyAmountOfAscii) {
+TEST(CharacterCount, MatchesEveryRecordedCaseBetweenRunsOfAscii) {
     for (const auto& [line, value] : readVectors("character-count")) {
         const Text text = textOf(value.at("text"));
         const auto alone = value.at("expected").at("characters").get<std::int64_t>();
@@ -82,7 +82,7 @@ TEST(CharacterCount, CountsAsRecordedBehindAndBeforeAnyAmountOfAscii) {
     }
 }
 
-TEST(CharacterCount, AgreesWithTheReferenceWhereLettersTouchTheRecordedTexts) {
+TEST(CharacterCount, AgreesWithTheReferenceIfLettersTouchRecordedTexts) {
     for (const auto& [line, value] : readVectors("character-count")) {
         const Text text = textOf(value.at("text"));
         for (std::size_t units = 0; units <= 20; ++units) {
@@ -94,7 +94,7 @@ TEST(CharacterCount, AgreesWithTheReferenceWhereLettersTouchTheRecordedTexts) {
     }
 }
 
-TEST(CharacterCount, CountsACarriageReturnAndALineFeedAsOneWhereverTheyStand) {
+TEST(CharacterCount, CountsCarriageReturnLineFeedAsOneAtAnyPosition) {
     for (std::size_t before = 0; before <= 70; ++before) {
         for (const std::size_t after : {0U, 1U, 31U, 32U, 33U, 64U}) {
             const Text text = Text(before, u'a') + u"\r\n" + Text(after, u'z');
@@ -111,7 +111,7 @@ TEST(CharacterCount, CountsACarriageReturnAndALineFeedAsOneWhereverTheyStand) {
     }
 }
 
-TEST(CharacterCount, CountsWhatBelongsTogetherAsOne) {
+TEST(CharacterCount, CountsExtendedGraphemeClusters) {
     struct Case {
         TextView text;
         std::int64_t expected;
@@ -176,7 +176,7 @@ TEST(CharacterCount, AgreesWithTheReferenceOnRandomTexts) {
     }
 }
 
-TEST(CharacterCount, AgreesWithTheLibraryWhereItsVersionDoesNotMatter) {
+TEST(CharacterCount, AgreesWithTheLibraryIfItsVersionDoesNotMatter) {
     RandomTexts random(43);
     int compared = 0;
     for (int round = 0; round < 20000; ++round) {
@@ -190,12 +190,12 @@ TEST(CharacterCount, AgreesWithTheLibraryWhereItsVersionDoesNotMatter) {
     EXPECT_GT(compared, 10000);
 }
 
-TEST(CharacterCount, AgreesWithTheReferenceOnCodePointsBesideOthers) {
+TEST(CharacterCount, AgreesWithTheReferenceOnCodePointsInContext) {
     static constexpr std::array<TextView, 6> before{u"x",      u"\u0915\u094D", u"\U0001F468\u200D",
                                                     u"\u1100", u"\uAC00",       u"\U0001F1E6"};
     static constexpr std::array<TextView, 3> after{u"x", u"\u0937", u"\u11A8"};
     for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
-        if (isAmongThousandsAlike(codePoint) && codePoint % 251 != 0) {
+        if (isInUniformRange(codePoint) && codePoint % 251 != 0) {
             continue;
         }
         for (std::size_t i = 0; i < before.size(); ++i) {

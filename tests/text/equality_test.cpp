@@ -15,7 +15,7 @@ namespace lomaris::test {
 
 namespace {
 
-/// The same text again with some of its characters decomposed, marks swapped or, once in a while, something changed.
+/// Returns `text` with some code points decomposed, some neighbors swapped and a few code points dropped.
 Text variantOf(TextView text, RandomTexts& random) {
     Text result;
     std::vector<char32_t> all = reference::codePoints(text);
@@ -40,7 +40,7 @@ std::string messageFor(TextView a, TextView b) { return unitsOf(a) + "/ " + unit
 
 }  // namespace
 
-TEST(CanonicalEquality, ComparesAsRecorded) {
+TEST(CanonicalEquality, MatchesEveryRecordedCase) {
     for (const auto& [line, value] : readVectors("text-equality")) {
         const Text a = textOf(value.at("a"));
         const Text b = textOf(value.at("b"));
@@ -50,7 +50,7 @@ TEST(CanonicalEquality, ComparesAsRecorded) {
     }
 }
 
-TEST(CanonicalEquality, ComparesAsRecordedBehindAndBeforeAnyAmountOfAscii) {
+TEST(CanonicalEquality, MatchesEveryRecordedCaseBetweenRunsOfAscii) {
     for (const auto& [line, value] : readVectors("text-equality")) {
         const Text a = textOf(value.at("a"));
         const Text b = textOf(value.at("b"));
@@ -65,7 +65,7 @@ TEST(CanonicalEquality, ComparesAsRecordedBehindAndBeforeAnyAmountOfAscii) {
     }
 }
 
-TEST(CanonicalEquality, TellsEquivalentFromDifferent) {
+TEST(CanonicalEquality, DistinguishesEquivalentFromDifferentTexts) {
     struct Case {
         Text a;
         Text b;
@@ -112,7 +112,7 @@ TEST(CanonicalEquality, HoldsBetweenEveryCodePointAndItsDecomposition) {
     }
 }
 
-TEST(CanonicalEquality, AgreesWithWholeNormalisationOnRandomTexts) {
+TEST(CanonicalEquality, AgreesWithFullNormalizationOnRandomTexts) {
     RandomTexts random(1234);
     int equal = 0;
     int different = 0;
@@ -152,7 +152,7 @@ TEST(CanonicalEquality, OrdersVeryLongRunsOfMarks) {
     EXPECT_FALSE(canonicallyEqual(a, u"e" + below + above + u"\u0301"));
 }
 
-TEST(CharacterPrefix, BeginsAsRecorded) {
+TEST(CharacterPrefix, MatchesEveryRecordedCase) {
     for (const auto& [line, value] : readVectors("identifier-prefix")) {
         const Text text = textOf(value.at("a"));
         const Text prefix = textOf(value.at("b"));

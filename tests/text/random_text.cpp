@@ -23,7 +23,7 @@ constexpr std::array<char32_t, 96> interesting{
 std::size_t RandomTexts::below(std::size_t bound) { return generator_() % bound; }
 
 char32_t RandomTexts::anyCodePoint() {
-    // Half of them from the lower planes, where nearly everything is assigned.
+    // Half are below U+3000, a range in which nearly every code point is assigned.
     const std::size_t bound = below(2) == 0 ? 0x3000 : 0x110000;
     return static_cast<char32_t>(below(bound));
 }

@@ -9,20 +9,20 @@
 
 namespace lomaris::test {
 
-/// Random texts, the same in every run and on every standard library: the generator's output is fixed by the standard,
-/// the distributions' is not, so numbers are reduced by hand.
+/// Random texts, the same in every run and with every standard library. The standard fixes the output of the generator
+/// but not of the distributions, so this class does without the distributions.
 class RandomTexts {
 public:
     explicit RandomTexts(std::uint32_t seed) : generator_(seed) {}
 
-    /// A number below `bound`.
+    /// Returns a number below `bound`.
     [[nodiscard]] std::size_t below(std::size_t bound);
 
-    /// Up to `maximumPieces` pieces: runs of ASCII, line ends, code points that combine with their neighbours in every
-    /// way that there is, halves of surrogate pairs, and code points from anywhere.
+    /// Returns up to `maximumPieces` pieces: runs of ASCII, line ends, code points that combine with their neighbors in
+    /// different ways, halves of surrogate pairs, and arbitrary code points.
     [[nodiscard]] Text next(std::size_t maximumPieces);
 
-    /// Bytes of which most, but not all, are well-formed UTF-8.
+    /// Returns up to `maximumPieces` pieces of bytes, most of them well-formed UTF-8.
     [[nodiscard]] std::string nextBytes(std::size_t maximumPieces);
 
 private:
@@ -31,13 +31,13 @@ private:
     std::mt19937 generator_;
 };
 
-/// Appends a code point, a surrogate included, as UTF-16.
+/// Appends a code point, which may be a surrogate, as UTF-16.
 void append(Text& text, char32_t codePoint);
 
-/// The units in hexadecimal, for failure messages.
+/// Returns the units in hexadecimal, for failure messages.
 [[nodiscard]] std::string unitsOf(TextView text);
 
-/// The bytes in hexadecimal, for failure messages.
+/// Returns the bytes in hexadecimal, for failure messages.
 [[nodiscard]] std::string hexOf(std::string_view bytes);
 
 }  // namespace lomaris::test

@@ -20,8 +20,8 @@ const utf8proc_property_t& propertyOf(char32_t codePoint) {
     return *utf8proc_get_property(static_cast<utf8proc_int32_t>(codePoint));
 }
 
-/// What the standard reserves unassigned code points for, by the letters of `classOf`: plane 14 and a few others for
-/// invisible controls, the emoji blocks for pictographs.
+/// Returns the class of an unassigned code point, as `classOf` does. The standard reserves plane 14 and a few other
+/// code points for invisible controls, and the emoji blocks for pictographs.
 char reservedClassOf(char32_t codePoint) {
     const char32_t block = codePoint / 0x100;
     if (codePoint == 0x2065 || codePoint / 0x10 == 0xFFF || block / 0x10 == 0xE0) {
@@ -31,7 +31,7 @@ char reservedClassOf(char32_t codePoint) {
     return isEmojiBlock && codePoint < 0x1FFFE ? 'E' : 'o';
 }
 
-/// The break class as a letter: C control, X extend, J joiner, M spacing mark, P prepend, R regional indicator,
+/// Returns the break class as a letter: C control, X extend, J joiner, M spacing mark, P prepend, R regional indicator,
 /// E pictograph, L V T for the parts and A B for the syllables (LV, LVT) of Hangul, o for all others.
 char classOf(char32_t codePoint) {
     if (propertyOf(codePoint).category == UTF8PROC_CATEGORY_CN) {
@@ -77,7 +77,7 @@ bool isVirama(char32_t codePoint) {
 }
 
 bool isConjunctConsonant(char32_t codePoint) {
-    // The blocks of the scripts have one layout, and each has its own gaps and additions.
+    // The blocks of these scripts share one layout; each has its own gaps and additions.
     static constexpr std::u32string_view gaps =
         U"\u0929\u0931\u0934"
         U"\u09A9\u09B1\u09B3\u09B4\u09B5"
@@ -96,7 +96,7 @@ bool isConjunctConsonant(char32_t codePoint) {
                        [codePoint](char32_t block) { return codePoint >= block + 0x15 && codePoint <= block + 0x39; });
 }
 
-/// consonant, (mark | joiner | virama)*, at least one virama among them, in front of `index`.
+/// True if `index` follows a consonant, (mark | joiner | virama)*, with at least one virama among them.
 bool linksConjunct(const CodePoints& text, std::size_t index) {
     bool sawVirama = false;
     while (index > 0) {
@@ -113,7 +113,7 @@ bool linksConjunct(const CodePoints& text, std::size_t index) {
     return false;
 }
 
-/// pictograph, extend*, joiner in front of `index`.
+/// True if `index` follows a pictograph, extend*, joiner.
 bool joinsPictographs(const CodePoints& text, std::size_t index) {
     if (classOf(text[index - 1]) != 'J') {
         return false;
@@ -185,8 +185,8 @@ const std::vector<Form>& forms() {
     return table;
 }
 
-/// How many of the bytes agree with the row.
-std::size_t agreement(const Form& form, std::string_view bytes) {
+/// Returns how many bytes, from the first, are in the ranges of the row.
+std::size_t matchingByteCount(const Form& form, std::string_view bytes) {
     std::size_t count = 0;
     while (count < form.ranges.size() && count < bytes.size()) {
         const int byte = static_cast<unsigned char>(bytes[count]);
@@ -302,7 +302,7 @@ Decoded decodeUtf8(std::string_view bytes) {
         std::size_t longest = 1;
         bool isComplete = false;
         for (const Form& form : forms()) {
-            const std::size_t count = agreement(form, bytes);
+            const std::size_t count = matchingByteCount(form, bytes);
             longest = std::max(longest, count);
             isComplete = isComplete || count == form.ranges.size();
         }

@@ -7,30 +7,30 @@
 #include <string_view>
 #include <vector>
 
-/// The same questions as in `text/`, answered slowly and in the most literal way, to compare with.
+/// The functions of `text/` implemented slowly and literally from the standards, to compare with.
 namespace lomaris::test::reference {
 
-/// The code points of `text`; half a surrogate pair is U+FFFD.
+/// Returns the code points of `text`; half a surrogate pair is U+FFFD.
 [[nodiscard]] std::vector<char32_t> codePoints(TextView text);
 
-/// The characters of `text`, as code points. Every rule looks back through the whole text.
+/// Returns the characters of `text`, as code points. Every rule may read back to the start of the text.
 [[nodiscard]] std::vector<std::vector<char32_t>> characters(TextView text);
 
-/// Whether the library's own break function may answer anything for `text`, depending on its version: it holds a
-/// virama, which may or may not link consonants, or a code point that is not assigned yet.
+/// True if the result of the library's own break function for `text` depends on the library's version: if the text
+/// contains an unassigned code point or a virama, which joins consonants only in some versions.
 [[nodiscard]] bool dependsOnLibraryVersion(TextView text);
 
-/// How many characters there are by the library's own break function.
+/// Returns the number of characters by the library's own break function.
 [[nodiscard]] std::int64_t libraryCharacterCount(TextView text);
 
-/// The canonical decomposition of `text`, by the library's own normalisation of the whole text.
+/// Returns the canonical decomposition of `text` as UTF-8, by the library's own normalization of the whole text.
 [[nodiscard]] std::string decomposed(TextView text);
 
 [[nodiscard]] bool hasCharacterPrefix(TextView text, TextView prefix);
 
 [[nodiscard]] std::string utf8(TextView text);
 
-/// `bytes` as a text with one U+FFFD for every maximal ill-formed part, and whether there was none.
+/// Decoded bytes, with one U+FFFD for every maximal ill-formed part. Valid if there was no such part.
 struct Decoded {
     Text text;
     bool isValid = true;

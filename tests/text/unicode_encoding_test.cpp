@@ -11,7 +11,7 @@ namespace {
 using namespace std::string_view_literals;
 using enum UnicodeEncoding;
 
-TEST(UnicodeEncoding, IsToldByItsMarkOrItsZeroBytes) {
+TEST(UnicodeEncoding, IsDetectedFromItsMarkOrZeroBytes) {
     struct Example {
         std::string_view bytes;
         UnicodeEncoding encoding;
@@ -43,7 +43,7 @@ TEST(UnicodeEncoding, IsToldByItsMarkOrItsZeroBytes) {
     }
 }
 
-TEST(UnicodeEncoding, LooksAtNothingBehindTheEndOfTheBytes) {
+TEST(UnicodeEncoding, IsDetectedWithoutReadingPastTheEnd) {
     for (const std::string_view bytes : {"\0\0\0{"sv, "{\0\0\0"sv, "\0{\0{"sv, "{\0{\0"sv}) {
         for (std::size_t length = 0; length < bytes.size(); ++length) {
             EXPECT_EQ(detectUnicodeEncoding(bytes.substr(0, length)).encoding, utf8) << length;

@@ -16,8 +16,8 @@ namespace lomaris::test {
 
 namespace {
 
-/// Asks all functions that take bytes, and compares with the reference.
-void expectReadsAsReference(const std::string& bytes) {
+/// Compares every function that takes bytes with the reference.
+void expectDecodesAsReference(const std::string& bytes) {
     const reference::Decoded expected = reference::decodeUtf8(bytes);
     ASSERT_EQ(isValidUtf8(bytes), expected.isValid) << hexOf(bytes);
     ASSERT_EQ(textFromUtf8(bytes), expected.text) << hexOf(bytes);
@@ -27,18 +27,18 @@ void expectReadsAsReference(const std::string& bytes) {
 
 }  // namespace
 
-TEST(Utf8, LooksAtNothingBehindTheEndOfTheBytes) {
+TEST(Utf8, ReadsNothingPastTheEnd) {
     const std::string_view whole = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80z";
     for (std::size_t length = 0; length <= whole.size(); ++length) {
         const std::string_view cut = whole.substr(0, length);
-        // The copy has a zero byte behind its end, and not the rest of a character.
+        // A zero byte follows the copy; the rest of a character may follow `cut`.
         const std::string copy(cut);
         EXPECT_EQ(textFromUtf8(cut), textFromUtf8(copy)) << length;
         EXPECT_EQ(isValidUtf8(cut), isValidUtf8(copy)) << length;
     }
 }
 
-TEST(Utf8, TellsValidFromInvalidAsRecorded) {
+TEST(Utf8, ValidatesEveryRecordedCase) {
     for (const auto& [line, value] : readVectors("utf8-validity")) {
         const std::string bytes = bytesOf(value.at("bytes"));
         const bool expected = value.at("expected").at("valid").get<bool>();
@@ -47,7 +47,7 @@ TEST(Utf8, TellsValidFromInvalidAsRecorded) {
     }
 }
 
-TEST(Utf8, RepairsAsRecorded) {
+TEST(Utf8, RepairsEveryRecordedCase) {
     for (const auto& [line, value] : readVectors("utf8-repair")) {
         const std::string bytes = bytesOf(value.at("bytes"));
         const std::string expected = bytesOf(value.at("expected").at("utf8"));
@@ -55,7 +55,7 @@ TEST(Utf8, RepairsAsRecorded) {
     }
 }
 
-TEST(Utf8, WritesTextsAsRecorded) {
+TEST(Utf8, EncodesEveryRecordedCase) {
     for (const auto& [line, value] : readVectors("character-count")) {
         const Text text = textOf(value.at("text"));
         const std::string expected = bytesOf(value.at("expected").at("utf8"));
@@ -63,7 +63,7 @@ TEST(Utf8, WritesTextsAsRecorded) {
     }
 }
 
-TEST(Utf8, RepairsAsRecordedBehindAndBeforeAnyAmountOfAscii) {
+TEST(Utf8, RepairsEveryRecordedCaseBetweenRunsOfAscii) {
     for (const auto& [line, value] : readVectors("utf8-repair")) {
         const std::string bytes = bytesOf(value.at("bytes"));
         const std::string expected = bytesOf(value.at("expected").at("utf8"));
@@ -78,37 +78,37 @@ TEST(Utf8, RepairsAsRecordedBehindAndBeforeAnyAmountOfAscii) {
     }
 }
 
-TEST(Utf8, ReadsEveryPairOfBytesAsTheTableOfFormsSays) {
+TEST(Utf8, DecodesEveryPairOfBytesAsTheReference) {
     for (int first = 0; first < 0x100; ++first) {
         for (int second = 0; second < 0x100; ++second) {
-            expectReadsAsReference({static_cast<char>(first), static_cast<char>(second)});
+            expectDecodesAsReference({static_cast<char>(first), static_cast<char>(second)});
         }
     }
 }
 
-TEST(Utf8, ReadsFourBytesAroundEveryEdgeAsTheTableOfFormsSays) {
+TEST(Utf8, DecodesFourBytesAroundEveryEdgeAsTheReference) {
     static constexpr std::array<int, 14> edges{0x41, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0,
                                                0xBF, 0xC2, 0xE0, 0xED, 0xF0, 0xF4, 0xF5};
     for (const int first : edges) {
         for (const int second : edges) {
             for (const int third : edges) {
                 for (const int fourth : edges) {
-                    expectReadsAsReference({static_cast<char>(first), static_cast<char>(second),
-                                            static_cast<char>(third), static_cast<char>(fourth)});
+                    expectDecodesAsReference({static_cast<char>(first), static_cast<char>(second),
+                                              static_cast<char>(third), static_cast<char>(fourth)});
                 }
             }
         }
     }
 }
 
-TEST(Utf8, ReadsRandomBytesAsTheTableOfFormsSays) {
+TEST(Utf8, DecodesRandomBytesAsTheReference) {
     RandomTexts random(20240501);
     for (int round = 0; round < 4000; ++round) {
-        expectReadsAsReference(random.nextBytes(24));
+        expectDecodesAsReference(random.nextBytes(24));
     }
 }
 
-TEST(Utf8, WritesRandomTextsAsTheLibraryEncodesTheirCodePoints) {
+TEST(Utf8, EncodesRandomTextsAsTheLibrary) {
     RandomTexts random(7);
     for (int round = 0; round < 4000; ++round) {
         const Text text = random.next(24);
@@ -116,7 +116,7 @@ TEST(Utf8, WritesRandomTextsAsTheLibraryEncodesTheirCodePoints) {
     }
 }
 
-TEST(Utf8, CarriesEveryCodePointThereAndBack) {
+TEST(Utf8, RoundTripsEveryCodePoint) {
     for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
         if (codePoint >= 0xD800 && codePoint <= 0xDFFF) {
             continue;
@@ -147,8 +147,8 @@ TEST(Utf8, WritesHalfASurrogatePairAsReplacementCharacter) {
     }
 }
 
-TEST(Utf8, TearsNoSurrogatePairOfALongText) {
-    // Behind three bytes a unit, as many as units can make.
+TEST(Utf8, KeepsSurrogatePairsOfALongTextTogether) {
+    // Every unit before the pair takes three bytes, the most that a unit can take.
     for (std::size_t before = 0; before <= 5000; ++before) {
         const Text text = Text(before, u'\u20AC') + u"\U0001F600";
         ASSERT_EQ(textFromUtf8(utf8FromText(text)), text) << before;
@@ -166,7 +166,7 @@ TEST(Utf8, KeepsByteOrderMarksAndNullCharacters) {
     EXPECT_EQ(utf8FromText(text), bytes);
 }
 
-TEST(Utf8, AppendsBehindWhatIsThere) {
+TEST(Utf8, AppendsToExistingBytes) {
     std::string output = "x";
     appendUtf8(output, u"");
     appendUtf8(output, u"\u00E9");
@@ -174,7 +174,7 @@ TEST(Utf8, AppendsBehindWhatIsThere) {
     EXPECT_EQ(output, "x\u00E9yz");
 }
 
-TEST(Utf8, ReadsAndWritesNothing) {
+TEST(Utf8, ConvertsEmptyStrings) {
     EXPECT_TRUE(isValidUtf8(std::string_view()));
     EXPECT_EQ(textFromUtf8(std::string_view()), Text());
     EXPECT_EQ(textFromValidUtf8(std::string_view()), Text());
