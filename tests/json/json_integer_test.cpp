@@ -13,7 +13,7 @@ namespace {
 constexpr std::int64_t greatest = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t least = std::numeric_limits<std::int64_t>::min();
 
-TEST(JsonInteger, IsANumberWhoseValueIsOne) {
+TEST(JsonInteger, IsReadFromAnyNumberWithAnIntegerValue) {
     struct Example {
         std::string written;
         std::int64_t value;
@@ -52,7 +52,7 @@ TEST(JsonInteger, IsANumberWhoseValueIsOne) {
     }
 }
 
-TEST(JsonInteger, IsNothingElse) {
+TEST(JsonInteger, RefusesFractionsAndOverflow) {
     const std::vector<std::string> examples = {
         "1.5",
         "1e-3",
@@ -74,7 +74,7 @@ TEST(JsonInteger, IsNothingElse) {
     }
 }
 
-TEST(JsonInteger, MustBeWrittenAsJsonWritesNumbers) {
+TEST(JsonInteger, RefusesMalformedNumbers) {
     for (const auto* written :
          {"",    "-",   "--1",  "+1",   "01",   "-01", "00",  ".5",  "1.", "1.e1", "1e",  "1e+",
           "1e-", "1ee", "1e1.", "1e+-", "1.2.", "1-2", "0x1", "1,5", " 1", "1 ",   "inf", "1e 1"}) {

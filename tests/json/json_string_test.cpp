@@ -36,7 +36,7 @@ TEST(JsonString, IsDecodedWithItsEscapes) {
     }
 }
 
-TEST(JsonString, IsRefusedWhereItIsIllFormed) {
+TEST(JsonString, IsRefusedIfIllFormed) {
     const std::vector<std::string_view> examples = {
         "\n",
         "a\0b"sv,
@@ -77,7 +77,7 @@ TEST(JsonString, IsRefusedWhereItIsIllFormed) {
     }
 }
 
-TEST(JsonString, FindsAnEscapeOrAFaultAtEveryPlaceOfALongText) {
+TEST(JsonString, FindsAnEscapeOrErrorAnywhereInALongText) {
     for (std::size_t place = 0; place < 50; ++place) {
         const std::string before(place, 'a');
         const std::string after(50 - place, 'b');

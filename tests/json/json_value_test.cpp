@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(JsonParser, TellsTheKindOfADocumentAndWhereItStands) {
+TEST(JsonParser, ReturnsTheKindAndTheBytesOfADocument) {
     struct Example {
         std::string_view document;
         JsonValue root;
@@ -39,7 +39,7 @@ TEST(JsonParser, TellsTheKindOfADocumentAndWhereItStands) {
     }
 }
 
-TEST(JsonParser, RefusesWhatIsNotExactlyOneDocument) {
+TEST(JsonParser, RefusesAnythingButOneDocument) {
     const std::vector<std::string_view> documents = {
         "",
         " ",
@@ -111,7 +111,7 @@ TEST(JsonParser, RefusesWhatIsNotExactlyOneDocument) {
     }
 }
 
-TEST(JsonParser, LooksIntoNoStringAndNoNumberBeforeItIsAskedFor) {
+TEST(JsonParser, DoesNotValidateStringsAndNumbers) {
     const std::vector<std::pair<std::string_view, JsonValue>> examples = {
         {"\"a\0\n\""sv, {JsonKind::string, "a\0\n"sv}},
         {R"("\x\ud800\u12")", {JsonKind::string, R"(\x\ud800\u12)"}},
@@ -151,7 +151,7 @@ TEST(JsonParser, AllowsNestingUpToItsLimit) {
     EXPECT_FALSE(parseJson(std::string(1000000, '[')));
 }
 
-TEST(JsonParser, CountsObjectsAndArraysTogetherAndOnlyThoseThatAreOpen) {
+TEST(JsonParser, CountsOpenObjectsAndArraysTogether) {
     std::string opening;
     std::string closing;
     for (int pair = 0; pair < 256; ++pair) {
@@ -177,7 +177,7 @@ TEST(JsonParser, ConvertsADocumentInAnotherEncoding) {
     EXPECT_FALSE(parseJson("[\0]\0\0"sv)) << "half a unit";
 }
 
-/// The members of an object, or nothing where it is none.
+/// Returns the members of an object. Returns nullopt if `value` is not an object.
 std::optional<std::vector<JsonMember>> membersOf(const JsonValue& value) {
     std::vector<JsonMember> members;
     const bool isObject = visitMembers(value, [&members](const JsonMember& member) { members.push_back(member); });
@@ -196,14 +196,14 @@ TEST(JsonMembers, KeepTheirOrderAndEqualKeys) {
     EXPECT_EQ(membersOf(document->root()), expected);
 }
 
-TEST(JsonMembers, AreThoseOfObjectsAlone) {
+TEST(JsonMembers, AreThoseOfObjectsOnly) {
     EXPECT_EQ(membersOf(parseJson("{ }")->root()), std::vector<JsonMember>());
     for (const auto* other : {"[]", "null", "1", "\"{}\""}) {
         EXPECT_EQ(membersOf(parseJson(other)->root()), std::nullopt) << other;
     }
 }
 
-TEST(JsonElements, AreThoseOfArraysAlone) {
+TEST(JsonElements, AreThoseOfArraysOnly) {
     const std::vector<JsonValue> expected = {
         {JsonKind::number, "1"}, {JsonKind::array, "[ 2,3 ]"}, {JsonKind::string, ","}, {JsonKind::null, "null"}};
     EXPECT_EQ(elementsOf(parseJson(R"([1 , [ 2,3 ],",", null ])")->root()), expected);

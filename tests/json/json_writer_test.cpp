@@ -16,17 +16,17 @@ std::string written(TextView text, SlashEscaping slashes = SlashEscaping::unesca
 
 TEST(JsonWriter, WritesTheFiveShortEscapes) { EXPECT_EQ(written(u"\b\f\n\r\t"), R"("\b\f\n\r\t")"); }
 
-TEST(JsonWriter, WritesOtherControlCharactersInLowerCaseHexadecimal) {
+TEST(JsonWriter, WritesOtherControlCharactersInLowerCaseHex) {
     EXPECT_EQ(written(Text({0, 1, 7, 0xB, 0xE, 0x1F})), R"("\u0000\u0001\u0007\u000b\u000e\u001f")");
 }
 
-TEST(JsonWriter, LeavesDeleteAndEverythingAboveAsItIs) {
+TEST(JsonWriter, WritesDeleteAndNonAsciiUnescaped) {
     EXPECT_EQ(written(u"\u007f\u0080\u00e9\u2028\ufeff\U0001f600"), "\"\x7f\u0080\u00e9\u2028\ufeff\U0001f600\"");
 }
 
 TEST(JsonWriter, EscapesQuotationMarkAndBackslash) { EXPECT_EQ(written(u"a\"b\\c"), R"("a\"b\\c")"); }
 
-TEST(JsonWriter, EscapesSlashesOnlyWhenAsked) {
+TEST(JsonWriter, EscapesSlashesOnlyIfRequested) {
     EXPECT_EQ(written(u"/a/b/", SlashEscaping::unescaped), R"("/a/b/")");
     EXPECT_EQ(written(u"/a/b/", SlashEscaping::escaped), R"("\/a\/b\/")");
 }
@@ -35,7 +35,7 @@ TEST(JsonWriter, WritesHalfASurrogatePairAsReplacementCharacter) {
     EXPECT_EQ(written(Text({u'a', 0xD83D, u'b', 0xDE00})), "\"a\ufffdb\ufffd\"");
 }
 
-TEST(JsonWriter, FindsAnEscapeAtEveryPlaceOfALongText) {
+TEST(JsonWriter, FindsAnEscapeAnywhereInALongText) {
     for (std::size_t position = 0; position < 70; ++position) {
         Text text(70, u'x');
         text[position] = u'"';
@@ -45,7 +45,7 @@ TEST(JsonWriter, FindsAnEscapeAtEveryPlaceOfALongText) {
     }
 }
 
-TEST(JsonWriter, TearsNoSurrogatePairOfALongText) {
+TEST(JsonWriter, KeepsSurrogatePairsOfALongTextTogether) {
     Text text;
     std::string expected;
     for (int pair = 0; pair < 2000; ++pair) {
@@ -100,7 +100,7 @@ TEST(JsonWriter, WritesAnEmptyArrayWithAnEmptyLine) {
               "}");
 }
 
-TEST(JsonWriter, WritesIntegersToTheLimits) {
+TEST(JsonWriter, WritesIntegersUpToTheLimits) {
     JsonWriter writer(SlashEscaping::escaped);
     writer.beginArray();
     writer.integer(std::numeric_limits<std::int64_t>::min());
@@ -110,7 +110,7 @@ TEST(JsonWriter, WritesIntegersToTheLimits) {
     EXPECT_EQ(writer.take(), "[\n  -9223372036854775808,\n  0,\n  9223372036854775807\n]");
 }
 
-TEST(JsonWriter, IsEmptyAfterItsBytesWereTaken) {
+TEST(JsonWriter, IsEmptyAfterTake) {
     JsonWriter writer(SlashEscaping::escaped);
     writer.integer(1);
     EXPECT_EQ(writer.take(), "1");

@@ -17,7 +17,7 @@ struct Example {
     std::string message;
 };
 
-TEST(BridgeError, HasOneSentenceForEachCase) {
+TEST(BridgeError, DescribesEachCaseInOneSentence) {
     const std::vector<Example> examples = {
         {BridgeError::focusedApplicationUnavailable(AXError::noValue), BridgeError::Case::focusedApplicationUnavailable,
          "Could not access the focused application (AX error -25212)."},
@@ -63,7 +63,7 @@ TEST(BridgeError, HasOneSentenceForEachCase) {
     }
 }
 
-TEST(BridgeError, ShowsAnyCodeInDecimalWithItsSign) {
+TEST(BridgeError, WritesErrorCodesInSignedDecimal) {
     const auto messageFor = [](std::int32_t code) {
         return utf8FromText(BridgeError::replacementFailed(static_cast<AXError>(code)).errorDescription());
     };
@@ -83,7 +83,7 @@ TEST(BridgeError, IsEqualByCaseAndPayload) {
     EXPECT_FALSE(BridgeError::invalidInput(u"a") == BridgeError::invalidInput(u"b"));
 }
 
-TEST(BridgeError, NamesItsCaseToAHostThatCatchesStandardExceptions) {
+TEST(BridgeError, NamesItsCaseInWhat) {
     const std::vector<std::pair<BridgeError, std::string>> examples = {
         {BridgeError::focusedApplicationUnavailable(AXError::failure), "focusedApplicationUnavailable"},
         {BridgeError::focusedElementUnavailable(AXError::failure, u"Notes"), "focusedElementUnavailable"},

@@ -53,7 +53,7 @@ TEST(CaptureTrace, IsOneInstanceForTheProcess) {
     EXPECT_EQ(&SelectionCaptureTrace::shared(), &SelectionCaptureTrace::shared());
 }
 
-TEST(CaptureTrace, LosesNoCountWhenThreadsWriteTogether) {
+TEST(CaptureTrace, LosesNoCountIfThreadsWriteConcurrently) {
     SelectionCaptureTrace trace;
     constexpr int threadCount = 4;
     constexpr int countsPerThread = 10000;
@@ -71,7 +71,7 @@ TEST(CaptureTrace, LosesNoCountWhenThreadsWriteTogether) {
     EXPECT_EQ(trace.snapshot().at(3).second, threadCount * countsPerThread);
 }
 
-TEST(CaptureTraceDeathTest, EndsTheProcessWhenACountWouldOverflow) {
+TEST(CaptureTraceDeathTest, EndsTheProcessIfACountWouldOverflow) {
     SelectionCaptureTrace trace;
     trace.record(Key::keyPresses, std::numeric_limits<std::int64_t>::max());
     EXPECT_DEATH(trace.increment(Key::keyPresses), "");

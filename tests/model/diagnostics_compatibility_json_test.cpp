@@ -23,7 +23,7 @@ CompatibilityDiagnosticPayload compatibility() {
     return payload;
 }
 
-/// The JSON of `compatibility`.
+/// Returns the JSON of `compatibility` with the member `key` replaced by `value`, or left out if `value` is empty.
 std::string compatibilityWith(const std::string& key, const std::string& value) {
     return test::objectOf(
         {
@@ -41,7 +41,7 @@ std::string compatibilityWith(const std::string& key, const std::string& value) 
         key, value);
 }
 
-TEST(CompatibilityDiagnosticJson, SortsTheKeysAndEscapesSlashesWhereAsked) {
+TEST(CompatibilityDiagnosticJson, SortsTheKeysAndEscapesSlashesIfRequested) {
     CompatibilityDiagnosticPayload payload = compatibility();
     payload.applicationName = u"Notes/2";
     EXPECT_EQ(encodeJson(payload, SlashEscaping::escaped),
@@ -83,7 +83,7 @@ TEST(CompatibilityDiagnosticJson, DecodesACompleteRecordAndIgnoresUnknownKeys) {
     EXPECT_EQ(decodeCompatibilityDiagnostic(encodeJson(compatibility(), SlashEscaping::escaped)), compatibility());
 }
 
-TEST(CompatibilityDiagnosticJson, TakesAMissingOrNullOptionalFieldForAbsent) {
+TEST(CompatibilityDiagnosticJson, ReadsAMissingOrNullOptionalFieldAsAbsent) {
     CompatibilityDiagnosticPayload expected = compatibility();
     expected.applicationName.reset();
     EXPECT_EQ(decodeCompatibilityDiagnostic(compatibilityWith("applicationName", "null")), expected);

@@ -53,7 +53,7 @@ AccessibilityDiagnosticPayload payloadWith(std::vector<AccessibilityNodeDiagnost
     return payload;
 }
 
-/// The JSON of `fullNode`.
+/// Returns the JSON of `fullNode` with the member `key` replaced by `value`, or left out if `value` is empty.
 std::string nodeWith(const std::string& key, const std::string& value) {
     return objectOf(
         {
@@ -73,7 +73,7 @@ std::string nodeWith(const std::string& key, const std::string& value) {
         key, value);
 }
 
-/// The JSON of a payload with `fullNode`.
+/// Returns the JSON of a payload with `fullNode`, one member replaced or left out in the same way.
 std::string diagnosticWith(const std::string& key, const std::string& value) {
     return objectOf(
         {
@@ -91,7 +91,7 @@ std::optional<AccessibilityDiagnosticPayload> decodeWithNode(const std::string& 
     return decodeAccessibilityDiagnostic(diagnosticWith("relevantNodes", "[" + nodeWith(key, value) + "]"));
 }
 
-TEST(AccessibilityDiagnosticJson, SortsTheKeysAndEscapesSlashesWhereAsked) {
+TEST(AccessibilityDiagnosticJson, SortsTheKeysAndEscapesSlashesIfRequested) {
     EXPECT_EQ(encodeJson(payloadWith({fullNode()}), SlashEscaping::escaped),
               "{\n"
               "  \"applicationName\" : \"Notes\",\n"
@@ -123,7 +123,7 @@ TEST(AccessibilityDiagnosticJson, SortsTheKeysAndEscapesSlashesWhereAsked) {
               std::string::npos);
 }
 
-TEST(AccessibilityDiagnosticJson, WritesABareNodeWithItsSixRequiredKeysOnly) {
+TEST(AccessibilityDiagnosticJson, WritesOnlyTheSixRequiredKeysOfABareNode) {
     AccessibilityDiagnosticPayload payload = payloadWith({bareNode(), bareNode()});
     payload.applicationName.reset();
     payload.bundleIdentifier.reset();
@@ -153,7 +153,7 @@ TEST(AccessibilityDiagnosticJson, WritesABareNodeWithItsSixRequiredKeysOnly) {
               "}");
 }
 
-TEST(AccessibilityDiagnosticJson, KeepsTheArrayOfNodesWhereItIsEmpty) {
+TEST(AccessibilityDiagnosticJson, WritesAnEmptyArrayOfNodes) {
     AccessibilityDiagnosticPayload payload = payloadWith({});
     payload.scannedNodeCount = 1;
     payload.truncated = false;
@@ -170,7 +170,7 @@ TEST(AccessibilityDiagnosticJson, KeepsTheArrayOfNodesWhereItIsEmpty) {
               "}");
 }
 
-TEST(AccessibilityDiagnosticJson, ComesBackFromARoundTrip) {
+TEST(AccessibilityDiagnosticJson, SurvivesARoundTrip) {
     AccessibilityNodeDiagnostic extreme = fullNode();
     extreme.identifier = u"\"\\/\u0001\U0001F1EB\U0001F1F7";
     extreme.role = Text();
@@ -197,7 +197,7 @@ TEST(AccessibilityDiagnosticJson, DecodesCompleteRecordsAndIgnoresUnknownKeys) {
               payloadWith({fullNode(), fullNode()}));
 }
 
-TEST(AccessibilityDiagnosticJson, TakesAMissingOrNullOptionalFieldForAbsent) {
+TEST(AccessibilityDiagnosticJson, ReadsAMissingOrNullOptionalFieldAsAbsent) {
     const auto expectedNode = [](const std::string& key) {
         AccessibilityNodeDiagnostic node = fullNode();
         if (key == "role") {

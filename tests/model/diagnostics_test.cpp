@@ -25,7 +25,7 @@ SelectionPayload readSelection() {
     return payload;
 }
 
-TEST(CompatibilityDiagnostic, SumsUpASelectionThatWasReadDirectly) {
+TEST(CompatibilityDiagnostic, SummarizesASelectionReadDirectly) {
     CompatibilityDiagnosticPayload expected;
     expected.schemaVersion = 1;
     expected.applicationName = u"Notes";
@@ -40,7 +40,7 @@ TEST(CompatibilityDiagnostic, SumsUpASelectionThatWasReadDirectly) {
     EXPECT_EQ(CompatibilityDiagnosticPayload(readSelection()), expected);
 }
 
-TEST(CompatibilityDiagnostic, SumsUpASelectionThatWasCopied) {
+TEST(CompatibilityDiagnostic, SummarizesACopiedSelection) {
     SelectionPayload selection;
     selection.selectedText = u"fox";
     selection.selectionMethod = selection_method::keyboardClipboardFallback;
@@ -53,7 +53,7 @@ TEST(CompatibilityDiagnostic, SumsUpASelectionThatWasCopied) {
     EXPECT_EQ(CompatibilityDiagnosticPayload(selection), expected);
 }
 
-TEST(CompatibilityDiagnostic, CallsTheClipboardUsedWhereverTheTextCannotBeWritten) {
+TEST(CompatibilityDiagnostic, UsesTheClipboardIfTheTextCannotBeWritten) {
     for (const TextView method : {selection_method::accessibility, selection_method::keyboardClipboardFallback}) {
         for (const bool supports : {false, true}) {
             SelectionPayload selection = readSelection();
@@ -67,7 +67,7 @@ TEST(CompatibilityDiagnostic, CallsTheClipboardUsedWhereverTheTextCannotBeWritte
     }
 }
 
-TEST(CompatibilityDiagnostic, CallsAnEmptySelectionUnreadable) {
+TEST(CompatibilityDiagnostic, ReportsAnEmptySelectionAsUnreadable) {
     SelectionPayload selection = readSelection();
     selection.selectedText.clear();
     const CompatibilityDiagnosticPayload compatibility(selection);
@@ -76,12 +76,12 @@ TEST(CompatibilityDiagnostic, CallsAnEmptySelectionUnreadable) {
     EXPECT_EQ(compatibility.contextBeforeLength, 10);
 }
 
-TEST(CompatibilityDiagnostic, CountsCharactersAsPeoplePerceiveThem) {
+TEST(CompatibilityDiagnostic, CountsUserPerceivedCharacters) {
     const std::vector<std::pair<Text, std::int64_t>> examples = {
         {u"\U0001F1EB\U0001F1F7", 1},        // a flag, four units
         {u"e\u0301", 1},                     // a letter and its accent
         {u"\r\n", 1},                        // a line break
-        {u"\U0001F469\u200D\U0001F4BB", 1},  // two emoji joined to one
+        {u"\U0001F469\u200D\U0001F4BB", 1},  // two emoji joined into one
         {u"\u0915\u094D\u0937", 1},          // an Indic conjunct
         {Text(1, u'\xD83C'), 1},             // half a surrogate pair
         {u"a b", 3},
@@ -99,7 +99,7 @@ TEST(CompatibilityDiagnostic, CountsCharactersAsPeoplePerceiveThem) {
     }
 }
 
-TEST(CompatibilityDiagnostic, LeavesOutNamesThatTheSelectionDoesNotHave) {
+TEST(CompatibilityDiagnostic, LeavesOutNamesMissingFromTheSelection) {
     SelectionPayload selection = readSelection();
     selection.applicationName.reset();
     selection.bundleIdentifier.reset();

@@ -37,7 +37,7 @@ TEST(GuardTrace, NumbersTheReasonsFromOneToFive) {
     }
 }
 
-TEST(GuardTrace, ReplacesAnEarlierRecordAsAWhole) {
+TEST(GuardTrace, ReplacesAnEarlierRecordCompletely) {
     ReplacementGuardTrace trace;
     trace.record({.reason = Reason::textChanged, .error = 2, .expectedCharacters = 3, .currentCharacters = 7});
     trace.record({.reason = Reason::notFrontmost});
@@ -56,7 +56,7 @@ TEST(GuardTrace, IsOneInstanceForTheProcess) {
     EXPECT_EQ(&ReplacementGuardTrace::shared(), &ReplacementGuardTrace::shared());
 }
 
-TEST(GuardTrace, ShowsOnlyWholeRecordsWhenThreadsWriteTogether) {
+TEST(GuardTrace, ShowsOnlyWholeRecordsIfThreadsWriteConcurrently) {
     ReplacementGuardTrace trace;
     constexpr int threadCount = 4;
     constexpr int roundsPerThread = 2000;

@@ -26,7 +26,7 @@ GuardedReplacementRequest fullRequest() {
     return request;
 }
 
-/// A complete document with one member replaced, or left out where `value` is empty.
+/// Returns a complete document with the member `key` replaced by `value`, or left out if `value` is empty.
 std::string documentWith(const std::string& key, const std::string& value) {
     const std::vector<std::pair<std::string, std::string>> members = {
         {"expectedText", "\"brown fox\""},
@@ -49,7 +49,7 @@ std::string documentWith(const std::string& key, const std::string& value) {
 
 std::string completeDocument() { return documentWith("", ""); }
 
-/// The members of an object of four counters of which one is replaced.
+/// Returns an object of four counters of 1, with the counter `key` replaced by `value`.
 std::string activityWith(const std::string& key, const std::string& value) {
     std::string object;
     for (const auto* name : {"keyDownCount", "leftMouseDownCount", "rightMouseDownCount", "otherMouseDownCount"}) {
@@ -58,7 +58,7 @@ std::string activityWith(const std::string& key, const std::string& value) {
     return object + "}";
 }
 
-/// `document`, which is ASCII, with every character in a unit of `size` bytes.
+/// Returns `document`, which must be ASCII, with every character in a unit of `size` bytes.
 std::string inUnitsOf(std::size_t size, std::size_t placeOfByte, const std::string& document) {
     std::string encoded;
     for (const char character : document) {
@@ -93,7 +93,7 @@ std::optional<GuardedReplacementRequest> requestOf(const nlohmann::json& expecte
     return request;
 }
 
-TEST(GuardedReplacementRequest, IsDecodedAsThePlatformsDecoderDoesInEveryReferenceCase) {
+TEST(GuardedReplacementRequest, MatchesThePlatformDecoderInEveryReferenceCase) {
     int accepted = 0;
     for (const auto& vector : test::readVectors("request-json")) {
         const auto expected = requestOf(vector.value.at("expected"));
@@ -123,7 +123,7 @@ TEST(GuardedReplacementRequest, NeedsNeitherBundleIdentifierNorRange) {
     EXPECT_EQ(decodeGuardedReplacementRequest(encodeJson(expected, SlashEscaping::unescaped)), expected);
 }
 
-TEST(GuardedReplacementRequest, NeedsEverythingElse) {
+TEST(GuardedReplacementRequest, NeedsEveryOtherField) {
     for (const auto* key : {"expectedText", "expectedProcessIdentifier", "expectedInputActivity", "replacementText"}) {
         EXPECT_FALSE(decodeGuardedReplacementRequest(documentWith(key, ""))) << key;
         EXPECT_FALSE(decodeGuardedReplacementRequest(documentWith(key, "null"))) << key;
@@ -133,7 +133,7 @@ TEST(GuardedReplacementRequest, NeedsEverythingElse) {
     }
 }
 
-TEST(GuardedReplacementRequest, TakesEmptyTextsAndPositionsOfAnyKindAsTheyAre) {
+TEST(GuardedReplacementRequest, AcceptsEmptyTextsAndNegativeRanges) {
     GuardedReplacementRequest request = fullRequest();
     request.expectedText.clear();
     request.expectedBundleIdentifier = u"";
@@ -142,21 +142,21 @@ TEST(GuardedReplacementRequest, TakesEmptyTextsAndPositionsOfAnyKindAsTheyAre) {
     EXPECT_EQ(decodeGuardedReplacementRequest(encodeJson(request, SlashEscaping::unescaped)), request);
 }
 
-TEST(GuardedReplacementRequest, TakesANumberForAnIntegerWhenItsValueIsOne) {
+TEST(GuardedReplacementRequest, AcceptsAnyNumberWithAnIntegerValue) {
     for (const auto* number : {"812", "812.0", "8.12e2", "8120e-1", "812.0000000000000000000000001"}) {
         EXPECT_EQ(decodeGuardedReplacementRequest(documentWith("expectedProcessIdentifier", number)), fullRequest())
             << number;
     }
 }
 
-TEST(GuardedReplacementRequest, RefusesAProcessIdentifierThatIsNoSigned32BitInteger) {
+TEST(GuardedReplacementRequest, RefusesAProcessIdentifierOutsideSigned32Bit) {
     for (const auto* value : {"4294967296", "2147483648", "-2147483649", "812.5", "1e400", "0812", "+812", "-", "true",
                               "\"812\"", "[812]", "{}"}) {
         EXPECT_FALSE(decodeGuardedReplacementRequest(documentWith("expectedProcessIdentifier", value))) << value;
     }
 }
 
-TEST(GuardedReplacementRequest, RefusesTextsOfTheWrongKindOrForm) {
+TEST(GuardedReplacementRequest, RefusesTextsOfTheWrongTypeOrIllFormed) {
     for (const auto* key : {"expectedText", "expectedBundleIdentifier", "replacementText"}) {
         for (const auto* value : {"1", "true", "[]", "{}", "[\"a\"]", "\"\\x\"", "\"\\ud800\"", "\"\n\"", "\"\xFF\""}) {
             EXPECT_FALSE(decodeGuardedReplacementRequest(documentWith(key, value))) << key << " " << value;
@@ -173,7 +173,7 @@ TEST(GuardedReplacementRequest, RefusesARangeThatIsNotTwoIntegers) {
     }
 }
 
-TEST(GuardedReplacementRequest, RefusesCountersThatAreNoUnsigned32BitIntegers) {
+TEST(GuardedReplacementRequest, RefusesCountersOutsideUnsigned32Bit) {
     for (const auto* key : {"keyDownCount", "leftMouseDownCount", "rightMouseDownCount", "otherMouseDownCount"}) {
         EXPECT_TRUE(decodeGuardedReplacementRequest(documentWith("expectedInputActivity", activityWith(key, "2"))));
         for (const auto* value : {"-1", "4294967296", "1.5", "true", "null", "\"1\""}) {
@@ -187,14 +187,14 @@ TEST(GuardedReplacementRequest, RefusesCountersThatAreNoUnsigned32BitIntegers) {
     }
 }
 
-TEST(GuardedReplacementRequest, IsRefusedWhenItEndsTooEarlyAtWhateverByte) {
+TEST(GuardedReplacementRequest, IsRefusedIfCutAtAnyByte) {
     const std::string document = completeDocument();
     for (std::size_t length = 0; length < document.size(); ++length) {
         EXPECT_FALSE(decodeGuardedReplacementRequest(document.substr(0, length))) << length;
     }
 }
 
-TEST(GuardedReplacementRequest, IsRefusedWhenAnythingFollowsIt) {
+TEST(GuardedReplacementRequest, IsRefusedIfAnythingFollows) {
     EXPECT_TRUE(decodeGuardedReplacementRequest(completeDocument() + " \r\n\t"));
     for (const auto* after : {"x", ",", "{}", "}", "\xEF\xBB\xBF", "\f"}) {
         EXPECT_FALSE(decodeGuardedReplacementRequest(completeDocument() + after)) << after;
@@ -214,7 +214,7 @@ TEST(GuardedReplacementRequest, IsRefusedWithATrailingComma) {
     ASSERT_TRUE(decodeGuardedReplacementRequest(documentWith("expectedInputActivity", activity)));
     EXPECT_FALSE(decodeGuardedReplacementRequest(
         documentWith("expectedInputActivity", activity.substr(0, activity.size() - 1) + ",}")));
-    // Also in the value of a key that is otherwise ignored.
+    // Also refused in the value of an unknown key, which is otherwise ignored.
     for (const auto* value : {"[1,]", "{\"a\":1,}"}) {
         EXPECT_FALSE(
             decodeGuardedReplacementRequest("{\"other\":" + std::string(value) + "," + completeDocument().substr(1)))
@@ -222,7 +222,7 @@ TEST(GuardedReplacementRequest, IsRefusedWithATrailingComma) {
     }
 }
 
-TEST(GuardedReplacementRequest, LooksIntoNoValueOfAnUnknownKey) {
+TEST(GuardedReplacementRequest, DoesNotValidateValuesOfUnknownKeys) {
     using namespace std::string_literals;
     for (const auto& value : {"\"a\0\n\""s, "\"\\x\\ud800\""s, "\"\xFF\""s, "01"s, "1e400"s, "{\"\n\":1}"s}) {
         const std::string document = completeDocument();
@@ -231,14 +231,14 @@ TEST(GuardedReplacementRequest, LooksIntoNoValueOfAnUnknownKey) {
     }
 }
 
-TEST(GuardedReplacementRequest, WantsEveryKeyToBeAText) {
+TEST(GuardedReplacementRequest, RefusesKeysThatAreNotStrings) {
     for (const auto* key : {"\"\n\"", "\"\\x\"", "\"\\udc00\"", "\"\xFF\"", "1", "null"}) {
         EXPECT_FALSE(decodeGuardedReplacementRequest("{" + std::string(key) + ":1," + completeDocument().substr(1)))
             << key;
     }
 }
 
-TEST(GuardedReplacementRequest, CountsTheFirstOfEqualKeysHoweverTheyAreWritten) {
+TEST(GuardedReplacementRequest, UsesTheFirstOfEqualKeysEvenIfEscaped) {
     const std::string rest = completeDocument().substr(1);
     GuardedReplacementRequest expected = fullRequest();
     expected.expectedText = u"first";
@@ -283,7 +283,7 @@ TEST(GuardedReplacementRequest, IsReadInEveryUnicodeEncoding) {
     }
 }
 
-TEST(GuardedReplacementRequest, IsRefusedWhenNestedBeyondAllReason) {
+TEST(GuardedReplacementRequest, IsRefusedIfNestedTooDeeply) {
     const std::string document = completeDocument();
     const auto with = [&document](std::size_t depth) {
         return "{\"other\":" + std::string(depth, '[') + std::string(depth, ']') + "," + document.substr(1);
@@ -308,7 +308,7 @@ TEST(GuardedReplacementRequest, SurvivesARoundTrip) {
     }
 }
 
-TEST(GuardedReplacementRequest, CarriesHalfASurrogatePairAsReplacementCharacter) {
+TEST(GuardedReplacementRequest, EncodesHalfASurrogatePairAsReplacementCharacter) {
     GuardedReplacementRequest request = fullRequest();
     request.expectedText = u"a" + Text(1, char16_t{0xD83D}) + u"b" + Text(1, char16_t{0xDE00});
     const auto decoded = decodeGuardedReplacementRequest(encodeJson(request, SlashEscaping::unescaped));

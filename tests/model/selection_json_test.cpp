@@ -52,7 +52,7 @@ SelectionPayload payloadOf(const nlohmann::json& fields) {
     return payload;
 }
 
-TEST(SelectionJson, IsThePlatformEncodersToTheByteInEveryReferenceCase) {
+TEST(SelectionJson, MatchesThePlatformEncoderInEveryReferenceCase) {
     for (const auto& vector : test::readVectors("selection-json")) {
         const auto slashes = vector.value.at("slashes").get<bool>() ? SlashEscaping::escaped : SlashEscaping::unescaped;
         EXPECT_EQ(encodeJson(payloadOf(vector.value), slashes), test::bytesOf(vector.value.at("expected").at("json")))
@@ -60,7 +60,7 @@ TEST(SelectionJson, IsThePlatformEncodersToTheByteInEveryReferenceCase) {
     }
 }
 
-TEST(SelectionJson, DecodesWhatEveryReferenceCaseEncodes) {
+TEST(SelectionJson, DecodesEveryReferenceCase) {
     for (const auto& vector : test::readVectors("selection-json")) {
         const std::string bytes = test::bytesOf(vector.value.at("expected").at("json"));
         const auto decoded = decodeSelectionPayload(bytes);
@@ -116,7 +116,7 @@ TEST(SelectionJson, LeavesOutNameIdentifierAndRangeWhenAbsent) {
               "}");
 }
 
-/// A complete document with one member replaced, or left out where `value` is empty.
+/// Returns a complete document with the member `key` replaced by `value`, or left out if `value` is empty.
 std::string documentWith(const std::string& key, const std::string& value) {
     const std::vector<std::pair<std::string, std::string>> members = {
         {"applicationName", "\"Notes\""},
@@ -145,7 +145,7 @@ TEST(SelectionJson, DecodesACompleteDocumentAndIgnoresUnknownKeys) {
     EXPECT_EQ(decodeSelectionPayload(documentWith("", "")), fullPayload());
 }
 
-TEST(SelectionJson, TakesAMissingOrNullOptionalFieldForAbsent) {
+TEST(SelectionJson, ReadsAMissingOrNullOptionalFieldAsAbsent) {
     SelectionPayload expected = fullPayload();
     expected.selectedRange.reset();
     EXPECT_EQ(decodeSelectionPayload(documentWith("selectedRange", "null")), expected);
@@ -201,7 +201,7 @@ TEST(SelectionJson, RefusesValuesOfTheWrongTypeOrOutOfRange) {
     EXPECT_FALSE(decodeSelectionPayload("{"));
 }
 
-TEST(SelectionJson, CarriesTheGreatestNumbersThroughARoundTrip) {
+TEST(SelectionJson, RoundTripsTheGreatestNumbers) {
     SelectionPayload payload = fullPayload();
     constexpr std::uint32_t greatest = std::numeric_limits<std::uint32_t>::max();
     payload.inputActivity = {greatest, greatest, greatest, greatest};
@@ -211,7 +211,7 @@ TEST(SelectionJson, CarriesTheGreatestNumbersThroughARoundTrip) {
     EXPECT_EQ(decodeSelectionPayload(encodeJson(payload, SlashEscaping::escaped)), payload);
 }
 
-TEST(SelectionJson, CountsTheFirstOfTwoEqualKeys) {
+TEST(SelectionJson, UsesTheFirstOfTwoEqualKeys) {
     const auto payload = decodeSelectionPayload(
         documentWith("selectionMethod", R"("accessibility","selectionMethod":"keyboardClipboardFallback")"));
     ASSERT_TRUE(payload);
