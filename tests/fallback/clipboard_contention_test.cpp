@@ -33,7 +33,7 @@ protected:
 
     Text read() { return fallback.readSelectedText(812, Policy::standard, nullptr); }
 
-    /// Nothing was done but to wait, and so many seconds have passed.
+    /// The time is `moment`, and nothing was done but to wait.
     void expectUntouched(Moment moment) {
         EXPECT_EQ(desktop.now(), moment);
         EXPECT_EQ(desktop.pasteboardContents(), before);
@@ -54,7 +54,7 @@ protected:
     std::vector<StandingItem> before;
 };
 
-TEST_F(ClipboardContention, BeginsAReadWhenTheOtherOperationEnds) {
+TEST_F(ClipboardContention, StartsAReadWhenTheOtherOperationEnds) {
     notes.onCopy(copies(u"brown fox").after(137ms));
     ASSERT_TRUE(desktop.holdPasteboardUntil(3s));
     EXPECT_EQ(read(), u"brown fox");
@@ -86,14 +86,14 @@ TEST_F(ClipboardContention, WaitsTheFullTimeOfAReadAfterwards) {
     EXPECT_EQ(desktop.now(), 3s + 3160ms);
 }
 
-TEST_F(ClipboardContention, FailsAReadAfter10SecondsHavingTouchedNothing) {
+TEST_F(ClipboardContention, FailsAReadAfter10SecondsWithoutAnyChange) {
     notes.onCopy(copies(u"brown fox"));
     ASSERT_TRUE(desktop.holdPasteboardUntil(Moment::max()));
     EXPECT_EQ(test::thrownBy([this] { return read(); }), inUse());
     expectUntouched(10s);
 }
 
-TEST_F(ClipboardContention, FailsAPasteAfter10SecondsHavingTouchedNothing) {
+TEST_F(ClipboardContention, FailsAPasteAfter10SecondsWithoutAnyChange) {
     ASSERT_TRUE(desktop.holdPasteboardUntil(Moment::max()));
     EXPECT_EQ(test::thrownBy([this] {
                   fallback.replaceSelectedText(u"red fox", 812);
@@ -103,14 +103,14 @@ TEST_F(ClipboardContention, FailsAPasteAfter10SecondsHavingTouchedNothing) {
     expectUntouched(10s);
 }
 
-TEST_F(ClipboardContention, BeginsAtTheLastMoment) {
+TEST_F(ClipboardContention, StartsIfReleasedAtTheDeadline) {
     notes.onCopy(copies(u"brown fox"));
     ASSERT_TRUE(desktop.holdPasteboardUntil(10s));
     EXPECT_EQ(read(), u"brown fox");
     EXPECT_EQ(desktop.now(), 10s);
 }
 
-TEST_F(ClipboardContention, BeginsAfreshAfterAFailure) {
+TEST_F(ClipboardContention, ReadsAfterAnEarlierFailure) {
     notes.onCopy(copies(u"brown fox"));
     ASSERT_TRUE(desktop.holdPasteboardUntil(12s));
     EXPECT_EQ(test::thrownBy([this] { return read(); }), inUse());
@@ -118,7 +118,7 @@ TEST_F(ClipboardContention, BeginsAfreshAfterAFailure) {
     EXPECT_EQ(desktop.now(), 12s);
 }
 
-TEST_F(ClipboardContention, BeginsAPasteWhenTheOtherOperationEnds) {
+TEST_F(ClipboardContention, StartsAPasteWhenTheOtherOperationEnds) {
     notes.onPaste(pastesInto(text));
     ASSERT_TRUE(desktop.holdPasteboardUntil(3s));
     fallback.replaceSelectedText(u"red fox", 812);
@@ -151,7 +151,7 @@ TEST_F(ClipboardContention, ServesItsOwnPromisesWhileItWaits) {
     EXPECT_EQ(served, 1s);
 }
 
-TEST_F(ClipboardContention, EndsAtOnceIfToldToWhileItWaits) {
+TEST_F(ClipboardContention, EndsImmediatelyIfTerminatedWhileWaiting) {
     ASSERT_TRUE(desktop.holdPasteboardUntil(Moment::max()));
     desktop.at(2s, [this] { desktop.terminate(SIGTERM); });
     EXPECT_THROW(static_cast<void>(read()), SimulatedTermination);
@@ -171,7 +171,7 @@ TEST_F(ClipboardContention, ReleasesTheClipboardAfterAReadAndAfterAFailedPaste) 
     EXPECT_TRUE(desktop.holdPasteboardUntil(desktop.now()));
 }
 
-TEST_F(ClipboardContention, KeepsOtherProcessesOutAtEveryCallOfARead) {
+TEST_F(ClipboardContention, ExcludesOtherProcessesAtEveryCallOfARead) {
     notes.onCopy(copies(u"brown fox"));
     std::size_t call = 0;
     std::size_t refusals = 0;
@@ -187,7 +187,7 @@ TEST_F(ClipboardContention, KeepsOtherProcessesOutAtEveryCallOfARead) {
         });
         EXPECT_EQ(freshFallback.readSelectedText(812, Policy::standard, nullptr), u"brown fox");
     }
-    // The first call is the first of the snapshot, the last one the restore.
+    // The first call begins the snapshot, the last one completes the restore; the loop ends one call later.
     EXPECT_EQ(refusals, call - 1);
     EXPECT_GT(refusals, 10U);
 }

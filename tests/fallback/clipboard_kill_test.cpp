@@ -1,4 +1,4 @@
-// The process is killed in the middle of an operation, and a keeper puts the clipboard in order.
+// The process is killed during an operation, and a keeper restores the clipboard or serves the pasted text.
 
 #include "accessibility/fallback/keyboard_clipboard_fallback.h"
 #include "platform/simulated/simulated_desktop.h"
@@ -18,9 +18,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Notes with "brown fox" selected, the user's clipboard, and a keeper.
-struct KeptWorld {
-    KeptWorld() {
+/// An application with "brown fox" selected, a clipboard with the user's text, and a keeper.
+struct WorldWithKeeper {
+    WorldWithKeeper() {
         desktop.addKeeper();
         desktop.bringToFront(812);
         desktop.userCopies(u"mine");
@@ -42,9 +42,9 @@ struct KeptWorld {
     std::vector<StandingItem> before;
 };
 
-class ClipboardKill : public KeptWorld, public testing::Test {};
+class ClipboardKill : public WorldWithKeeper, public testing::Test {};
 
-TEST_F(ClipboardKill, DuringAReadLeavesTheUsersClipboardInSpiteOfALateCopy) {
+TEST_F(ClipboardKill, DuringAReadKeepsTheClipboardDespiteALateCopy) {
     notes.onCopy(copies(u"brown fox").after(500ms));
     killAt(100ms);
     EXPECT_THROW(static_cast<void>(read()), SimulatedTermination);
@@ -54,14 +54,14 @@ TEST_F(ClipboardKill, DuringAReadLeavesTheUsersClipboardInSpiteOfALateCopy) {
     EXPECT_TRUE(isFree());
 }
 
-TEST_F(ClipboardKill, WhileTheKeyReachesTheTargetLeavesTheUsersClipboard) {
+TEST_F(ClipboardKill, WhileTheCopyKeyIsDeliveredKeepsTheClipboard) {
     notes.onCopy(together({Reaction([this] { desktop.kill(); }), copies(u"brown fox").after(900ms)}));
     EXPECT_THROW(static_cast<void>(read()), SimulatedTermination);
     desktop.endProcess();
     EXPECT_EQ(desktop.pasteboardContents(), before);
 }
 
-TEST_F(ClipboardKill, AfterASlowPressOfTheMenuLeavesTheUsersClipboard) {
+TEST_F(ClipboardKill, AfterASlowMenuPressKeepsTheClipboard) {
     auto item = notes.addElement();
     item.onAction("AXPress", copies(u"brown fox").after(150ms));
     desktop.setLatencyOf("performAction", 900ms);
@@ -74,7 +74,7 @@ TEST_F(ClipboardKill, AfterASlowPressOfTheMenuLeavesTheUsersClipboard) {
     EXPECT_EQ(desktop.pasteboardContents(), before);
 }
 
-TEST_F(ClipboardKill, WhileThePasteKeyReachesTheTargetStillPastesAndRestores) {
+TEST_F(ClipboardKill, WhileThePasteKeyIsDeliveredPastesAndRestores) {
     notes.onPaste(together({Reaction([this] { desktop.kill(); }), pastesInto(text).after(1s)}));
     EXPECT_THROW(paste(u"red fox"), SimulatedTermination);
     desktop.endProcess();
@@ -82,7 +82,7 @@ TEST_F(ClipboardKill, WhileThePasteKeyReachesTheTargetStillPastesAndRestores) {
     EXPECT_EQ(desktop.pasteboardContents(), before);
 }
 
-TEST_F(ClipboardKill, AfterThePasteKeyStillPastesAndRestores) {
+TEST_F(ClipboardKill, AfterThePasteKeyPastesAndRestores) {
     notes.onPaste(pastesInto(text).after(1s));
     paste(u"red fox");
     desktop.kill();
@@ -91,11 +91,11 @@ TEST_F(ClipboardKill, AfterThePasteKeyStillPastesAndRestores) {
     EXPECT_EQ(desktop.pasteboardContents(), before);
 }
 
-TEST_F(ClipboardKill, AfterAReadThatFollowedAPasteLosesNothing) {
-    // A host pastes, reads again before the restore, and is killed at every call of that.
+TEST_F(ClipboardKill, DuringAReadAfterAPasteLosesNothing) {
+    // A host pastes, reads before the restore, and is killed before each call of the read.
     std::size_t kills = 0;
     for (bool isReached = true; isReached; ++kills) {
-        KeptWorld fresh;
+        WorldWithKeeper fresh;
         fresh.paste(u"red fox");
         test::turnFor(fresh.desktop, 100ms);
         fresh.notes.onCopy(copies(u"something").after(70ms));
@@ -113,7 +113,7 @@ TEST_F(ClipboardKill, AfterAReadThatFollowedAPasteLosesNothing) {
     EXPECT_GT(kills, 15U);
 }
 
-TEST_F(ClipboardKill, BetweenDeletionAndPasteRestoresTheClipboardOnly) {
+TEST_F(ClipboardKill, BetweenDeletionAndPasteOnlyRestoresTheClipboard) {
     killAt(40ms);
     EXPECT_THROW(paste(u"www.example.org"), SimulatedTermination);
     desktop.endProcess();
@@ -121,7 +121,7 @@ TEST_F(ClipboardKill, BetweenDeletionAndPasteRestoresTheClipboardOnly) {
     EXPECT_EQ(desktop.pasteboardContents(), before);
 }
 
-TEST_F(ClipboardKill, LeavesWhatAnotherProgramCopiesAfterwards) {
+TEST_F(ClipboardKill, KeepsWhatAnotherProgramCopiesAfterwards) {
     notes.onCopy(ignores());
     killAt(100ms);
     desktop.at(200ms, [this] { desktop.userCopies(u"newer"); });
@@ -130,7 +130,7 @@ TEST_F(ClipboardKill, LeavesWhatAnotherProgramCopiesAfterwards) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), u"newer");
 }
 
-TEST_F(ClipboardKill, HappensAtTheSecondRequestToEndInACallThatLasts) {
+TEST_F(ClipboardKill, HappensAtASecondSignalDuringALongCall) {
     desktop.setLatencyOf("changeCount", 200ms);
     desktop.at(100ms, [this] { desktop.terminate(SIGTERM); });
     desktop.at(150ms, [this] { desktop.terminate(SIGTERM); });
@@ -140,7 +140,7 @@ TEST_F(ClipboardKill, HappensAtTheSecondRequestToEndInACallThatLasts) {
     EXPECT_EQ(desktop.pasteboardContents(), before);
 }
 
-TEST_F(ClipboardKill, DoesNotHappenAtASecondRequestBetweenDeletionAndPaste) {
+TEST_F(ClipboardKill, DoesNotHappenAtASecondSignalBetweenDeleteAndPaste) {
     desktop.at(40ms, [this] { desktop.terminate(SIGTERM); });
     desktop.at(50ms, [this] { desktop.terminate(SIGTERM); });
     EXPECT_THROW(paste(u"www.example.org"), SimulatedTermination);
@@ -149,7 +149,7 @@ TEST_F(ClipboardKill, DoesNotHappenAtASecondRequestBetweenDeletionAndPaste) {
     EXPECT_EQ(text.text(), u"The quick www.example.org");
 }
 
-TEST_F(ClipboardKill, LetsTheNextProcessBeginOnlyWhenTheTargetHasItsText) {
+TEST_F(ClipboardKill, ReleasesTheClipboardWhenTheTargetHasItsText) {
     std::vector<std::string> looks;
     const auto look = [&] { looks.emplace_back(isFree() ? "free" : "in use"); };
     notes.onPaste(together({Reaction(look).after(1s), pastesInto(text).after(1s), Reaction(look).after(1s)}));

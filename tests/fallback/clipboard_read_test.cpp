@@ -37,7 +37,7 @@ protected:
         return test::thrownBy([&] { return read(policy, copyCommand); });
     }
 
-    /// A press of the Copy menu item that makes the target react so.
+    /// Returns a function that presses a menu item to which the target has this reaction.
     std::function<void()> menu(const Reaction& reaction) {
         auto item = notes.addElement();
         item.onAction("AXPress", reaction);
@@ -53,7 +53,7 @@ protected:
         EXPECT_EQ(desktop.pasteboardContents(), before);
     }
 
-    /// How many calls a read makes whose first attempt is answered.
+    /// Returns the number of platform calls of a read that succeeds in its first attempt.
     std::size_t callsOfARead() {
         notes.onCopy(copies(u"brown fox"));
         static_cast<void>(read());
@@ -71,19 +71,19 @@ protected:
     std::vector<StandingItem> before;
 };
 
-TEST_F(ClipboardRead, ReturnsAtOnceWhatTheTargetCopiesAtOnce) {
+TEST_F(ClipboardRead, ReturnsImmediatelyIfTheTargetCopiesImmediately) {
     notes.onCopy(copies(u"brown fox"));
     EXPECT_EQ(read(), u"brown fox");
     expectTimeAndPresses(0ms, 1, 0);
 }
 
-TEST_F(ClipboardRead, SeesACopyAtTheEndOfTheSliceInWhichItHappens) {
+TEST_F(ClipboardRead, NoticesACopyAtTheEndOfTheCurrentSlice) {
     notes.onCopy(copies(u"brown fox").after(137ms));
     EXPECT_EQ(read(), u"brown fox");
     expectTimeAndPresses(140ms, 1, 0);
 }
 
-TEST_F(ClipboardRead, TriesThreeTimesASecondEachWhereTheTargetCopiesNothing) {
+TEST_F(ClipboardRead, TriesThreeTimesForASecondIfTheTargetCopiesNothing) {
     EXPECT_EQ(error(), noResponse(u"3"));
     expectTimeAndPresses(3160ms, 3, 0);
     ASSERT_EQ(desktop.postedKeyStrokes().size(), 3U);
@@ -96,45 +96,45 @@ TEST_F(ClipboardRead, TriesTwiceUnderTheShortcut) {
     expectTimeAndPresses(2080ms, 2, 0);
 }
 
-TEST_F(ClipboardRead, SelectsNothingWhereTheTargetCopiesAnEmptyString) {
+TEST_F(ClipboardRead, ReportsNoSelectionIfTheTargetCopiesAnEmptyString) {
     notes.onCopy(copies(u""));
     EXPECT_EQ(error(), BridgeError::noTextSelected());
     expectTimeAndPresses(160ms, 3, 0);
 }
 
-TEST_F(ClipboardRead, SelectsNothingWhereTheTargetCopiesAnImageOnly) {
+TEST_F(ClipboardRead, ReportsNoSelectionIfTheTargetCopiesOnlyAnImage) {
     notes.onCopy(copiesOnly("public.png", "other pixels"));
     EXPECT_EQ(error(), BridgeError::noTextSelected());
     expectTimeAndPresses(160ms, 3, 0);
 }
 
-TEST_F(ClipboardRead, LetsOneChangeWithoutTextOutweighAttemptsWithoutAChange) {
+TEST_F(ClipboardRead, ReportsNoSelectionIfOneAttemptChangedTheClipboard) {
     notes.onCopyInTurn({copies(u""), ignores()});
     EXPECT_EQ(error(), BridgeError::noTextSelected());
     expectTimeAndPresses(2160ms, 3, 0);
 }
 
-TEST_F(ClipboardRead, GoesOnToTheNextAttemptAfterAChangeWithoutText) {
+TEST_F(ClipboardRead, TriesAgainAfterAChangeWithoutText) {
     notes.onCopyInTurn({copies(u""), copies(u"brown fox")});
     EXPECT_EQ(read(), u"brown fox");
     expectTimeAndPresses(80ms, 2, 0);
 }
 
-TEST_F(ClipboardRead, TakesACopyThatComesWhileItPausesForNoChangeOfTheNextAttempt) {
-    // Copied at 1.04 s, between two attempts: staged over, and the target does not answer any more.
+TEST_F(ClipboardRead, IgnoresACopyMadeBetweenTwoAttempts) {
+    // Copied at 1.04 s, between two attempts: the second attempt overwrites it, and the target copies nothing more.
     notes.onCopyInTurn({copies(u"late").after(1040ms), ignores()});
     EXPECT_EQ(error(), noResponse(u"3"));
     expectTimeAndPresses(3160ms, 3, 0);
 }
 
-TEST_F(ClipboardRead, DoesNotLookOnceMoreAtTheDeadline) {
-    // The change happens within the last slice; when that ends, the time is over.
+TEST_F(ClipboardRead, DoesNotCheckAgainAtTheDeadline) {
+    // The change happens within the last slice, which ends at the deadline.
     notes.onCopyInTurn({copies(u"late").after(990ms), ignores()});
     EXPECT_EQ(error(), noResponse(u"3"));
     expectTimeAndPresses(3160ms, 3, 0);
 }
 
-TEST_F(ClipboardRead, RestoresWhatIsCopiedWhileTheClipboardIsSaved) {
+TEST_F(ClipboardRead, RestoresACopyMadeWhileTheClipboardIsSaved) {
     std::vector<StandingItem> newer;
     desktop.userCopiesItems(
         {{.data = {},
@@ -155,51 +155,51 @@ TEST_F(ClipboardRead, ReadsWhatTheMenuCommandCopies) {
     expectTimeAndPresses(0ms, 0, 1);
 }
 
-TEST_F(ClipboardRead, EndsAtOnceWhereAMenuCopyChangesNothingIn200Milliseconds) {
+TEST_F(ClipboardRead, EndsIfAMenuCopyChangesNothingIn200Milliseconds) {
     EXPECT_EQ(error(Policy::standard, menu(ignores())), BridgeError::noTextSelected());
     expectTimeAndPresses(200ms, 0, 1);
 }
 
-TEST_F(ClipboardRead, EndsAtOnceWhereAMenuCopyYieldsAnEmptyString) {
+TEST_F(ClipboardRead, EndsImmediatelyIfAMenuCopyYieldsAnEmptyString) {
     EXPECT_EQ(error(Policy::shortcut, menu(copies(u""))), BridgeError::noTextSelected());
     expectTimeAndPresses(0ms, 0, 1);
 }
 
-TEST_F(ClipboardRead, GivesAMenuCopyASecondBeforeAReplacementAndEndsWithTheKey) {
+TEST_F(ClipboardRead, WaitsASecondForAMenuCopyBeforeAReplacement) {
     EXPECT_EQ(error(Policy::guardedReplacement, menu(ignores())), noResponse(u"3"));
     expectTimeAndPresses(3160ms, 1, 2);
 }
 
-TEST_F(ClipboardRead, TriesAgainBeforeAReplacementWhereAMenuCopyYieldsAnEmptyString) {
+TEST_F(ClipboardRead, TriesAgainBeforeAReplacementIfAMenuCopyIsEmpty) {
     notes.onCopy(copies(u"brown fox"));
     EXPECT_EQ(read(Policy::guardedReplacement, menu(copies(u""))), u"brown fox");
     expectTimeAndPresses(160ms, 1, 2);
 }
 
-TEST_F(ClipboardRead, MakesAnAttemptByKeyOfAMenuPressThatFails) {
+TEST_F(ClipboardRead, PostsTheKeyIfTheMenuPressFails) {
     notes.onCopy(copies(u"brown fox").after(500ms));
     EXPECT_EQ(read(Policy::standard, failingMenu), u"brown fox");
     expectTimeAndPresses(500ms, 1, 0);
 }
 
-TEST_F(ClipboardRead, TriesThreeTimesByKeyWhereTheMenuPressFailsEachTime) {
+TEST_F(ClipboardRead, PostsTheKeyThreeTimesIfEveryMenuPressFails) {
     EXPECT_EQ(error(Policy::standard, failingMenu), noResponse(u"3"));
     expectTimeAndPresses(3160ms, 3, 0);
 }
 
-TEST_F(ClipboardRead, RestoresAndRethrowsWhereKeysMayNotBePosted) {
+TEST_F(ClipboardRead, RestoresAndRethrowsIfKeysMayNotBePosted) {
     desktop.setPostEventAccess(false);
     EXPECT_EQ(error(), BridgeError::keyboardEventPermissionRequired());
     expectTimeAndPresses(0ms, 0, 0);
 }
 
-TEST_F(ClipboardRead, RestoresAndRethrowsWhereKeysCannotBeCreated) {
+TEST_F(ClipboardRead, RestoresAndRethrowsIfKeysCannotBeCreated) {
     desktop.failKeyStrokes();
     EXPECT_EQ(error(), BridgeError::clipboardFallbackFailed(u"could not create keyboard events"));
     expectTimeAndPresses(0ms, 0, 0);
 }
 
-TEST_F(ClipboardRead, GoesOnWhereTheEmptyValueCannotBeStaged) {
+TEST_F(ClipboardRead, ReadsEvenIfTheEmptyValueCannotBeStaged) {
     desktop.refusePasteboardWrites();
     notes.onCopy(copies(u"brown fox"));
     EXPECT_EQ(read(), u"brown fox");
@@ -216,7 +216,7 @@ TEST_F(ClipboardRead, StagesAPrivateEmptyValueBeforeTheTargetCopies) {
     EXPECT_EQ(staged, (std::vector<std::vector<StandingItem>>{expected, expected, expected}));
 }
 
-TEST_F(ClipboardRead, PostsToTheProcessAloneWhereTheTargetIsNotInFront) {
+TEST_F(ClipboardRead, PostsToTheProcessIfTheTargetIsNotFrontmost) {
     desktop.addApplication(900, std::nullopt, std::nullopt);
     desktop.bringToFront(900);
     notes.onCopy(copies(u"brown fox"));
@@ -224,7 +224,7 @@ TEST_F(ClipboardRead, PostsToTheProcessAloneWhereTheTargetIsNotInFront) {
     EXPECT_EQ(desktop.postedKeyStrokes().at(0).processIdentifier, 812);
 }
 
-TEST_F(ClipboardRead, TakesWhatTheUserCopiesMeanwhileAndRestoresOverIt) {
+TEST_F(ClipboardRead, ReturnsAConcurrentCopyOfTheUserAndRestoresOverIt) {
     desktop.at(50ms, [this] { desktop.userCopies(u"the user's"); });
     EXPECT_EQ(read(), u"the user's");
     expectTimeAndPresses(60ms, 1, 0);
@@ -238,14 +238,14 @@ TEST_F(ClipboardRead, RestoresAPasteboardThatWasEmpty) {
     expectTimeAndPresses(0ms, 1, 0);
 }
 
-TEST_F(ClipboardRead, EndsInTimeWhereTheTargetHangs) {
+TEST_F(ClipboardRead, EndsInTimeIfTheTargetHangs) {
     notes.onCopy(copies(u"never"));
     notes.hang();
     EXPECT_EQ(error(), noResponse(u"3"));
     expectTimeAndPresses(3160ms, 3, 0);
 }
 
-TEST_F(ClipboardRead, RestoresTheClipboardWhenTheProcessIsToldToEnd) {
+TEST_F(ClipboardRead, RestoresTheClipboardOnTermination) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         SimulatedDesktop fresh;
         KeyboardClipboardFallback freshFallback(fresh);
@@ -262,7 +262,7 @@ TEST_F(ClipboardRead, RestoresTheClipboardWhenTheProcessIsToldToEnd) {
     }
 }
 
-TEST_F(ClipboardRead, RestoresTheClipboardAtWhateverCallTheProcessIsToldToEnd) {
+TEST_F(ClipboardRead, RestoresTheClipboardIfTerminatedAtAnyCall) {
     std::optional<int> endedBy = SIGTERM;
     std::size_t call = 0;
     while (endedBy) {

@@ -33,7 +33,7 @@ protected:
         });
     }
 
-    /// Lets the main queue run for a time, as a host does.
+    /// Runs the main queue for a time, as a host does.
     void turnFor(Duration duration) {
         const Moment end = desktop.now() + duration;
         while (desktop.now() < end) {
@@ -41,8 +41,7 @@ protected:
         }
     }
 
-    /// The virtual time, as the journal writes it, at which the user's clipboard was restored while the main queue
-    /// turned.
+    /// Runs the main queue and returns the virtual time, as in the journal, at which the user's clipboard was restored.
     std::string restoredAt() {
         turnFor(5s);
         EXPECT_EQ(desktop.pasteboardContents(), before);
@@ -66,7 +65,7 @@ protected:
     std::vector<StandingItem> before;
 };
 
-TEST_F(ClipboardReplace, PastesAPlainWordWithoutDeleteAndReturnsAtOnce) {
+TEST_F(ClipboardReplace, PastesAPlainWordWithoutDeleteAndWithoutWaiting) {
     notes.onPaste(pastesInto(text));
     replace(u"red fox");
     EXPECT_EQ(desktop.now(), 0ms);
@@ -85,7 +84,7 @@ TEST_F(ClipboardReplace, DeletesAndPauses80MillisecondsBeforeAWebAddress) {
     EXPECT_EQ(text.text(), u"The quick https://example.org");
 }
 
-TEST_F(ClipboardReplace, RestoresTheClipboard300MillisecondsAfterAPasteThatIsReadAtOnce) {
+TEST_F(ClipboardReplace, Restores300MillisecondsAfterAPasteReadImmediately) {
     notes.onPaste(pastesInto(text));
     replace(u"red fox");
     EXPECT_EQ(restoredAt(), "0.300000000");
@@ -98,12 +97,12 @@ TEST_F(ClipboardReplace, RestoresTheClipboardWhenALatePasteIsRead) {
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(ClipboardReplace, RestoresTheClipboardAfter2500MillisecondsWhereNobodyPastes) {
+TEST_F(ClipboardReplace, RestoresAfter2500MillisecondsIfTheTargetNeverPastes) {
     replace(u"red fox");
     EXPECT_EQ(restoredAt(), "2.500000000");
 }
 
-TEST_F(ClipboardReplace, RestoresWhatThePasteHadSavedAfterAReadThatFollowsIt) {
+TEST_F(ClipboardReplace, RestoresTheSavedClipboardAfterAFollowingRead) {
     notes.onPaste(pastesInto(text));
     notes.onCopy(copies(u"something"));
     replace(u"red fox");
@@ -119,7 +118,7 @@ TEST_F(ClipboardReplace, RestoresWhatThePasteHadSavedAfterAReadThatFollowsIt) {
     }
 }
 
-TEST_F(ClipboardReplace, LeavesAloneWhatTheUserCopiesAfterThePaste) {
+TEST_F(ClipboardReplace, KeepsWhatTheUserCopiesAfterThePaste) {
     notes.onPaste(pastesInto(text));
     desktop.at(100ms, [this] { desktop.userCopies(u"newer"); });
     replace(u"red fox");
@@ -127,42 +126,42 @@ TEST_F(ClipboardReplace, LeavesAloneWhatTheUserCopiesAfterThePaste) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), u"newer");
 }
 
-TEST_F(ClipboardReplace, RestoresAndFailsWhereTheTextCannotBeStaged) {
+TEST_F(ClipboardReplace, RestoresAndFailsIfTheTextCannotBeStaged) {
     desktop.refusePasteboardWrites();
     EXPECT_EQ(error(u"red fox"), BridgeError::clipboardFallbackFailed(u"could not stage replacement text"));
     EXPECT_EQ(desktop.pasteboardContents(), before);
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(ClipboardReplace, RestoresAndRethrowsWhereKeysMayNotBePosted) {
+TEST_F(ClipboardReplace, RestoresAndRethrowsIfKeysMayNotBePosted) {
     desktop.setPostEventAccess(false);
     EXPECT_EQ(error(u"red fox"), BridgeError::keyboardEventPermissionRequired());
     EXPECT_EQ(desktop.pasteboardContents(), before);
 }
 
-TEST_F(ClipboardReplace, RestoresAndRethrowsWhereDeleteCannotBeCreated) {
+TEST_F(ClipboardReplace, RestoresAndRethrowsIfDeleteCannotBeCreated) {
     desktop.failKeyStrokes();
     EXPECT_EQ(error(u"www.example.org"), BridgeError::clipboardFallbackFailed(u"could not create keyboard events"));
     EXPECT_EQ(desktop.pasteboardContents(), before);
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(ClipboardReplace, RestoresAndRethrowsWherePasteCannotBeCreatedAfterDelete) {
+TEST_F(ClipboardReplace, RestoresAndRethrowsIfPasteCannotBeCreatedAfterDelete) {
     notes.onDelete([this] { desktop.failKeyStrokes(); });
     EXPECT_EQ(error(u"www.example.org"), BridgeError::clipboardFallbackFailed(u"could not create keyboard events"));
     EXPECT_EQ(desktop.pasteboardContents(), before);
     EXPECT_EQ(desktop.postedKeyStrokes(), (std::vector<PostedKeyStroke>{posted(key_stroke::collapseSelection, 0ms)}));
 }
 
-TEST_F(ClipboardReplace, LeavesTheStagedTextToALatePasteWhenTheProcessEndsRightAfter) {
+TEST_F(ClipboardReplace, KeepsTheStagedTextForALatePasteIfTheProcessEnds) {
     notes.onPaste(pastesInto(text).after(500ms));
     replace(u"red fox");
     desktop.endProcess();
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(ClipboardReplace, PastesNothingWhenToldToEndWhileItStages) {
-    // Call 1 asks for the items of the pasteboard; from then on it is too early to paste.
+TEST_F(ClipboardReplace, PastesNothingIfTerminatedWhileStaging) {
+    // Call 1 reads the items of the pasteboard; nothing is pasted for several calls after that.
     const std::size_t calls = desktop.journal().size();
     desktop.beforeCall(calls + 3, [this] { desktop.terminate(SIGTERM); });
     EXPECT_THROW(replace(u"red fox"), SimulatedTermination);
@@ -170,7 +169,7 @@ TEST_F(ClipboardReplace, PastesNothingWhenToldToEndWhileItStages) {
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(ClipboardReplace, DoesNotLeaveADeletionWithoutItsPasteWhenToldToEndInBetween) {
+TEST_F(ClipboardReplace, PastesAfterDeletingIfTerminatedInBetween) {
     notes.onDelete(deletesSelectionOf(text));
     notes.onPaste(pastesInto(text));
     desktop.at(40ms, [this] { desktop.terminate(SIGTERM); });
@@ -181,7 +180,7 @@ TEST_F(ClipboardReplace, DoesNotLeaveADeletionWithoutItsPasteWhenToldToEndInBetw
     EXPECT_EQ(text.text(), u"The quick www.example.org");
 }
 
-TEST_F(ClipboardReplace, IsDoneOrNotBegunAtWhateverCallTheProcessIsToldToEnd) {
+TEST_F(ClipboardReplace, IsDoneCompletelyOrNotAtAllIfTerminatedAtAnyCall) {
     std::optional<int> endedBy = SIGTERM;
     std::size_t call = 0;
     std::size_t done = 0;
@@ -212,7 +211,7 @@ TEST_F(ClipboardReplace, IsDoneOrNotBegunAtWhateverCallTheProcessIsToldToEnd) {
     EXPECT_GT(call - done, 5U);
 }
 
-TEST_F(ClipboardReplace, RestoresTheClipboardWhenToldToEndBeforeAPasteThatCannotBePosted) {
+TEST_F(ClipboardReplace, RestoresIfTerminatedBeforeAPasteThatCannotBePosted) {
     desktop.at(40ms, [this] {
         desktop.terminate(SIGTERM);
         desktop.failKeyStrokes();
@@ -222,7 +221,7 @@ TEST_F(ClipboardReplace, RestoresTheClipboardWhenToldToEndBeforeAPasteThatCannot
     EXPECT_EQ(desktop.pasteboardContents(), before);
 }
 
-TEST_F(ClipboardReplace, KeepsTheStagedTextWhenToldToEndWhileItPastes) {
+TEST_F(ClipboardReplace, KeepsTheStagedTextIfTerminatedWhilePasting) {
     notes.onPaste([this] { desktop.terminate(SIGINT); });
     EXPECT_THROW(replace(u"red fox"), SimulatedTermination);
     EXPECT_EQ(desktop.endedBySignal(), SIGINT);
@@ -230,7 +229,7 @@ TEST_F(ClipboardReplace, KeepsTheStagedTextWhenToldToEndWhileItPastes) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), u"red fox");
 }
 
-TEST_F(ClipboardReplace, KeepsTheStagedTextWhenToldToEndAfterThePaste) {
+TEST_F(ClipboardReplace, KeepsTheStagedTextIfTerminatedAfterThePaste) {
     notes.onPaste(pastesInto(text).after(1s));
     replace(u"red fox");
     desktop.at(100ms, [this] { desktop.terminate(SIGHUP); });

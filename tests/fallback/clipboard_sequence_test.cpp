@@ -1,5 +1,5 @@
-// Operations of one process that follow a paste: the target must find the pasted text, and the user's clipboard must
-// come back.
+// Operations of one process after a paste: the target must receive the pasted text, and the user's clipboard must be
+// restored.
 
 #include "accessibility/fallback/keyboard_clipboard_fallback.h"
 #include "platform/simulated/simulated_desktop.h"
@@ -30,14 +30,14 @@ protected:
 
     void paste() { fallback.replaceSelectedText(u"red fox", 812); }
     void turnFor(Duration duration) { test::turnFor(desktop, duration); }
-    /// When the target was told to copy; the read returns at the same moment.
+    /// Reads, and returns the moment of the copy key, which must be the moment at which the read returns.
     Moment readNow() {
         EXPECT_EQ(fallback.readSelectedText(812, ClipboardSelectionReadPolicy::standard, nullptr), u"something");
         EXPECT_EQ(desktop.postedKeyStrokes().back().moment, desktop.now());
         return desktop.now();
     }
 
-    /// The user's clipboard is there and stays; nothing is written any more.
+    /// The user's clipboard is restored, is not written again, and is not held.
     void expectRestoredForGood() {
         EXPECT_EQ(desktop.pasteboardContents(), before);
         const std::size_t calls = desktop.journal().size();
@@ -56,7 +56,7 @@ protected:
     std::vector<StandingItem> before;
 };
 
-TEST_F(ClipboardSequence, WaitsForTheMinimumAfterAPasteWhoseTextWasRead) {
+TEST_F(ClipboardSequence, WaitsTheMinimumAfterAPasteThatWasRead) {
     paste();
     turnFor(100ms);
     EXPECT_EQ(readNow(), 300ms);
@@ -75,14 +75,14 @@ TEST_F(ClipboardSequence, WaitsForATargetThatReadsAfterAClipboardManager) {
     expectRestoredForGood();
 }
 
-TEST_F(ClipboardSequence, ServesThePastedTextBeforeAReadThatFollowsAtOnce) {
+TEST_F(ClipboardSequence, ServesThePastedTextBeforeAnImmediateRead) {
     paste();
     EXPECT_EQ(readNow(), 300ms);
     EXPECT_EQ(text.text(), u"The quick red fox");
     expectRestoredForGood();
 }
 
-TEST_F(ClipboardSequence, ServesThePastedTextIfTheHostNeverTurnedItsRunLoop) {
+TEST_F(ClipboardSequence, ServesThePastedTextIfTheHostRunsNoRunLoop) {
     paste();
     desktop.scheduling().sleep(5s);
     EXPECT_EQ(readNow(), 5s);
@@ -99,7 +99,7 @@ TEST_F(ClipboardSequence, WaitsUntilTheTargetReadsThePastedText) {
     expectRestoredForGood();
 }
 
-TEST_F(ClipboardSequence, WaitsForATargetThatNeverReadsUntilTheGraceWaitIsOver) {
+TEST_F(ClipboardSequence, WaitsTheWholeGraceForATargetThatNeverReads) {
     notes.onPaste(ignores());
     paste();
     turnFor(100ms);
@@ -107,7 +107,7 @@ TEST_F(ClipboardSequence, WaitsForATargetThatNeverReadsUntilTheGraceWaitIsOver) 
     expectRestoredForGood();
 }
 
-TEST_F(ClipboardSequence, ReadsAtOnceAfterTheRestore) {
+TEST_F(ClipboardSequence, ReadsImmediatelyAfterTheRestore) {
     paste();
     turnFor(310ms);
     EXPECT_EQ(desktop.pasteboardContents(), before);
@@ -115,7 +115,7 @@ TEST_F(ClipboardSequence, ReadsAtOnceAfterTheRestore) {
     expectRestoredForGood();
 }
 
-TEST_F(ClipboardSequence, RestoresWhatAnotherProgramCopiedAfterThePaste) {
+TEST_F(ClipboardSequence, RestoresALaterCopyOfAnotherProgram) {
     paste();
     turnFor(100ms);
     desktop.userCopies(u"newer");
@@ -124,7 +124,7 @@ TEST_F(ClipboardSequence, RestoresWhatAnotherProgramCopiedAfterThePaste) {
     expectRestoredForGood();
 }
 
-TEST_F(ClipboardSequence, RestoresWhatAnotherProgramCopiesWhileItWaitsForTheTarget) {
+TEST_F(ClipboardSequence, RestoresACopyMadeWhileItWaitsForTheTarget) {
     notes.onPaste(ignores());
     paste();
     turnFor(100ms);
@@ -147,8 +147,8 @@ TEST_F(ClipboardSequence, RestoresOnceAfterTwoPastes) {
     expectRestoredForGood();
 }
 
-TEST_F(ClipboardSequence, LeavesTheClipboardToAnotherProcessThatCameFirst) {
-    // The user copied, so that the restore has nothing to do; the other process begins before the read does.
+TEST_F(ClipboardSequence, WaitsForAnotherProcessThatHoldsTheClipboard) {
+    // The user copies, so the restore writes nothing; another process then holds the clipboard before the read starts.
     paste();
     desktop.at(50ms, [this] { desktop.userCopies(u"newer"); });
     turnFor(400ms);
@@ -166,7 +166,7 @@ TEST_F(ClipboardSequence, ExcludesOtherProcessesUntilTheRestore) {
     EXPECT_TRUE(desktop.holdPasteboardUntil(desktop.now()));
 }
 
-TEST_F(ClipboardSequence, LetsAnotherObjectOfTheProcessBeginAfterTheRestore) {
+TEST_F(ClipboardSequence, StartsAnotherObjectsReadAfterTheRestore) {
     paste();
     turnFor(100ms);
     KeyboardClipboardFallback other(desktop);
@@ -175,7 +175,7 @@ TEST_F(ClipboardSequence, LetsAnotherObjectOfTheProcessBeginAfterTheRestore) {
     expectRestoredForGood();
 }
 
-TEST_F(ClipboardSequence, WaitsForTheRestoreOfAHostThatWasBusy) {
+TEST_F(ClipboardSequence, RestoresFirstIfTheHostWasBusy) {
     paste();
     desktop.scheduling().sleep(5s);
     KeyboardClipboardFallback other(desktop);

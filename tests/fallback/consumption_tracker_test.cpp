@@ -19,8 +19,8 @@ using namespace std::chrono_literals;
 
 const PasteboardType plainText(pasteboard_type::string);
 
-/// Remembers what a provider sets on it.
-class RememberingItem final : public PromisedItem {
+/// Records the data that a provider sets on it.
+class RecordingItem final : public PromisedItem {
 public:
     void setData(std::string_view bytes, const PasteboardType& type) override { given.emplace_back(type, bytes); }
 
@@ -33,7 +33,7 @@ protected:
         return stagePrivately(desktop.pasteboard(), desktop.scheduling(), text);
     }
 
-    /// Another program asks for a type at a moment.
+    /// Another program reads a type at a moment.
     void readAt(Moment moment, const PasteboardType& type) {
         desktop.at(moment, [this, type] {
             desktop.readPasteboardAsAnotherProgram(
@@ -41,7 +41,7 @@ protected:
         });
     }
 
-    /// The moment at which the text is released, with the main thread's run loop turning.
+    /// Runs the run loop and returns the moment at which the text is released. Returns nullopt after 5 s.
     std::optional<Moment> releasedAt(const std::shared_ptr<PasteboardConsumptionTracker>& tracker) {
         std::optional<Moment> released;
         tracker->whenReleasable(300ms, 2500ms, [&] { released = desktop.now(); });
@@ -55,7 +55,7 @@ protected:
     std::vector<std::string> readings;
 };
 
-TEST_F(ConsumptionTracker, StagesExactlyThreeTypesTheTextPromisedAndTheMarkersEmpty) {
+TEST_F(ConsumptionTracker, StagesAPromisedTextAndTwoEmptyMarkers) {
     ASSERT_TRUE(stage(u"secret"));
     EXPECT_EQ(desktop.pasteboardContents(),
               (std::vector<StandingItem>{
@@ -63,12 +63,12 @@ TEST_F(ConsumptionTracker, StagesExactlyThreeTypesTheTextPromisedAndTheMarkersEm
                    .promised = {"public.utf8-plain-text"}}}));
 }
 
-TEST_F(ConsumptionTracker, IsMissingWhereThePasteboardRefuses) {
+TEST_F(ConsumptionTracker, IsNullIfThePasteboardRefusesTheWrite) {
     desktop.refusePasteboardWrites();
     EXPECT_EQ(stage(u"secret"), nullptr);
 }
 
-TEST_F(ConsumptionTracker, HandsTheTextOverAsUtf8EachTimeItIsAskedFor) {
+TEST_F(ConsumptionTracker, ProvidesTheTextAsUtf8OnEveryRequest) {
     const auto tracker = stage(u"h\u00e9llo \U0001f600");
     readAt(10ms, plainText);
     readAt(20ms, plainText);
@@ -81,7 +81,7 @@ TEST_F(ConsumptionTracker, StagesAnEmptyTextTheSameWay) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), Text());
 }
 
-TEST_F(ConsumptionTracker, ReleasesNoEarlierThanTheMinimumWhereTheTextIsReadAtOnce) {
+TEST_F(ConsumptionTracker, ReleasesAfterTheMinimumIfReadImmediately) {
     const auto tracker = stage(u"text");
     readAt(1ms, plainText);
     EXPECT_EQ(releasedAt(tracker), 300ms);
@@ -93,12 +93,12 @@ TEST_F(ConsumptionTracker, ReleasesWhenTheTextIsReadLater) {
     EXPECT_EQ(releasedAt(tracker), 700ms);
 }
 
-TEST_F(ConsumptionTracker, ReleasesAfterTheGraceWhereNobodyReads) {
+TEST_F(ConsumptionTracker, ReleasesAfterTheGraceIfNeverRead) {
     const auto tracker = stage(u"text");
     EXPECT_EQ(releasedAt(tracker), 2500ms);
 }
 
-TEST_F(ConsumptionTracker, TakesNoOtherTypeForConsumption) {
+TEST_F(ConsumptionTracker, IgnoresReadsOfOtherTypes) {
     const auto tracker = stage(u"text");
     readAt(100ms, "org.nspasteboard.ConcealedType");
     readAt(100ms, "public.html");
@@ -106,16 +106,16 @@ TEST_F(ConsumptionTracker, TakesNoOtherTypeForConsumption) {
     EXPECT_EQ(readings, (std::vector<std::string>{"", "(nothing)"}));
 }
 
-// No pasteboard asks for a type that was not promised to it; the provider does not count on that.
-TEST_F(ConsumptionTracker, GivesNothingWhereAPasteboardAsksForATypeThatWasNotPromised) {
+// A pasteboard requests only promised types, but the provider does not rely on that.
+TEST_F(ConsumptionTracker, ProvidesNothingForATypeThatWasNotPromised) {
     const auto tracker = stage(u"text");
-    RememberingItem item;
+    RecordingItem item;
     tracker->provideData(item, "public.html");
     EXPECT_EQ(item.given, (std::vector<std::pair<PasteboardType, Bytes>>{}));
     EXPECT_EQ(releasedAt(tracker), 2500ms);
 }
 
-TEST_F(ConsumptionTracker, ReleasesOnlyWhereTheMainQueueIsServed) {
+TEST_F(ConsumptionTracker, ReleasesOnlyWhenTheMainQueueRuns) {
     const auto tracker = stage(u"text");
     bool released = false;
     tracker->whenReleasable(300ms, 2500ms, [&] { released = true; });
@@ -125,7 +125,7 @@ TEST_F(ConsumptionTracker, ReleasesOnlyWhereTheMainQueueIsServed) {
     EXPECT_TRUE(released);
 }
 
-TEST_F(ConsumptionTracker, CountsTheGraceFromTheStartOfItsBlock) {
+TEST_F(ConsumptionTracker, StartsTheGraceWithItsBlock) {
     const auto tracker = stage(u"text");
     desktop.scheduling().sleep(1s);
     EXPECT_EQ(releasedAt(tracker), 3500ms);

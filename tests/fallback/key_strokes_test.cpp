@@ -32,7 +32,7 @@ protected:
     SimulatedDesktop desktop;
 };
 
-TEST_F(PostKey, GoesToTheSessionWhereTheTargetIsInFrontOrNoneIsGiven) {
+TEST_F(PostKey, PostsToTheSessionIfTheTargetIsFrontmostOrAbsent) {
     postKey(desktop, key_stroke::copy, 812);
     postKey(desktop, key_stroke::paste, std::nullopt);
     const std::vector<PostedKeyStroke> expected = {
@@ -42,7 +42,7 @@ TEST_F(PostKey, GoesToTheSessionWhereTheTargetIsInFrontOrNoneIsGiven) {
     EXPECT_EQ(desktop.postedKeyStrokes(), expected);
 }
 
-TEST_F(PostKey, GoesToTheProcessAloneWhereTheTargetIsNotInFront) {
+TEST_F(PostKey, PostsToTheProcessIfTheTargetIsNotFrontmost) {
     postKey(desktop, key_stroke::collapseSelection, 900);
     desktop.leaveNothingInFront();
     postKey(desktop, key_stroke::copy, 812);
@@ -53,7 +53,7 @@ TEST_F(PostKey, GoesToTheProcessAloneWhereTheTargetIsNotInFront) {
     EXPECT_EQ(desktop.postedKeyStrokes(), expected);
 }
 
-TEST_F(PostKey, AsksForThePermissionWhereItIsMissingAndGoesOnWhenGranted) {
+TEST_F(PostKey, RequestsMissingPermissionAndPostsIfGranted) {
     desktop.setPostEventAccess(false);
     desktop.setPostEventRequestAnswer(true);
     EXPECT_EQ(error(812), std::nullopt);
@@ -67,18 +67,18 @@ TEST_F(PostKey, CreatesNothingWithoutPermission) {
     EXPECT_EQ(test::callsWith(desktop, "createKeyStroke"), 0U);
 }
 
-TEST_F(PostKey, DoesNotAskForAPermissionThatItHas) {
+TEST_F(PostKey, DoesNotRequestAGrantedPermission) {
     postKey(desktop, key_stroke::copy, 812);
     EXPECT_EQ(test::callsWith(desktop, "requestPostEventAccess"), 0U);
 }
 
-TEST_F(PostKey, PostsNothingWhereTheEventsCannotBeCreated) {
+TEST_F(PostKey, PostsNothingIfTheEventsCannotBeCreated) {
     desktop.failKeyStrokes();
     EXPECT_EQ(error(812), BridgeError::clipboardFallbackFailed(u"could not create keyboard events"));
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST(SelectionCollapse, IsRequiredAsEveryReferenceCaseShows) {
+TEST(SelectionCollapse, MatchesEveryReferenceCase) {
     for (const auto& vector : test::readVectors("web-address-start")) {
         EXPECT_EQ(requiresSelectionCollapse(test::textOf(vector.value.at("text"))),
                   vector.value.at("expected").at("collapse").get<bool>())
@@ -86,7 +86,7 @@ TEST(SelectionCollapse, IsRequiredAsEveryReferenceCaseShows) {
     }
 }
 
-TEST(SelectionCollapse, PassesOverEveryKindOfWhiteSpaceAndNothingElse) {
+TEST(SelectionCollapse, SkipsEveryKindOfWhiteSpaceAndNothingElse) {
     const Text whiteSpace =
         u"\t\n\v\f\r \u0085\u00A0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008\u2009"
         u"\u200A\u2028\u2029\u202F\u205F\u3000";
@@ -97,7 +97,7 @@ TEST(SelectionCollapse, PassesOverEveryKindOfWhiteSpaceAndNothingElse) {
     }
 }
 
-TEST(SelectionCollapse, PassesOverWhiteSpaceWithItsMarks) {
+TEST(SelectionCollapse, SkipsWhiteSpaceWithItsMarks) {
     const std::vector<Text> skipped = {
         u" \u0301",
         u"\u00A0\u200D",
@@ -116,7 +116,7 @@ TEST(SelectionCollapse, PassesOverWhiteSpaceWithItsMarks) {
         u"\n\u0301",
         u"\r\n\u200D",
         u"\u2028\uFE0F",
-        // Nor does a mark at the start count as white space.
+        // A mark at the start is not white space.
         u"\u0301 ",
         u" \u0301a",
         u" \u200B",
@@ -129,7 +129,7 @@ TEST(SelectionCollapse, PassesOverWhiteSpaceWithItsMarks) {
     EXPECT_FALSE(requiresSelectionCollapse(Text(1 << 20U, u' ')));
 }
 
-TEST(SelectionCollapse, LooksOnlyAtTheStart) {
+TEST(SelectionCollapse, MatchesOnlyAtTheStart) {
     const std::vector<std::pair<Text, bool>> examples = {
         {u"www.example.org", true},
         {u"wwwexample", false},

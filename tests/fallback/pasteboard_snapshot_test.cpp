@@ -20,7 +20,7 @@ protected:
     SimulatedDesktop desktop;
 };
 
-TEST_F(Snapshot, OfAnEmptyPasteboardIsEmptyAndRestoresToAnEmptyOneWithANewChangeCount) {
+TEST_F(Snapshot, RestoresAnEmptyPasteboardWithANewChangeCount) {
     const auto snapshot = capture();
     EXPECT_TRUE(snapshot.items().empty());
     const auto count = desktop.pasteboard().changeCount();
@@ -29,14 +29,14 @@ TEST_F(Snapshot, OfAnEmptyPasteboardIsEmptyAndRestoresToAnEmptyOneWithANewChange
     EXPECT_NE(desktop.pasteboard().changeCount(), count);
 }
 
-TEST_F(Snapshot, RestoresEmptyOverWhatStandsThereByThen) {
+TEST_F(Snapshot, RestoresAnEmptyPasteboardOverLaterContents) {
     const auto snapshot = capture();
     desktop.userCopies(u"later");
     snapshot.restore(desktop.pasteboard());
     EXPECT_EQ(desktop.pasteboardContents(), Contents());
 }
 
-TEST_F(Snapshot, BringsSeveralItemsBackInOrderWithAllTheirTypes) {
+TEST_F(Snapshot, RestoresSeveralItemsInOrderWithAllTypes) {
     const std::vector<CopiedItem> files = {
         {.data = {{"public.file-url", "file:///a"}, {"public.utf8-plain-text", "a"}}, .promises = {}},
         {.data = {{"public.file-url", "file:///b"}, {"com.example.icon", std::string("\0\x01\xff", 3)}},
@@ -50,7 +50,7 @@ TEST_F(Snapshot, BringsSeveralItemsBackInOrderWithAllTheirTypes) {
     EXPECT_EQ(desktop.pasteboardContents(), before);
 }
 
-TEST_F(Snapshot, FetchesWhatAnotherApplicationOnlyPromised) {
+TEST_F(Snapshot, FetchesPromisedData) {
     int asked = 0;
     desktop.userCopiesItems({{.data = {}, .promises = {{"public.utf8-plain-text", [&asked] {
                                                             ++asked;
@@ -64,7 +64,7 @@ TEST_F(Snapshot, FetchesWhatAnotherApplicationOnlyPromised) {
               (Contents{{.data = {{"public.utf8-plain-text", "promised"}}, .promised = {}}}));
 }
 
-TEST_F(Snapshot, LeavesOutATypeWithoutDataAndKeepsAnItemOfWhichNothingCame) {
+TEST_F(Snapshot, DropsTypesWithoutDataAndKeepsItemsWithoutTypes) {
     const auto nothing = [] { return std::optional<Bytes>(); };
     desktop.userCopiesItems({
         {.data = {{"public.png", "pixels"}}, .promises = {{"public.html", nothing}}},
@@ -79,7 +79,7 @@ TEST_F(Snapshot, LeavesOutATypeWithoutDataAndKeepsAnItemOfWhichNothingCame) {
               (Contents{{.data = {{"public.png", "pixels"}}, .promised = {}}, {.data = {}, .promised = {}}}));
 }
 
-TEST_F(Snapshot, GivesTheSameContentsEachTimeItIsRestored) {
+TEST_F(Snapshot, RestoresTheSameContentsEachTime) {
     desktop.userCopies(u"mine");
     const Contents before = desktop.pasteboardContents();
     const auto snapshot = capture();
@@ -90,7 +90,7 @@ TEST_F(Snapshot, GivesTheSameContentsEachTimeItIsRestored) {
     }
 }
 
-TEST_F(Snapshot, LeavesTheClearedPasteboardWhereTheWriteIsRefused) {
+TEST_F(Snapshot, LeavesThePasteboardEmptyIfTheWriteIsRefused) {
     desktop.userCopies(u"mine");
     const auto snapshot = capture();
     desktop.refusePasteboardWrites();
