@@ -23,7 +23,7 @@ protected:
     SimulatedElement other = notes.addElement();
     Accessibility& accessibility = desktop.accessibility();
 
-    /// One value of every kind.
+    /// Returns one value of every kind.
     std::vector<std::pair<std::string, AttributeValue>> everyKind() const {
         return {
             {"null", NullValue{}},
@@ -40,7 +40,7 @@ protected:
         };
     }
 
-    /// Asserts that `read` finds something in a value of the kind named `kind`, and nothing in any other.
+    /// Asserts that `read` accepts only values of the kind named `kind`.
     template <typename Read>
     void expectOnly(const std::string& kind, const Read& read) {
         for (const auto& [name, value] : everyKind()) {
@@ -54,40 +54,40 @@ protected:
     }
 };
 
-TEST_F(AttributeAccess, TakesOnlyAnElementForAnElement) {
+TEST_F(AttributeAccess, ReadsOnlyAnElementAsAnElement) {
     expectOnly("element", [&] {
         const auto element = copyOptionalElementAttribute(accessibility, field.element(), "AXThing");
         return element && *element == other.element();
     });
 }
 
-TEST_F(AttributeAccess, TakesOnlyAnArrayOfElementsForElements) {
+TEST_F(AttributeAccess, ReadsOnlyAnArrayOfElementsAsElements) {
     expectOnly("elements", [&] {
         return copyOptionalElementArrayAttribute(accessibility, field.element(), "AXThing") ==
                std::vector<Element>{other.element()};
     });
 }
 
-TEST_F(AttributeAccess, TakesOnlyATextForAText) {
+TEST_F(AttributeAccess, ReadsOnlyATextAsAText) {
     expectOnly("text",
                [&] { return copyOptionalStringAttribute(accessibility, field.element(), "AXThing") == Text(u"abc"); });
 }
 
-TEST_F(AttributeAccess, KeepsAnEmptyTextApartFromAnAbsentOne) {
+TEST_F(AttributeAccess, DistinguishesAnEmptyTextFromAnAbsentOne) {
     field.answers("AXThing", Text());
     EXPECT_EQ(copyOptionalStringAttribute(accessibility, field.element(), "AXThing"), Text());
 }
 
-TEST_F(AttributeAccess, TakesOnlyABooleanForABoolean) {
+TEST_F(AttributeAccess, ReadsOnlyABooleanAsABoolean) {
     expectOnly("boolean", [&] { return copyOptionalBoolAttribute(accessibility, field.element(), "AXThing") == true; });
 }
 
-TEST_F(AttributeAccess, KeepsFalseApartFromAbsent) {
+TEST_F(AttributeAccess, DistinguishesFalseFromAbsent) {
     field.answers("AXThing", false);
     EXPECT_EQ(copyOptionalBoolAttribute(accessibility, field.element(), "AXThing"), false);
 }
 
-TEST_F(AttributeAccess, TakesOnlyABoxedRangeForASelectedRange) {
+TEST_F(AttributeAccess, ReadsOnlyABoxedRangeAsASelectedRange) {
     for (const auto& [name, value] : everyKind()) {
         field.answers(attribute::selectedTextRange, value);
         const auto range = copySelectedRange(accessibility, field.element());
@@ -95,12 +95,12 @@ TEST_F(AttributeAccess, TakesOnlyABoxedRangeForASelectedRange) {
     }
 }
 
-TEST_F(AttributeAccess, TakesARangeOfLengthZeroForPresent) {
+TEST_F(AttributeAccess, ReadsARangeOfLengthZeroAsPresent) {
     field.answers(attribute::selectedTextRange, TextRange{3, 0});
     EXPECT_EQ(copySelectedRange(accessibility, field.element()), (TextRange{3, 0}));
 }
 
-TEST_F(AttributeAccess, HasNoChildrenWhereTheyAreNoArrayOrAnError) {
+TEST_F(AttributeAccess, ReturnsNoChildrenForOtherValuesAndErrors) {
     field.answers(attribute::children, Text(u"none"));
     EXPECT_EQ(copyOptionalElementArrayAttribute(accessibility, field.element(), attribute::children),
               std::vector<Element>());
@@ -109,7 +109,7 @@ TEST_F(AttributeAccess, HasNoChildrenWhereTheyAreNoArrayOrAnError) {
               std::vector<Element>());
 }
 
-TEST_F(AttributeAccess, IsFocusedOnlyWhereTheElementSaysTrue) {
+TEST_F(AttributeAccess, IsFocusedOnlyIfTheAttributeIsTrue) {
     for (const auto& [name, value] : everyKind()) {
         field.answers(attribute::focused, value);
         EXPECT_EQ(isFocused(accessibility, field.element()), name == "boolean") << name;
@@ -125,7 +125,7 @@ TEST_F(AttributeAccess, IsFocusedOnlyWhereTheElementSaysTrue) {
 
 using Journal = std::vector<std::string>;
 
-TEST_F(AttributeAccess, RaisesTheFocusedWindowThenMakesItMainThenFocusedThenLetsItSettle) {
+TEST_F(AttributeAccess, RaisesTheFocusedWindowAndWaits) {
     notes.element().answers(attribute::focusedWindow, field.element());
     raiseFocusedWindow(desktop, 812);
     EXPECT_EQ(desktop.journal(), (Journal{
@@ -139,7 +139,7 @@ TEST_F(AttributeAccess, RaisesTheFocusedWindowThenMakesItMainThenFocusedThenLets
     EXPECT_EQ(desktop.now(), 100ms);
 }
 
-TEST_F(AttributeAccess, RaisesTheMainWindowWhereNoWindowIsFocused) {
+TEST_F(AttributeAccess, RaisesTheMainWindowIfNoWindowIsFocused) {
     notes.element().answers(attribute::mainWindow, other.element());
     other.answersAction(action::raise, AXError::success);
     raiseFocusedWindow(desktop, 812);
@@ -155,7 +155,7 @@ TEST_F(AttributeAccess, RaisesTheMainWindowWhereNoWindowIsFocused) {
     EXPECT_EQ(desktop.now(), 100ms);
 }
 
-TEST_F(AttributeAccess, DoesNothingAndDoesNotSleepWithoutAWindow) {
+TEST_F(AttributeAccess, DoesNothingWithoutAWindow) {
     raiseFocusedWindow(desktop, 812);
     EXPECT_EQ(desktop.journal(), (Journal{
                                      "0.000000000 applicationElement(812)",

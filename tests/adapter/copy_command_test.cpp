@@ -55,7 +55,7 @@ TEST_F(FindCopyCommand, SearchesMenusWithOtherTitlesInTheirOrder) {
     EXPECT_EQ(find()->element, bar.item(u"Bearbeiten", u"Kopieren").element());
 }
 
-TEST_F(FindCopyCommand, TakesCapitalCForC) { EXPECT_TRUE(finds({u"Copy", u"C"})); }
+TEST_F(FindCopyCommand, AcceptsCapitalC) { EXPECT_TRUE(finds({u"Copy", u"C"})); }
 
 TEST_F(FindCopyCommand, SkipsItemsWithoutOrWithAnotherCharacter) {
     EXPECT_FALSE(finds({.title = u"Copy", .commandCharacter = std::nullopt}));
@@ -65,31 +65,31 @@ TEST_F(FindCopyCommand, SkipsItemsWithoutOrWithAnotherCharacter) {
     EXPECT_FALSE(finds({u"Copy", u"\u0107"}));
 }
 
-TEST_F(FindCopyCommand, SkipsACharacterThatIsNoText) {
+TEST_F(FindCopyCommand, SkipsACommandCharacterThatIsNotText) {
     auto bar = notes.addMenuBar({{u"Edit", {{u"Copy", u"c"}}}});
     bar.item(u"Edit", u"Copy").answers(attribute::menuItemCommandCharacter, std::int64_t{99});
     EXPECT_FALSE(find());
 }
 
-TEST_F(FindCopyCommand, SkipsAnItemWithMoreModifiersThanCommand) {
+TEST_F(FindCopyCommand, SkipsItemsWithFurtherModifiers) {
     EXPECT_FALSE(
         finds({.title = u"Copy Style", .commandCharacter = u"c", .modifiers = AttributeValue(std::int64_t{1})}));
 }
 
-TEST_F(FindCopyCommand, TakesMissingModifiersOrModifiersThatAreNoIntegerForNone) {
+TEST_F(FindCopyCommand, ReadsMissingOrNonIntegerModifiersAsNone) {
     EXPECT_TRUE(finds({.title = u"Copy", .commandCharacter = u"c", .modifiers = std::nullopt}));
     EXPECT_TRUE(finds({.title = u"Copy", .commandCharacter = u"c", .modifiers = AttributeValue(Text(u"1"))}));
     EXPECT_TRUE(finds({.title = u"Copy", .commandCharacter = u"c", .modifiers = AttributeValue(OtherNumber{1.5})}));
 }
 
-TEST_F(FindCopyCommand, FindsADisabledItemAndOneOfUnknownState) {
+TEST_F(FindCopyCommand, FindsDisabledItemsAndItemsOfUnknownState) {
     notes.addMenuBar({{u"Edit", {{.title = u"Copy", .commandCharacter = u"c", .enabled = false}}}});
     EXPECT_EQ(find()->isEnabled, false);
     notes.addMenuBar({{u"Edit", {{.title = u"Copy", .commandCharacter = u"c", .enabled = std::nullopt}}}});
     EXPECT_EQ(find()->isEnabled, std::nullopt);
 }
 
-TEST_F(FindCopyCommand, DoesNotLookIntoSubmenus) {
+TEST_F(FindCopyCommand, IgnoresSubmenus) {
     auto bar = notes.addMenuBar({{u"Edit", {{u"Copy Special", u"s"}}}});
     auto submenu = notes.addElement();
     auto item = notes.addElement();

@@ -29,7 +29,7 @@ protected:
         notes.element().answers(attribute::focusedUIElement, element.element());
     }
 
-    /// Puts the elements into a window that a walk finds.
+    /// Puts the elements into the focused window.
     void showInWindow(const std::vector<SimulatedElement>& elements) {
         auto window = notes.addElement();
         std::vector<Element> children;
@@ -83,7 +83,7 @@ TEST_F(DirectSelection, ReadsNothingWithoutPermission) {
     EXPECT_EQ(traced(SelectionCaptureTrace::Key::route), 0);
 }
 
-TEST_F(DirectSelection, PassesOnThatThereIsNoFocusedElement) {
+TEST_F(DirectSelection, FailsWithoutAFocusedElement) {
     notes.element().answers(attribute::focusedUIElement, AXError::noValue);
     EXPECT_EQ(error(), BridgeError::focusedElementUnavailable(AXError::noValue, u"Notes"));
 }
@@ -109,7 +109,7 @@ TEST_F(DirectSelection, HasNoContextForANegativeLimitOrWithoutRange) {
     EXPECT_EQ(payload.selectedRange, std::nullopt);
 }
 
-TEST_F(DirectSelection, KeepsARangeThatDisagreesWithTheTextButCutsNoContext) {
+TEST_F(DirectSelection, KeepsAContradictingRangeButCutsNoContext) {
     field.answers(attribute::selectedTextRange, TextRange{20, 900});
     const auto payload = read().payload;
     EXPECT_EQ(payload.selectedText, u"brown fox");
@@ -118,13 +118,13 @@ TEST_F(DirectSelection, KeepsARangeThatDisagreesWithTheTextButCutsNoContext) {
     EXPECT_EQ(payload.contextAfter, u"");
 }
 
-TEST_F(DirectSelection, HoldsHalfAPairInAContextOfOneUnitBehindAnEmoji) {
+TEST_F(DirectSelection, MayCutASurrogatePairInTheContext) {
     field.setText(u"\U0001f600fox", TextRange{2, 3});
     options.beforeLimit = 1;
     EXPECT_EQ(read().payload.contextBefore, Text(1, u'\xde00'));
 }
 
-TEST_F(DirectSelection, CannotBeWrittenDirectlyWhereTheSelectedTextIsNotSettable) {
+TEST_F(DirectSelection, RequiresPastingIfTheSelectedTextIsNotSettable) {
     for (const SettableAnswer answer :
          {SettableAnswer{AXError::success, false}, SettableAnswer{AXError::cannotComplete, true},
           SettableAnswer{AXError::attributeUnsupported, false}}) {
@@ -140,19 +140,19 @@ TEST_F(DirectSelection, CannotBeWrittenDirectlyWhereTheSelectedTextIsNotSettable
     }
 }
 
-TEST_F(DirectSelection, KeepsRouteOneRecordedWhenALaterStepThrows) {
+TEST_F(DirectSelection, KeepsRouteOneRecordedIfALaterStepThrows) {
     field.answersSettable(attribute::selectedText, {AXError::success, false});
     options.allowClipboardFallback = false;
     EXPECT_EQ(error(), BridgeError::clipboardFallbackDisabled());
     EXPECT_EQ(traced(SelectionCaptureTrace::Key::route), 1);
 }
 
-TEST_F(DirectSelection, IsAllowedWithoutTheClipboardWhereTheElementCanBeWritten) {
+TEST_F(DirectSelection, NeedsNoClipboardIfTheElementIsWritable) {
     options.allowClipboardFallback = false;
     EXPECT_EQ(read().replacementStrategy, ReplacementStrategy::directAccessibility);
 }
 
-TEST_F(DirectSelection, NamesTheProcessOfTheElementAndTheIdentifierOfTheApplication) {
+TEST_F(DirectSelection, UsesTheElementsProcessAndTheApplicationsIdentifier) {
     const auto helper = desktop.addApplication(813, u"com.example.helper", u"Helper");
     focus(helper.addTextElement(u"helped", TextRange{0, 6}));
     const auto payload = read().payload;
@@ -161,12 +161,12 @@ TEST_F(DirectSelection, NamesTheProcessOfTheElementAndTheIdentifierOfTheApplicat
     EXPECT_EQ(payload.applicationName, u"Notes");
 }
 
-TEST_F(DirectSelection, HasProcessIdentifierZeroWhereAskingForItFails) {
+TEST_F(DirectSelection, HasProcessIdentifierZeroIfItCannotBeRead) {
     field.processIdentifierFails();
     EXPECT_EQ(read().payload.processIdentifier, 0);
 }
 
-TEST_F(DirectSelection, LooksTheApplicationUpByTheElementWhereNoneIsInFront) {
+TEST_F(DirectSelection, FindsTheApplicationByTheElementIfNoneIsFrontmost) {
     desktop.leaveNothingInFront();
     desktop.systemWide().answers(attribute::focusedUIElement, field.element());
     auto payload = read().payload;
@@ -181,7 +181,7 @@ TEST_F(DirectSelection, LooksTheApplicationUpByTheElementWhereNoneIsInFront) {
     EXPECT_EQ(payload.processIdentifier, 0);
 }
 
-TEST_F(DirectSelection, GivesTheElementOfAWalkASecondChanceWhereTheFirstIsUnreadable) {
+TEST_F(DirectSelection, WalksTheTreeIfTheFirstElementIsUnreadable) {
     auto unreadable = notes.addElement();
     unreadable.answers(attribute::selectedText, AXError::attributeUnsupported);
     focus(unreadable);
@@ -192,7 +192,7 @@ TEST_F(DirectSelection, GivesTheElementOfAWalkASecondChanceWhereTheFirstIsUnread
     EXPECT_EQ(snapshot.payload.selectedRange, (TextRange{10, 9}));
 }
 
-TEST_F(DirectSelection, FailsWithTheFirstErrorWhereTheWalkFindsNothing) {
+TEST_F(DirectSelection, FailsWithTheFirstErrorIfTheWalkFindsNothing) {
     auto unreadable = notes.addElement();
     unreadable.answers(attribute::selectedText, AXError::apiDisabled);
     focus(unreadable);
@@ -200,7 +200,7 @@ TEST_F(DirectSelection, FailsWithTheFirstErrorWhereTheWalkFindsNothing) {
     EXPECT_EQ(error(), BridgeError::selectedTextUnavailable(AXError::apiDisabled));
 }
 
-TEST_F(DirectSelection, FailsWithTheSecondErrorWhereTheFoundElementIsUnreadableToo) {
+TEST_F(DirectSelection, FailsWithTheSecondErrorIfBothElementsAreUnreadable) {
     auto unreadable = notes.addElement();
     unreadable.answers(attribute::selectedText, AXError::apiDisabled);
     focus(unreadable);
@@ -211,7 +211,7 @@ TEST_F(DirectSelection, FailsWithTheSecondErrorWhereTheFoundElementIsUnreadableT
     EXPECT_EQ(error(), BridgeError::selectedTextUnavailable(AXError::attributeUnsupported));
 }
 
-TEST_F(DirectSelection, FailsWithTheFirstErrorWithoutAWalkWhereNoApplicationIsInFront) {
+TEST_F(DirectSelection, FailsWithoutAWalkIfNoApplicationIsFrontmost) {
     auto unreadable = notes.addElement();
     unreadable.answers(attribute::selectedText, AXError::apiDisabled);
     showInWindow({field});
@@ -221,14 +221,14 @@ TEST_F(DirectSelection, FailsWithTheFirstErrorWithoutAWalkWhereNoApplicationIsIn
     EXPECT_EQ(test::callsWith(desktop, "AXFocusedWindow"), 0U);
 }
 
-TEST_F(DirectSelection, TakesTheSelectionOfAWalkWhereTheFirstElementHasNone) {
+TEST_F(DirectSelection, WalksTheTreeIfTheFirstElementHasNoSelection) {
     const auto empty = notes.addTextElement(u"nothing selected", TextRange{3, 0});
     focus(empty);
     showInWindow({empty, field});
     EXPECT_EQ(read().element, field.element());
 }
 
-TEST_F(DirectSelection, SelectsNothingWhereTheWalkFindsNoBetterElement) {
+TEST_F(DirectSelection, ReportsNoSelectionIfTheWalkFindsNoBetterElement) {
     const auto empty = notes.addTextElement(u"nothing selected", TextRange{3, 0});
     focus(empty);
     EXPECT_EQ(error(), BridgeError::noTextSelected());
@@ -237,7 +237,7 @@ TEST_F(DirectSelection, SelectsNothingWhereTheWalkFindsNoBetterElement) {
     EXPECT_EQ(traced(SelectionCaptureTrace::Key::route), 0);
 }
 
-TEST_F(DirectSelection, SelectsNothingWhereTheElementOfTheWalkIsUnreadable) {
+TEST_F(DirectSelection, ReportsNoSelectionIfTheFoundElementIsUnreadable) {
     const auto empty = notes.addTextElement(u"nothing selected", TextRange{3, 0});
     focus(empty);
     auto rangeOnly = notes.addElement();
@@ -246,7 +246,7 @@ TEST_F(DirectSelection, SelectsNothingWhereTheElementOfTheWalkIsUnreadable) {
     EXPECT_EQ(error(), BridgeError::noTextSelected());
 }
 
-TEST_F(DirectSelection, WalksNoTreeForAnEmptySelectionWhereNoApplicationIsInFront) {
+TEST_F(DirectSelection, ReportsNoSelectionWithoutAWalkIfNothingIsFrontmost) {
     const auto empty = notes.addTextElement(u"nothing selected", TextRange{3, 0});
     showInWindow({field});
     desktop.leaveNothingInFront();
@@ -255,7 +255,7 @@ TEST_F(DirectSelection, WalksNoTreeForAnEmptySelectionWhereNoApplicationIsInFron
     EXPECT_EQ(test::callsWith(desktop, "AXFocusedWindow"), 0U);
 }
 
-TEST_F(DirectSelection, RefusesATerminalWithoutARangeUnderTheShortcutOnly) {
+TEST_F(DirectSelection, RefusesATerminalWithoutARangeUnderTheShortcut) {
     const auto terminal = desktop.addApplication(900, u"com.apple.Terminal", u"Terminal");
     auto screen = terminal.addElement();
     screen.answers(attribute::selectedText, Text(u"ls -l"));
@@ -294,13 +294,13 @@ TEST_F(DirectSelection, MakesItsCallsInThisOrder) {
     EXPECT_EQ(desktop.journal(), expected);
 }
 
-TEST_F(DirectSelection, FailsWithTheErrorOfTheMomentWhenTheApplicationQuits) {
+TEST_F(DirectSelection, FailsWithTheErrorOfTheNextCallIfTheTargetQuits) {
     struct Example {
         std::size_t call;
         BridgeError error;
     };
     const std::vector<Example> examples = {
-        // Before the front application is asked for, nothing is in front any more.
+        // No application is frontmost when the frontmost application is read.
         {2, BridgeError::focusedElementUnavailable(AXError::attributeUnsupported, std::nullopt)},
         {3, BridgeError::focusedElementUnavailable(AXError::invalidUIElement, u"Notes")},
         {4, BridgeError::focusedElementUnavailable(AXError::invalidUIElement, u"Notes")},
@@ -321,8 +321,8 @@ TEST_F(DirectSelection, FailsWithTheErrorOfTheMomentWhenTheApplicationQuits) {
     }
 }
 
-TEST_F(DirectSelection, KeepsWhatItReadWhenTheApplicationQuitsAfterwards) {
-    // Range and whole text are there; the selected text is cut out of them.
+TEST_F(DirectSelection, KeepsItsResultIfTheApplicationQuitsAfterwards) {
+    // Range and value are read, so the selected text is cut out of the value.
     desktop.beforeCall(7, [this] { desktop.quit(812); });
     const auto snapshot = read();
     EXPECT_EQ(snapshot.payload.selectedText, u"brown fox");

@@ -24,7 +24,7 @@ protected:
         return test::thrownBy([this] { return focusedElement(desktop); });
     }
 
-    /// The application fails with `code` this many times and then answers the field.
+    /// The application returns `code` this many times and then the field.
     void failFirst(std::size_t times, AXError code) {
         std::vector<AttributeAnswer> answers(times, answer(code));
         answers.push_back(answer(field.element()));
@@ -36,7 +36,7 @@ protected:
     SimulatedElement field = notes.addElement();
 };
 
-TEST_F(FocusedElementResolution, TakesTheApplicationsAnswer) {
+TEST_F(FocusedElementResolution, ReturnsTheApplicationsFocusedElement) {
     failFirst(0, AXError::success);
     const auto focused = focusedElement(desktop);
     EXPECT_EQ(focused.element, field.element());
@@ -45,7 +45,7 @@ TEST_F(FocusedElementResolution, TakesTheApplicationsAnswer) {
     EXPECT_EQ(desktop.now(), 0ns);
 }
 
-TEST_F(FocusedElementResolution, RetriesThreeTimesIn300MillisecondsAndWalksNoTree) {
+TEST_F(FocusedElementResolution, RetriesThreeTimesWithoutWalkingTheTree) {
     failFirst(3, AXError::cannotComplete);
     EXPECT_EQ(focusedElement(desktop).element, field.element());
     EXPECT_EQ(desktop.now(), 300ms);
@@ -53,20 +53,20 @@ TEST_F(FocusedElementResolution, RetriesThreeTimesIn300MillisecondsAndWalksNoTre
     EXPECT_EQ(test::callsWith(desktop, "AXFocusedWindow"), 0U);
 }
 
-TEST_F(FocusedElementResolution, TakesTheFifthAnswerAfterFourPauses) {
+TEST_F(FocusedElementResolution, UsesTheFifthReplyAfterFourPauses) {
     failFirst(4, AXError::cannotComplete);
     EXPECT_EQ(focusedElement(desktop).element, field.element());
     EXPECT_EQ(desktop.now(), 400ms);
     EXPECT_EQ(test::callsWith(desktop, "AXFocusedUIElement"), 5U);
 }
 
-TEST_F(FocusedElementResolution, NeverAsksASixthTime) {
+TEST_F(FocusedElementResolution, FailsAfterFiveAttempts) {
     failFirst(5, AXError::cannotComplete);
     EXPECT_EQ(error(), BridgeError::focusedElementUnavailable(AXError::cannotComplete, u"Notes"));
     EXPECT_EQ(desktop.now(), 400ms);
 }
 
-TEST_F(FocusedElementResolution, EndsAtOnceWithTheCodeOfAnotherErrorAfterARetry) {
+TEST_F(FocusedElementResolution, FailsWithTheCodeOfAnotherErrorAfterARetry) {
     notes.element().answersInTurn(attribute::focusedUIElement,
                                   {answer(AXError::cannotComplete), answer(AXError::noValue)});
     EXPECT_EQ(error(), BridgeError::focusedElementUnavailable(AXError::noValue, u"Notes"));
@@ -79,13 +79,13 @@ TEST_F(FocusedElementResolution, DoesNotRetryAnyOtherError) {
     EXPECT_EQ(desktop.now(), 0ns);
 }
 
-TEST_F(FocusedElementResolution, EndsAtOnceWithCodeZeroOnANullBesideSuccess) {
+TEST_F(FocusedElementResolution, FailsWithCodeZeroOnANullValue) {
     notes.element().answers(attribute::focusedUIElement, NullValue{});
     EXPECT_EQ(error(), BridgeError::focusedElementUnavailable(AXError::success, u"Notes"));
     EXPECT_EQ(desktop.now(), 0ns);
 }
 
-TEST_F(FocusedElementResolution, KeepsTheApplicationsCodeAndNeverReportsTheSystemsOne) {
+TEST_F(FocusedElementResolution, ReportsTheApplicationsCodeRatherThanTheSystems) {
     notes.element().answers(attribute::focusedUIElement, AXError::noValue);
     desktop.systemWide().answers(attribute::focusedUIElement, AXError::cannotComplete);
     EXPECT_EQ(error(), BridgeError::focusedElementUnavailable(AXError::noValue, u"Notes"));
@@ -100,13 +100,13 @@ TEST_F(FocusedElementResolution, WaitsAtMost800MillisecondsInAll) {
     EXPECT_EQ(test::callsWith(desktop, "AXFocusedUIElement"), 10U);
 }
 
-TEST_F(FocusedElementResolution, NamesNoApplicationThatHasNoName) {
+TEST_F(FocusedElementResolution, LeavesOutAMissingApplicationName) {
     desktop.addApplication(900, u"com.example.nameless", std::nullopt);
     desktop.bringToFront(900);
     EXPECT_EQ(error(), BridgeError::focusedElementUnavailable(AXError::attributeUnsupported, std::nullopt));
 }
 
-TEST_F(FocusedElementResolution, WalksTheTreeBeforeItAsksTheSystem) {
+TEST_F(FocusedElementResolution, WalksTheTreeBeforeReadingTheSystemWideElement) {
     notes.element().answers(attribute::focusedUIElement, AXError::noValue);
     notes.element().answers(attribute::focusedWindow, field.element());
     field.answers(attribute::selectedText, Text(u"brown"));
@@ -116,7 +116,7 @@ TEST_F(FocusedElementResolution, WalksTheTreeBeforeItAsksTheSystem) {
     EXPECT_EQ(test::callsWith(desktop, "AXFocusedUIElement"), 1U);
 }
 
-TEST_F(FocusedElementResolution, AsksTheSystemWhereTheWalkFindsNothingAndKeepsTheApplication) {
+TEST_F(FocusedElementResolution, ReadsTheSystemWideElementIfTheWalkFindsNothing) {
     notes.element().answers(attribute::focusedUIElement, AXError::noValue);
     desktop.systemWide().answersInTurn(attribute::focusedUIElement,
                                        {answer(AXError::cannotComplete), answer(field.element())});
@@ -127,7 +127,7 @@ TEST_F(FocusedElementResolution, AsksTheSystemWhereTheWalkFindsNothingAndKeepsTh
     EXPECT_EQ(desktop.now(), 100ms);
 }
 
-TEST_F(FocusedElementResolution, AsksTheSystemAtOnceWithNoApplicationInFront) {
+TEST_F(FocusedElementResolution, ReadsTheSystemWideElementIfNothingIsFrontmost) {
     desktop.leaveNothingInFront();
     desktop.systemWide().answers(attribute::focusedUIElement, field.element());
     const auto focused = focusedElement(desktop);
@@ -135,7 +135,7 @@ TEST_F(FocusedElementResolution, AsksTheSystemAtOnceWithNoApplicationInFront) {
     EXPECT_EQ(focused.application, std::nullopt);
 }
 
-TEST_F(FocusedElementResolution, FailsWithTheSystemsCodeAndNoNameWithNoApplicationInFront) {
+TEST_F(FocusedElementResolution, FailsWithTheSystemsCodeIfNothingIsFrontmost) {
     desktop.leaveNothingInFront();
     desktop.systemWide().answersInTurn(attribute::focusedUIElement,
                                        {answer(AXError::cannotComplete), answer(AXError::noValue)});
@@ -145,7 +145,7 @@ TEST_F(FocusedElementResolution, FailsWithTheSystemsCodeAndNoNameWithNoApplicati
     EXPECT_EQ(error(), BridgeError::focusedElementUnavailable(AXError::success, std::nullopt));
 }
 
-TEST_F(FocusedElementResolution, TakesWhateverStandsThereForAnElement) {
+TEST_F(FocusedElementResolution, ReturnsAValueOfAnotherTypeAsAnElement) {
     notes.element().answers(attribute::focusedUIElement, Text(u"no element"));
     const Element element = focusedElement(desktop).element;
     EXPECT_EQ(desktop.accessibility().copyAttribute(element, attribute::selectedText).error, AXError::illegalArgument);

@@ -28,7 +28,7 @@ protected:
         return element;
     }
 
-    /// Hangs `leaf` below the window so that it stands at this depth, the window being at depth 0.
+    /// Adds `leaf` below the window at this depth. The window has depth 0.
     void hangAtDepth(const SimulatedElement& leaf, int depth) { test::hangAtDepth(notes, window, leaf, depth); }
 
     SimulatedDesktop desktop;
@@ -41,7 +41,7 @@ TEST_F(FocusedTextWalk, FindsNothingInATreeWithoutText) {
     EXPECT_EQ(find(), std::nullopt);
 }
 
-TEST_F(FocusedTextWalk, PrefersTheFieldWithASelectionToAFocusedOneBeforeIt) {
+TEST_F(FocusedTextWalk, PrefersASelectionToAnEarlierFocusedField) {
     auto first = addText(u"");
     first.answers(attribute::focused, true);
     const auto second = addText(u"brown");
@@ -49,7 +49,7 @@ TEST_F(FocusedTextWalk, PrefersTheFieldWithASelectionToAFocusedOneBeforeIt) {
     EXPECT_EQ(find(), second.element());
 }
 
-TEST_F(FocusedTextWalk, PrefersAFocusedFieldDeepInTheTreeToAnUnfocusedOneBeforeIt) {
+TEST_F(FocusedTextWalk, PrefersADeepFocusedFieldToAnEarlierUnfocusedOne) {
     const auto early = addText(u"");
     const auto group = notes.addElement();
     auto deep = addText(u"");
@@ -59,7 +59,7 @@ TEST_F(FocusedTextWalk, PrefersAFocusedFieldDeepInTheTreeToAnUnfocusedOneBeforeI
     EXPECT_EQ(find(), deep.element());
 }
 
-TEST_F(FocusedTextWalk, TakesTheFirstOfTwoFocusedFieldsAndOfTwoUnfocusedOnes) {
+TEST_F(FocusedTextWalk, ReturnsTheFirstOfEquallyGoodFields) {
     auto first = addText(u"");
     auto second = addText(u"");
     setChildren(window, {first, second});
@@ -73,7 +73,7 @@ TEST_F(FocusedTextWalk, TakesTheFirstOfTwoFocusedFieldsAndOfTwoUnfocusedOnes) {
     EXPECT_EQ(find(), first.element());
 }
 
-TEST_F(FocusedTextWalk, TakesTheFirstSelectionInBreadthFirstOrder) {
+TEST_F(FocusedTextWalk, ReturnsTheFirstSelectionInBreadthFirstOrder) {
     const auto group = notes.addElement();
     const auto deep = addText(u"deep");
     const auto shallow = addText(u"shallow");
@@ -82,7 +82,7 @@ TEST_F(FocusedTextWalk, TakesTheFirstSelectionInBreadthFirstOrder) {
     EXPECT_EQ(find(), shallow.element());
 }
 
-TEST_F(FocusedTextWalk, StartsFromTheApplicationItselfWhereThereIsNoWindow) {
+TEST_F(FocusedTextWalk, StartsFromTheApplicationIfItHasNoWindow) {
     notes.element().answers(attribute::focusedWindow, AXError::noValue);
     const auto text = addText(u"brown");
     setChildren(notes.element(), {text});
@@ -91,7 +91,7 @@ TEST_F(FocusedTextWalk, StartsFromTheApplicationItselfWhereThereIsNoWindow) {
     EXPECT_EQ(find(), notes.element().element());
 }
 
-TEST_F(FocusedTextWalk, StartsFromAllWindowsInTheirOrderWhereNoneIsFocused) {
+TEST_F(FocusedTextWalk, StartsFromAllWindowsIfNoneIsFocused) {
     notes.element().answers(attribute::focusedWindow, AXError::noValue);
     const auto first = notes.addElement();
     const auto second = notes.addElement();
@@ -103,14 +103,14 @@ TEST_F(FocusedTextWalk, StartsFromAllWindowsInTheirOrderWhereNoneIsFocused) {
     EXPECT_EQ(find(), inSecond.element());
 }
 
-TEST_F(FocusedTextWalk, LooksOnlyIntoTheFocusedWindowWhereThereIsOne) {
+TEST_F(FocusedTextWalk, SearchesOnlyTheFocusedWindow) {
     const auto otherWindow = notes.addElement();
     setChildren(otherWindow, {addText(u"elsewhere")});
     notes.element().answers(attribute::windows, std::vector<Element>{otherWindow.element(), window.element()});
     EXPECT_EQ(find(), std::nullopt);
 }
 
-TEST_F(FocusedTextWalk, TakesAnEmptySelectedTextWithAnEmptyRangeForACandidateOnly) {
+TEST_F(FocusedTextWalk, PrefersASelectionToAnEmptyRange) {
     auto candidate = addText(u"");
     candidate.answers(attribute::selectedTextRange, TextRange{3, 0});
     const auto selected = addText(u"brown");
@@ -120,14 +120,14 @@ TEST_F(FocusedTextWalk, TakesAnEmptySelectedTextWithAnEmptyRangeForACandidateOnl
     EXPECT_EQ(find(), candidate.element());
 }
 
-TEST_F(FocusedTextWalk, TakesARangeOfOneUnitForASelection) {
+TEST_F(FocusedTextWalk, AcceptsARangeOfOneUnitAsASelection) {
     auto byRange = addText(u"");
     byRange.answers(attribute::selectedTextRange, TextRange{3, 1});
     setChildren(window, {byRange, addText(u"brown")});
     EXPECT_EQ(find(), byRange.element());
 }
 
-TEST_F(FocusedTextWalk, TakesAnElementWithARangeButNoSelectedTextForATextElement) {
+TEST_F(FocusedTextWalk, AcceptsAnElementWithARangeButNoSelectedText) {
     auto byRange = notes.addElement();
     byRange.answers(attribute::selectedTextRange, TextRange{3, 0});
     setChildren(window, {byRange});
@@ -137,7 +137,7 @@ TEST_F(FocusedTextWalk, TakesAnElementWithARangeButNoSelectedTextForATextElement
     EXPECT_EQ(find(), byRange.element());
 }
 
-TEST_F(FocusedTextWalk, TakesARangeOfNegativeLengthForACandidateOnly) {
+TEST_F(FocusedTextWalk, PrefersASelectionToARangeOfNegativeLength) {
     auto odd = notes.addElement();
     odd.answers(attribute::selectedTextRange, TextRange{3, -2});
     const auto selected = addText(u"brown");
@@ -145,14 +145,14 @@ TEST_F(FocusedTextWalk, TakesARangeOfNegativeLengthForACandidateOnly) {
     EXPECT_EQ(find(), selected.element());
 }
 
-TEST_F(FocusedTextWalk, LooksAtNoMoreThan3000ElementsOfATreeThatBitesItsOwnTail) {
+TEST_F(FocusedTextWalk, StopsAfter3000ElementsOfACyclicTree) {
     setChildren(window, std::vector<SimulatedElement>(200, window));
     EXPECT_EQ(find(), std::nullopt);
-    // The window alone, and the other 2,999 in batches of 32.
+    // One call for the window, then the other 2,999 in batches of 32.
     EXPECT_EQ(test::callsWith(desktop, "copyAttributes"), 95U);
 }
 
-TEST_F(FocusedTextWalk, LooksAtNoMoreThan3000OfAnyNumberOfWindows) {
+TEST_F(FocusedTextWalk, StopsAfter3000Windows) {
     notes.element().answers(attribute::focusedWindow, AXError::noValue);
     std::vector<Element> windows(3000, window.element());
     windows.push_back(addText(u"brown").element());
@@ -160,7 +160,7 @@ TEST_F(FocusedTextWalk, LooksAtNoMoreThan3000OfAnyNumberOfWindows) {
     EXPECT_EQ(find(), std::nullopt);
 }
 
-TEST_F(FocusedTextWalk, TakesNoOtherBoxedValueForARange) {
+TEST_F(FocusedTextWalk, RejectsOtherBoxedValuesAsARange) {
     auto point = notes.addElement();
     point.answers(attribute::selectedTextRange, OtherBoxedValue{});
     auto number = notes.addElement();
@@ -169,7 +169,7 @@ TEST_F(FocusedTextWalk, TakesNoOtherBoxedValueForARange) {
     EXPECT_EQ(find(), std::nullopt);
 }
 
-TEST_F(FocusedTextWalk, LetsTheSecondReadOfTheSelectedTextDecide) {
+TEST_F(FocusedTextWalk, UsesTheSecondReadOfTheSelectedText) {
     auto vanishing = notes.addElement();
     vanishing.answersInTurn(attribute::selectedText, {answer(Text(u"gone")), answer(Text())});
     auto appearing = notes.addElement();
@@ -178,7 +178,7 @@ TEST_F(FocusedTextWalk, LetsTheSecondReadOfTheSelectedTextDecide) {
     EXPECT_EQ(find(), appearing.element());
 }
 
-TEST_F(FocusedTextWalk, ReadsTheRangeAgainAfterTheSecondReadOfTheText) {
+TEST_F(FocusedTextWalk, RereadsTheRangeAfterTheSecondReadOfTheText) {
     auto moving = notes.addElement();
     moving.answersInTurn(attribute::selectedTextRange, {answer(TextRange{3, 0}), answer(TextRange{3, 2})});
     setChildren(window, {moving, addText(u"brown")});
@@ -193,7 +193,7 @@ TEST_F(FocusedTextWalk, ExaminesDepth30ButNotDepth31) {
     EXPECT_EQ(find(), std::nullopt);
 }
 
-TEST_F(FocusedTextWalk, DoesNotExpandAnElementAtDepth30EvenWhereItHasChildren) {
+TEST_F(FocusedTextWalk, DoesNotExpandAnElementAtDepth30) {
     auto parent = notes.addElement();
     hangAtDepth(parent, 30);
     setChildren(parent, {addText(u"too deep")});
@@ -202,8 +202,8 @@ TEST_F(FocusedTextWalk, DoesNotExpandAnElementAtDepth30EvenWhereItHasChildren) {
 
 class CrowdedTextWalk : public FocusedTextWalk {
 protected:
-    /// The window, at queue position 0, and then `others` elements before `last`.
-    void crowd(std::size_t others, const SimulatedElement& last) {
+    /// Fills the window, which is at queue position 0, with `others` elements and then `last`.
+    void fillWindow(std::size_t others, const SimulatedElement& last) {
         std::vector<SimulatedElement> children;
         for (std::size_t index = 0; index < others; ++index) {
             children.push_back(notes.addElement());
@@ -215,17 +215,17 @@ protected:
 
 TEST_F(CrowdedTextWalk, FindsASelectionAtQueuePosition2999) {
     const auto text = addText(u"brown");
-    crowd(2998, text);
+    fillWindow(2998, text);
     EXPECT_EQ(find(), text.element());
 }
 
 TEST_F(CrowdedTextWalk, DoesNotFindASelectionAtQueuePosition3000) {
     const auto text = addText(u"brown");
-    crowd(2999, text);
+    fillWindow(2999, text);
     EXPECT_EQ(find(), std::nullopt);
 }
 
-TEST_F(CrowdedTextWalk, ReturnsACandidateWhereTheSelectionStandsTooFarBack) {
+TEST_F(CrowdedTextWalk, ReturnsACandidateIfTheSelectionIsOutOfReach) {
     const auto candidate = addText(u"");
     const auto text = addText(u"brown");
     std::vector<SimulatedElement> children = {candidate};
@@ -248,7 +248,7 @@ TEST_F(FocusedTextWalk, StopsReadingAtTheFirstSelection) {
     EXPECT_EQ(test::callsWith(desktop, "copyAttributes"), 2U);
 }
 
-TEST_F(FocusedTextWalk, TakesAnArrayWithAStrangerInItForNoChildren) {
+TEST_F(FocusedTextWalk, RejectsChildrenThatAreNotAllElements) {
     window.answers(attribute::children, MixedArray{});
     EXPECT_EQ(find(), std::nullopt);
 }

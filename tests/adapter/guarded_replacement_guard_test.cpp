@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How the selection is read again, and how it will be written.
+/// How the selection is read again and written.
 enum class Route {
     /// Read from the element and written into it.
     written,
@@ -33,36 +33,36 @@ struct Case {
 
 constexpr auto none = std::nullopt;
 constexpr TextRange here{10, 9};
-constexpr TextRange oneFurther{11, 9};
+constexpr TextRange oneLater{11, 9};
 constexpr TextRange oneShorter{10, 8};
 
 const std::vector<Case> cases = {
-    // Two ranges decide by themselves.
+    // Two ranges alone decide.
     {here, here, Route::written, Input::none, Decision::replaces},
     {here, here, Route::written, Input::some, Decision::replaces},
     {here, here, Route::pasted, Input::none, Decision::replaces},
     {here, here, Route::pasted, Input::some, Decision::replaces},
-    {here, oneFurther, Route::written, Input::none, Decision::refuses},
-    {here, oneFurther, Route::written, Input::some, Decision::refuses},
-    {here, oneFurther, Route::pasted, Input::none, Decision::refuses},
-    {here, oneFurther, Route::pasted, Input::some, Decision::refuses},
+    {here, oneLater, Route::written, Input::none, Decision::refuses},
+    {here, oneLater, Route::written, Input::some, Decision::refuses},
+    {here, oneLater, Route::pasted, Input::none, Decision::refuses},
+    {here, oneLater, Route::pasted, Input::some, Decision::refuses},
     {here, oneShorter, Route::written, Input::none, Decision::refuses},
     {here, oneShorter, Route::written, Input::some, Decision::refuses},
     {here, oneShorter, Route::pasted, Input::none, Decision::refuses},
     {here, oneShorter, Route::pasted, Input::some, Decision::refuses},
-    // A range that went away leaves the decision to the input.
+    // If the range disappeared, the input decides.
     {here, none, Route::written, Input::none, Decision::replaces},
     {here, none, Route::written, Input::some, Decision::refuses},
     {here, none, Route::pasted, Input::none, Decision::replaces},
     {here, none, Route::pasted, Input::some, Decision::refuses},
     {here, none, Route::copied, Input::none, Decision::replaces},
     {here, none, Route::copied, Input::some, Decision::refuses},
-    // So does one that was not there before.
+    // Likewise if it appeared.
     {none, here, Route::written, Input::none, Decision::replaces},
     {none, here, Route::written, Input::some, Decision::refuses},
     {none, here, Route::pasted, Input::none, Decision::replaces},
     {none, here, Route::pasted, Input::some, Decision::refuses},
-    // Without any, only a selection that is written directly asks for the input.
+    // Without any range, the input matters only to a selection that is written directly.
     {none, none, Route::written, Input::none, Decision::replaces},
     {none, none, Route::written, Input::some, Decision::refuses},
     {none, none, Route::pasted, Input::none, Decision::replaces},
@@ -83,7 +83,7 @@ void PrintTo(const Case& shownCase, std::ostream* stream) {
 
 class GuardDecision : public test::GuardedReplacementWorld, public testing::WithParamInterface<Case> {};
 
-TEST_P(GuardDecision, FollowsTheRangesAndThenTheInput) {
+TEST_P(GuardDecision, ComparesTheRangesAndThenTheInput) {
     const Case& tried = GetParam();
     request.expectedSelectedRange = tried.expected;
     if (tried.current) {
@@ -114,7 +114,7 @@ INSTANTIATE_TEST_SUITE_P(Table, GuardDecision, testing::ValuesIn(cases));
 
 class GuardedReplacementGuard : public test::GuardedReplacementWorld {};
 
-TEST_F(GuardedReplacementGuard, TakesAnyOfTheFourCountersForInput) {
+TEST_F(GuardedReplacementGuard, RefusesIfAnyOfTheFourCountersDiffers) {
     request.expectedSelectedRange.reset();
     const std::vector<InputActivitySnapshot> others = {{0, 2, 3, 4}, {1, 1, 3, 4}, {1, 2, 4, 4}, {1, 2, 3, 5}};
     for (const auto& other : others) {
@@ -125,16 +125,16 @@ TEST_F(GuardedReplacementGuard, TakesAnyOfTheFourCountersForInput) {
     EXPECT_EQ(replace(), std::nullopt);
 }
 
-TEST_F(GuardedReplacementGuard, DoesNotTakeItsOwnCommandCForInput) {
+TEST_F(GuardedReplacementGuard, DoesNotCountItsOwnCommandCAsInput) {
     hideSelection();
     EXPECT_EQ(replace(), std::nullopt);
     EXPECT_EQ(test::callsWith(desktop, "postToSession(key 8, flags 0x100000)"), 1U);
-    // Copy and paste.
+    // The two keys that the tool posted: copy and paste.
     EXPECT_EQ(desktop.inputCounters(), (InputCounters{3, 2, 3, 4}));
     EXPECT_EQ(pastes(), 1U);
 }
 
-TEST_F(GuardedReplacementGuard, DoesNotHeedInputThatComesWhileItLooks) {
+TEST_F(GuardedReplacementGuard, IgnoresInputDuringTheReplacement) {
     request.expectedSelectedRange.reset();
     notes.element().answers(attribute::focusedWindow, window.element());
     desktop.at(50ms, [this] { desktop.userTypes(); });
@@ -143,7 +143,7 @@ TEST_F(GuardedReplacementGuard, DoesNotHeedInputThatComesWhileItLooks) {
     EXPECT_EQ(desktop.now(), 100ms);
 }
 
-TEST_F(GuardedReplacementGuard, RefusesTheSameTextOnePositionFurther) {
+TEST_F(GuardedReplacementGuard, RefusesTheSameTextOnePositionLater) {
     text.setText(u"aaaa", {1, 2});
     request.expectedText = u"aa";
     request.expectedSelectedRange = TextRange{0, 2};

@@ -19,7 +19,7 @@ protected:
     }
 };
 
-TEST_F(GuardedReplacement, WritesOverASelectionThatIsStillTheSameAfterTwoReads) {
+TEST_F(GuardedReplacement, WritesIfTwoReadsFindTheSameSelection) {
     EXPECT_EQ(replace(), std::nullopt);
     EXPECT_EQ(text.text(), u"The quick red fox");
     EXPECT_EQ(test::callsWith(desktop, "copyAttribute(812/1, AXSelectedText)"), 2U);
@@ -28,10 +28,10 @@ TEST_F(GuardedReplacement, WritesOverASelectionThatIsStillTheSameAfterTwoReads) 
     expectEmptyTrace();
 }
 
-TEST_F(GuardedReplacement, CopiesOnceAndPastesASelectionThatIsHidden) {
+TEST_F(GuardedReplacement, CopiesOnceAndPastesIfTheSelectionIsHidden) {
     hideSelection();
     EXPECT_EQ(replace(), std::nullopt);
-    // The pause is the one before the second look for a Copy command.
+    // 50 ms is the pause before the second search for a Copy command.
     EXPECT_EQ(desktop.postedKeyStrokes(),
               (std::vector<PostedKeyStroke>{posted(key_stroke::copy, 50ms), posted(key_stroke::paste, 50ms)}));
     test::turnFor(desktop, 1s);
@@ -40,7 +40,7 @@ TEST_F(GuardedReplacement, CopiesOnceAndPastesASelectionThatIsHidden) {
     expectEmptyTrace();
 }
 
-TEST_F(GuardedReplacement, PastesWithoutACopyWhereTheElementCanBeReadButNotWritten) {
+TEST_F(GuardedReplacement, PastesWithoutACopyIfTheElementIsReadOnly) {
     forbidWriting();
     EXPECT_EQ(replace(), std::nullopt);
     EXPECT_EQ(desktop.postedKeyStrokes(), (std::vector<PostedKeyStroke>{posted(key_stroke::paste, 0ms)}));
@@ -49,7 +49,7 @@ TEST_F(GuardedReplacement, PastesWithoutACopyWhereTheElementCanBeReadButNotWritt
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(GuardedReplacement, DeletesTheSelectionBeforeItPastesAWebAddress) {
+TEST_F(GuardedReplacement, DeletesTheSelectionBeforePastingAWebAddress) {
     forbidWriting();
     notes.onDelete(deletesSelectionOf(text));
     request.replacementText = u"https://example.org";
@@ -60,7 +60,7 @@ TEST_F(GuardedReplacement, DeletesTheSelectionBeforeItPastesAWebAddress) {
     EXPECT_EQ(text.text(), u"The quick https://example.org");
 }
 
-TEST_F(GuardedReplacement, PressesTheCopyCommandOfTheMenuForItsSecondLook) {
+TEST_F(GuardedReplacement, UsesTheMenuCommandToReadAgain) {
     hideSelection();
     notes.addMenuBar({{u"Edit", {{u"Copy", u"c"}}}})
         .item(u"Edit", u"Copy")
@@ -69,9 +69,9 @@ TEST_F(GuardedReplacement, PressesTheCopyCommandOfTheMenuForItsSecondLook) {
     EXPECT_EQ(desktop.postedKeyStrokes(), (std::vector<PostedKeyStroke>{posted(key_stroke::paste, 0ms)}));
 }
 
-// What comes first.
+// The order of the first calls.
 
-TEST_F(GuardedReplacement, CountsTheInputBeforeAnythingElseAndRaisesTheWindowBeforeItReads) {
+TEST_F(GuardedReplacement, SamplesInputFirstAndRaisesTheWindowBeforeReading) {
     notes.element().answers(attribute::focusedWindow, window.element());
     const auto start = static_cast<std::ptrdiff_t>(desktop.journal().size());
     EXPECT_EQ(replace(), std::nullopt);
@@ -90,7 +90,7 @@ TEST_F(GuardedReplacement, CountsTheInputBeforeAnythingElseAndRaisesTheWindowBef
                "0.100000000 frontmostApplication() -> 812 com.example.notes \"Notes\""}));
 }
 
-TEST_F(GuardedReplacement, ForgetsAnEarlierRefusalAfterItCountedTheInput) {
+TEST_F(GuardedReplacement, ResetsTheTraceAfterSamplingInput) {
     ReplacementGuardTrace::shared().record({.reason = Reason::textChanged});
     Entries whileCounting;
     Entries afterwards;
@@ -103,9 +103,9 @@ TEST_F(GuardedReplacement, ForgetsAnEarlierRefusalAfterItCountedTheInput) {
     expectEmptyTrace();
 }
 
-// The application in front.
+// The frontmost application.
 
-TEST_F(GuardedReplacement, RaisesAndReadsNothingWhereAnotherApplicationIsInFront) {
+TEST_F(GuardedReplacement, ReadsNothingIfAnotherApplicationIsFrontmost) {
     desktop.addApplication(900, u"com.example.notes", u"Other");
     desktop.addApplication(901, std::nullopt, u"Nameless");
     struct Front {
@@ -142,7 +142,7 @@ TEST_F(GuardedReplacement, RaisesAndReadsNothingWhereAnotherApplicationIsInFront
     }
 }
 
-TEST_F(GuardedReplacement, RefusesARequestWithoutIdentifierForAnApplicationThatHasOneOnlyAfterTheSecondLook) {
+TEST_F(GuardedReplacement, ReadsBeforeRefusingAMissingBundleIdentifier) {
     request.expectedBundleIdentifier.reset();
     expectRefusal(entries(Reason::applicationChanged));
     EXPECT_EQ(test::callsWith(desktop, "copyAttribute(812/1, AXSelectedText)"), 1U);
@@ -151,13 +151,13 @@ TEST_F(GuardedReplacement, RefusesARequestWithoutIdentifierForAnApplicationThatH
     EXPECT_EQ(test::callsWith(desktop, "postToSession(key 8, flags 0x100000)"), 1U);
 }
 
-TEST_F(GuardedReplacement, ReplacesInAnApplicationWithoutIdentifierWhereNoneIsExpected) {
+TEST_F(GuardedReplacement, ReplacesIfNoIdentifierIsExpectedOrPresent) {
     desktop.addApplication(901, std::nullopt, std::nullopt)
         .element()
         .answers(attribute::focusedUIElement, text.element());
     desktop.addApplication(902, std::nullopt, std::nullopt).onCopy(copies(u"brown fox"));
     request.expectedBundleIdentifier.reset();
-    // The element of the first one belongs to Notes.
+    // The focused element of application 901 belongs to process 812.
     request.expectedProcessIdentifier = 901;
     desktop.bringToFront(901);
     expectRefusal(entries(Reason::applicationChanged));
@@ -167,12 +167,12 @@ TEST_F(GuardedReplacement, ReplacesInAnApplicationWithoutIdentifierWhereNoneIsEx
     EXPECT_EQ(pastes(), 1U);
 }
 
-TEST_F(GuardedReplacement, RefusesASelectionWhoseElementBelongsToNobody) {
+TEST_F(GuardedReplacement, RefusesAnElementWithoutAProcess) {
     text.processIdentifierFails();
     expectRefusal(entries(Reason::applicationChanged));
 }
 
-TEST_F(GuardedReplacement, RefusesTheSameTextInAnApplicationThatCameToTheFrontWhileTheWindowWasRaised) {
+TEST_F(GuardedReplacement, RefusesIfAnotherApplicationComesForwardWhileRaising) {
     notes.element().answers(attribute::focusedWindow, window.element());
     const auto other = desktop.addApplication(900, u"com.example.notes", u"Notes");
     const auto otherText = other.addTextElement(u"The quick brown fox", TextRange{10, 9});
@@ -194,14 +194,14 @@ TEST_F(GuardedReplacement, RefusesAnotherApplicationUnderTheSameProcessIdentifie
     expectRefusal(entries(Reason::applicationChanged));
 }
 
-// The second look.
+// The second read.
 
-TEST_F(GuardedReplacement, RefusesAnUntrustedProcessAsAReadThatFailed) {
+TEST_F(GuardedReplacement, RefusesAnUntrustedProcessAsAFailedRead) {
     desktop.setTrusted(false);
     expectRefusal(entries(Reason::rereadFailed, 4));
 }
 
-TEST_F(GuardedReplacement, SaysThatNothingIsSelectedWhereTheTargetCopiesNoText) {
+TEST_F(GuardedReplacement, RecordsNoSelectionIfTheTargetCopiesNoText) {
     text.select({10, 0});
     notes.onCopy(copies(u""));
     expectRefusal(entries(Reason::rereadFailed, 1));
@@ -210,20 +210,20 @@ TEST_F(GuardedReplacement, SaysThatNothingIsSelectedWhereTheTargetCopiesNoText) 
                                             posted(key_stroke::copy, 210ms)}));
 }
 
-TEST_F(GuardedReplacement, SaysThatNothingIsSelectedWhereThereIsNoFocusedElementAndTheTargetCopiesNoText) {
+TEST_F(GuardedReplacement, RecordsNoSelectionWithoutFocusedElementOrCopy) {
     notes.element().answers(attribute::focusedUIElement, AXError::noValue);
     notes.onCopy(copies(u""));
     expectRefusal(entries(Reason::rereadFailed, 1));
 }
 
-TEST_F(GuardedReplacement, DropsTheErrorOfATargetThatDoesNotCopy) {
+TEST_F(GuardedReplacement, HidesTheErrorOfATargetThatDoesNotCopy) {
     hideSelection();
     notes.onCopy(ignores());
     expectRefusal(entries(Reason::rereadFailed, 4));
     EXPECT_EQ(desktop.now(), 3210ms);
 }
 
-TEST_F(GuardedReplacement, DropsTheErrorOfAForbiddenClipboard) {
+TEST_F(GuardedReplacement, HidesTheErrorOfAForbiddenClipboard) {
     options.allowClipboardFallback = false;
     forbidWriting();
     expectRefusal(entries(Reason::rereadFailed, 4));
@@ -232,27 +232,27 @@ TEST_F(GuardedReplacement, DropsTheErrorOfAForbiddenClipboard) {
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(GuardedReplacement, DropsTheErrorOfKeysThatMayNotBePosted) {
+TEST_F(GuardedReplacement, HidesTheErrorOfKeysThatMayNotBePosted) {
     hideSelection();
     desktop.setPostEventAccess(false);
     expectRefusal(entries(Reason::rereadFailed, 4));
 }
 
-TEST_F(GuardedReplacement, DropsTheErrorOfAnApplicationThatEndedWhileItsWindowWasRaised) {
+TEST_F(GuardedReplacement, HidesTheErrorOfAnApplicationThatQuitWhileRaising) {
     notes.element().answers(attribute::focusedWindow, window.element());
     desktop.at(50ms, [this] { desktop.quit(812); });
     expectRefusal(entries(Reason::rereadFailed, 4));
 }
 
-TEST_F(GuardedReplacement, DropsAnExceptionOfAnotherKindThatEndsTheSecondLook) {
-    // The tenth call is of the second look: whether the process is trusted.
+TEST_F(GuardedReplacement, HidesExceptionsOfOtherTypesFromTheSecondRead) {
+    // The tenth call belongs to the second read: it checks whether the process is trusted.
     desktop.beforeCall(10, [] { throw std::bad_alloc(); });
     expectRefusal(entries(Reason::rereadFailed, 4));
 }
 
 // The text.
 
-TEST_F(GuardedReplacement, CountsTheCharactersOfBothTextsWhereTheyDiffer) {
+TEST_F(GuardedReplacement, RecordsTheLengthsOfTwoDifferentTexts) {
     struct Texts {
         Text expected;
         Text current;
@@ -262,7 +262,7 @@ TEST_F(GuardedReplacement, CountsTheCharactersOfBothTextsWhereTheyDiffer) {
     const std::vector<Texts> differing = {
         {u"abc", u"abcd", 3, 4},
         {u"abc", u"abC", 3, 3},
-        // A family of three, joined; a flag.
+        // Three joined emoji, one character; a flag and a letter.
         {u"\U0001f468\u200d\U0001f469\u200d\U0001f467", u"\U0001f1e9\U0001f1ea!", 1, 2},
         {u"e\u0301e\u0301", u"e\u0301", 2, 1},
         {u"a\r\nb", u"a\nb", 3, 3},
@@ -288,7 +288,7 @@ TEST_F(GuardedReplacement, AcceptsACanonicallyEquivalentText) {
     EXPECT_EQ(text.text(), u"red fox");
 }
 
-TEST_F(GuardedReplacement, TakesAReplacementCharacterForTheHalfSurrogatePairThatItCameFrom) {
+TEST_F(GuardedReplacement, AcceptsAReplacementCharacterForHalfASurrogatePair) {
     text.setText(u"a\U0001f600b", {1, 1});
     request.expectedText = u"\ufffd";
     request.expectedSelectedRange = TextRange{1, 1};
@@ -298,7 +298,7 @@ TEST_F(GuardedReplacement, TakesAReplacementCharacterForTheHalfSurrogatePairThat
 
 // The write.
 
-TEST_F(GuardedReplacement, PassesOnTheCodeOfARefusedWriteAndRecordsNothing) {
+TEST_F(GuardedReplacement, RethrowsTheCodeOfARefusedWriteAndRecordsNothing) {
     ReplacementGuardTrace::shared().record({.reason = Reason::textChanged});
     text.answersSet(attribute::selectedText, AXError::failure);
     EXPECT_EQ(replace(), BridgeError::replacementFailed(AXError::failure));
@@ -306,14 +306,14 @@ TEST_F(GuardedReplacement, PassesOnTheCodeOfARefusedWriteAndRecordsNothing) {
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(GuardedReplacement, RecordsNothingWhereTheSelectionChangesAfterItPassedTheGuard) {
+TEST_F(GuardedReplacement, RecordsNothingIfTheSelectionChangesAfterTheGuard) {
     text.answersInTurn(attribute::selectedText, {answer(Text(u"brown fox")), answer(Text(u"brown dog"))});
     EXPECT_EQ(replace(), BridgeError::selectionChanged());
     expectEmptyTrace();
     expectNothingWritten();
 }
 
-TEST_F(GuardedReplacement, PassesOnThatThePasteCannotBePostedAndRestoresTheClipboard) {
+TEST_F(GuardedReplacement, RethrowsAndRestoresIfThePasteCannotBePosted) {
     hideSelection();
     notes.onCopy([this] {
         desktop.userCopies(u"brown fox");
@@ -324,7 +324,7 @@ TEST_F(GuardedReplacement, PassesOnThatThePasteCannotBePostedAndRestoresTheClipb
     expectNothingWritten();
 }
 
-TEST_F(GuardedReplacement, PassesOnThatTheTextCannotBeStaged) {
+TEST_F(GuardedReplacement, RethrowsIfTheTextCannotBeStaged) {
     forbidWriting();
     desktop.refusePasteboardWrites();
     EXPECT_EQ(replace(), BridgeError::clipboardFallbackFailed(u"could not stage replacement text"));

@@ -18,7 +18,8 @@
 
 namespace lomaris::test {
 
-/// Notes in front with "brown fox" selected, the user's clipboard, and a request that expects exactly this.
+/// A frontmost application with "brown fox" selected, a clipboard with the user's text, and a request that expects this
+/// selection.
 class GuardedReplacementWorld : public testing::Test {
 protected:
     using Entries = std::vector<ReplacementGuardTrace::Entry>;
@@ -42,10 +43,10 @@ protected:
         });
     }
 
-    /// The focused element shows nothing of the selection; Command+C copies it.
+    /// The focused element does not expose the selection; Command+C copies it.
     void hideSelection() { notes.element().answers(attribute::focusedUIElement, notes.addElement().element()); }
 
-    /// The selection can be read, but only be replaced by pasting.
+    /// The selection can be read but not written, so it can only be replaced by pasting.
     void forbidWriting() { text.answersSettable(attribute::selectedText, {AXError::success, false}); }
 
     static Entries entries(Reason reason, std::int64_t error = 0, std::int64_t expected = 0, std::int64_t current = 0) {
@@ -61,14 +62,14 @@ protected:
             posted.begin(), posted.end(), [](const auto& stroke) { return stroke.keyStroke == key_stroke::paste; }));
     }
 
-    /// Nothing was written by either route, and the user's clipboard is as it was.
+    /// Nothing was written or pasted, and the user's clipboard is unchanged.
     void expectNothingWritten() {
         EXPECT_EQ(callsWith(desktop, "setAttribute(812/1, AXSelectedText"), 0U);
         EXPECT_EQ(pastes(), 0U);
         EXPECT_EQ(desktop.pasteboardContents(), clipboard);
     }
 
-    /// The replacement is refused for this reason, and leaves everything as it was.
+    /// The replacement is refused for this reason and changes nothing.
     void expectRefusal(const Entries& reason) {
         EXPECT_EQ(replace(), BridgeError::selectionChanged());
         EXPECT_EQ(ReplacementGuardTrace::shared().snapshot(), reason);

@@ -12,7 +12,7 @@
 namespace lomaris {
 namespace {
 
-TEST(Adapter, KeepsASharedPlatformForAsLongAsItself) {
+TEST(Adapter, OwnsASharedPlatform) {
     auto desktop = std::make_shared<SimulatedDesktop>();
     const std::weak_ptr<SimulatedDesktop> watched = desktop;
     {
@@ -23,13 +23,13 @@ TEST(Adapter, KeepsASharedPlatformForAsLongAsItself) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(Adapter, BorrowsAPlatformThatItIsLent) {
+TEST(Adapter, DoesNotOwnABorrowedPlatform) {
     SimulatedDesktop desktop;
     { const MacOSAccessibilityAdapter adapter{desktop}; }
     EXPECT_TRUE(desktop.accessibility().isProcessTrusted(TrustPrompt::none));
 }
 
-TEST(Adapter, TakesASharedPlatformAlongWhileTheClipboardIsStillToBeRestored) {
+TEST(Adapter, ServesThePastedTextIfDestroyedBeforeTheRestore) {
     std::optional<Bytes> pasted;
     auto desktop = std::make_shared<SimulatedDesktop>();
     auto notes = desktop->addApplication(812, u"com.example.notes", u"Notes");
@@ -47,7 +47,7 @@ TEST(Adapter, TakesASharedPlatformAlongWhileTheClipboardIsStillToBeRestored) {
     adapter->replaceSelection(snapshot, u"red fox", {.allowClipboardFallback = true, .justVerified = true});
     EXPECT_EQ(pasted, std::nullopt);
     adapter.reset();
-    // The platform kept the promise as it went.
+    // The destructor of the platform provided the promised data.
     EXPECT_EQ(pasted, "red fox");
 }
 

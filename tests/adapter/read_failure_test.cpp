@@ -8,7 +8,7 @@
 namespace lomaris {
 namespace {
 
-TEST(ReadFailure, NumbersTheThreeFailuresOfAHiddenSelectionAndTakesTheRestTogether) {
+TEST(ReadFailure, NumbersFailuresOfHiddenSelectionsFromOneToThree) {
     struct Example {
         BridgeError error;
         std::int64_t value;

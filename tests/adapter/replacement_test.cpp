@@ -56,14 +56,14 @@ protected:
     SimulatedTextElement text = notes.addTextElement(u"The quick brown fox", TextRange{10, 9});
 };
 
-TEST_F(Replacement, WritesIntoAnElementWhoseSelectionIsTheSameWithOneSet) {
+TEST_F(Replacement, WritesAnUnchangedSelectionWithOneSet) {
     EXPECT_EQ(replace(captureDirectly()), std::nullopt);
     EXPECT_EQ(text.text(), u"The quick red fox");
     EXPECT_EQ(test::callsWith(desktop, "setAttribute"), 1U);
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(Replacement, RefusesASnapshotThatCannotBeWrittenDirectlyWithoutReadingAnything) {
+TEST_F(Replacement, RefusesAnUnwritableSnapshotWithoutReading) {
     auto snapshot = captureDirectly();
     snapshot.payload.supportsDirectReplacement = false;
     const auto calls = desktop.journal().size();
@@ -71,7 +71,7 @@ TEST_F(Replacement, RefusesASnapshotThatCannotBeWrittenDirectlyWithoutReadingAny
     EXPECT_EQ(desktop.journal().size(), calls);
 }
 
-TEST_F(Replacement, PassesOnThatTheElementCannotBeReadAgain) {
+TEST_F(Replacement, RethrowsIfTheElementCannotBeReadAgain) {
     const auto snapshot = captureDirectly();
     desktop.quit(812);
     EXPECT_EQ(replace(snapshot), BridgeError::selectedTextUnavailable(AXError::invalidUIElement));
@@ -100,7 +100,7 @@ TEST_F(Replacement, RefusesWhenRangeMovedByOne) {
     EXPECT_EQ(test::callsWith(desktop, "setAttribute"), 0U);
 }
 
-TEST_F(Replacement, RefusesARangeThatAppearedOrWentAway) {
+TEST_F(Replacement, RefusesARangeThatAppearedOrDisappeared) {
     const auto withRange = captureDirectly();
     text.answers(attribute::selectedTextRange, AXError::noValue);
     const auto withoutRange = captureDirectly();
@@ -110,7 +110,7 @@ TEST_F(Replacement, RefusesARangeThatAppearedOrWentAway) {
     EXPECT_EQ(text.text(), u"The quick brown fox");
 }
 
-TEST_F(Replacement, WritesWhereNeitherReadHasARange) {
+TEST_F(Replacement, WritesIfNeitherReadHasARange) {
     text.answers(attribute::selectedTextRange, AXError::noValue);
     EXPECT_EQ(replace(captureDirectly()), std::nullopt);
     EXPECT_EQ(text.text(), u"The quick red fox");
@@ -123,7 +123,7 @@ TEST_F(Replacement, ReportsTheCodeOfARefusedWriteAndDoesNotPasteInstead) {
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(Replacement, CopiesAndComparesBeforeItPastes) {
+TEST_F(Replacement, CopiesAndComparesBeforePasting) {
     EXPECT_EQ(replace(captureByKeyboard(), {.allowClipboardFallback = true}), std::nullopt);
     turnFor(1s);
     EXPECT_EQ(text.text(), u"The quick red fox");
@@ -131,14 +131,14 @@ TEST_F(Replacement, CopiesAndComparesBeforeItPastes) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), u"mine");
 }
 
-TEST_F(Replacement, PostsNoCopyWhereTheSelectionWasJustVerified) {
+TEST_F(Replacement, PostsNoCopyIfTheSelectionWasJustVerified) {
     EXPECT_EQ(replace(captureByKeyboard(), {.allowClipboardFallback = true, .justVerified = true}), std::nullopt);
     turnFor(1s);
     EXPECT_EQ(text.text(), u"The quick red fox");
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 1U);
 }
 
-TEST_F(Replacement, TouchesNothingWhereTheClipboardIsForbidden) {
+TEST_F(Replacement, MakesNoCallIfTheClipboardIsForbidden) {
     const auto snapshot = captureByKeyboard();
     const auto calls = desktop.journal().size();
     EXPECT_EQ(replace(snapshot, {.allowClipboardFallback = false, .justVerified = true}),
@@ -165,7 +165,7 @@ TEST_F(Replacement, PastesOverACanonicallyEquivalentText) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), u"mine");
 }
 
-TEST_F(Replacement, PassesOnThatTheTargetDoesNotCopy) {
+TEST_F(Replacement, RethrowsIfTheTargetDoesNotCopy) {
     const auto snapshot = captureByKeyboard();
     notes.onCopy(ignores());
     EXPECT_EQ(

@@ -22,7 +22,7 @@ protected:
     }
 };
 
-TEST_F(ReadSelectionData, TakesTheSelectedTextAsItIs) {
+TEST_F(ReadSelectionData, ReturnsTheSelectedTextUnchanged) {
     field.answers(attribute::selectedText, Text(u"brown"));
     field.answers(attribute::selectedTextRange, TextRange{10, 5});
     field.answers(attribute::value, Text(u"The quick brown fox"));
@@ -32,7 +32,7 @@ TEST_F(ReadSelectionData, TakesTheSelectedTextAsItIs) {
     EXPECT_EQ(data.fullText, u"The quick brown fox");
 }
 
-TEST_F(ReadSelectionData, TakesTheSelectedTextEvenWhereRangeAndWholeTextAreUnreadable) {
+TEST_F(ReadSelectionData, ReturnsTheTextWithoutRangeAndValue) {
     field.answers(attribute::selectedText, Text(u"brown"));
     const auto data = read();
     EXPECT_EQ(data.text, u"brown");
@@ -40,14 +40,14 @@ TEST_F(ReadSelectionData, TakesTheSelectedTextEvenWhereRangeAndWholeTextAreUnrea
     EXPECT_EQ(data.fullText, std::nullopt);
 }
 
-TEST_F(ReadSelectionData, TakesTheSelectedTextEvenWhereTheRangeSaysSomethingElse) {
+TEST_F(ReadSelectionData, ReturnsTheTextEvenIfTheRangeContradictsIt) {
     field.answers(attribute::selectedText, Text(u"brown"));
     field.answers(attribute::selectedTextRange, TextRange{900, 4});
     field.answers(attribute::value, Text(u"0123456789"));
     EXPECT_EQ(read().text, u"brown");
 }
 
-TEST_F(ReadSelectionData, CutsTheTextOutOfTheValueWhereTheSelectedTextIsUnreadable) {
+TEST_F(ReadSelectionData, UsesRangeAndValueIfTheTextIsUnreadable) {
     field.answers(attribute::selectedText, AXError::attributeUnsupported);
     field.answers(attribute::selectedTextRange, TextRange{3, 4});
     field.answers(attribute::value, Text(u"0123456789"));
@@ -57,14 +57,14 @@ TEST_F(ReadSelectionData, CutsTheTextOutOfTheValueWhereTheSelectedTextIsUnreadab
     EXPECT_EQ(data.fullText, u"0123456789");
 }
 
-TEST_F(ReadSelectionData, FailsWithTheCodeWhereTheRangeRunsPastTheEnd) {
+TEST_F(ReadSelectionData, FailsIfTheRangeRunsPastTheEnd) {
     field.answers(attribute::selectedText, AXError::attributeUnsupported);
     field.answers(attribute::selectedTextRange, TextRange{8, 4});
     field.answers(attribute::value, Text(u"0123456789"));
     EXPECT_EQ(error(), BridgeError::selectedTextUnavailable(AXError::attributeUnsupported));
 }
 
-TEST_F(ReadSelectionData, FailsWithTheCodeWhereTheRangeIsEmptyOrTheValueMissing) {
+TEST_F(ReadSelectionData, FailsIfTheRangeIsEmptyOrTheValueIsMissing) {
     field.answers(attribute::selectedText, AXError::cannotComplete);
     field.answers(attribute::selectedTextRange, TextRange{3, 0});
     field.answers(attribute::value, Text(u"0123456789"));
@@ -75,28 +75,28 @@ TEST_F(ReadSelectionData, FailsWithTheCodeWhereTheRangeIsEmptyOrTheValueMissing)
     EXPECT_EQ(error(), BridgeError::selectedTextUnavailable(AXError::cannotComplete));
 }
 
-TEST_F(ReadSelectionData, FailsWithCodeZeroWhereTheSelectedTextIsNullOrOfAnotherKind) {
+TEST_F(ReadSelectionData, FailsWithCodeZeroIfTheTextIsNullOrOfAnotherType) {
     for (const AttributeValue& value : {AttributeValue(NullValue{}), AttributeValue(std::int64_t{5})}) {
         field.answers(attribute::selectedText, value);
         EXPECT_EQ(error(), BridgeError::selectedTextUnavailable(AXError::success));
     }
 }
 
-TEST_F(ReadSelectionData, CutsTheTextOutOfTheValueWhereTheSelectedTextIsNull) {
+TEST_F(ReadSelectionData, UsesRangeAndValueIfTheTextIsNull) {
     field.answers(attribute::selectedText, NullValue{});
     field.answers(attribute::selectedTextRange, TextRange{3, 4});
     field.answers(attribute::value, Text(u"0123456789"));
     EXPECT_EQ(read().text, u"3456");
 }
 
-TEST_F(ReadSelectionData, CutsTheTextOutOfTheValueWhereTheSelectedTextIsEmpty) {
+TEST_F(ReadSelectionData, UsesRangeAndValueIfTheTextIsEmpty) {
     field.answers(attribute::selectedText, Text());
     field.answers(attribute::selectedTextRange, TextRange{3, 4});
     field.answers(attribute::value, Text(u"0123456789"));
     EXPECT_EQ(read().text, u"3456");
 }
 
-TEST_F(ReadSelectionData, IsEmptyAndNoErrorWhereTheSelectedTextIsEmptyAndTheRangeHelpsNoFurther) {
+TEST_F(ReadSelectionData, ReturnsAnEmptyTextIfTheRangeIsUnusable) {
     field.answers(attribute::selectedText, Text());
     EXPECT_EQ(read().text, u"");
 
@@ -108,7 +108,7 @@ TEST_F(ReadSelectionData, IsEmptyAndNoErrorWhereTheSelectedTextIsEmptyAndTheRang
     EXPECT_EQ(data.fullText, u"0123456789");
 }
 
-TEST_F(ReadSelectionData, DoesNotAddUpARangeThatOverflows) {
+TEST_F(ReadSelectionData, IgnoresARangeWhoseEndOverflows) {
     field.answers(attribute::selectedText, Text());
     field.answers(attribute::selectedTextRange, TextRange{1, notFoundLocation});
     field.answers(attribute::value, Text(u"0123456789"));

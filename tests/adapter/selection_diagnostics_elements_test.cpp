@@ -13,7 +13,7 @@ using test::setChildren;
 
 using DiagnosedElements = SelectionDiagnosticsTest;
 
-TEST_F(DiagnosedElements, TakesAReadableSelectedTextForRelevantWhateverItIs) {
+TEST_F(DiagnosedElements, AreRelevantIfTheSelectedTextIsReadable) {
     struct Example {
         const char* what;
         AttributeValue value;
@@ -39,7 +39,7 @@ TEST_F(DiagnosedElements, TakesAReadableSelectedTextForRelevantWhateverItIs) {
     }
 }
 
-TEST_F(DiagnosedElements, RecordsTheStatusOfASelectedTextThatCannotBeRead) {
+TEST_F(DiagnosedElements, RecordTheStatusOfAnUnreadableSelectedText) {
     window.answers(attribute::role, Text(u"AXTextArea"));
     for (const std::int32_t code : {-25200, -25204, -25205, -25212, 7}) {
         window.answers(attribute::selectedText, static_cast<AXError>(code));
@@ -51,7 +51,7 @@ TEST_F(DiagnosedElements, RecordsTheStatusOfASelectedTextThatCannotBeRead) {
     }
 }
 
-TEST_F(DiagnosedElements, TakesAnElementWithARangeForRelevant) {
+TEST_F(DiagnosedElements, AreRelevantIfTheyHaveARange) {
     for (const TextRange range : {TextRange{3, 2}, TextRange{0, 0}, TextRange{notFoundLocation, -1}}) {
         window.answers(attribute::selectedTextRange, range);
         AccessibilityNodeDiagnostic expected;
@@ -62,7 +62,7 @@ TEST_F(DiagnosedElements, TakesAnElementWithARangeForRelevant) {
     }
 }
 
-TEST_F(DiagnosedElements, TakesNoOtherValueForARange) {
+TEST_F(DiagnosedElements, ReadOnlyABoxedRangeAsARange) {
     const std::vector<AttributeValue> values = {OtherBoxedValue{}, NullValue{}, Text(u"{3, 2}"), std::int64_t{3}};
     for (const AttributeValue& value : values) {
         window.answers(attribute::selectedTextRange, value);
@@ -70,7 +70,7 @@ TEST_F(DiagnosedElements, TakesNoOtherValueForARange) {
     }
 }
 
-TEST_F(DiagnosedElements, TakesAnElementThatSaysItIsFocusedForRelevant) {
+TEST_F(DiagnosedElements, AreRelevantIfFocused) {
     window.answers(attribute::focused, true);
     AccessibilityNodeDiagnostic expected;
     expected.path = u"0";
@@ -85,7 +85,7 @@ TEST_F(DiagnosedElements, TakesAnElementThatSaysItIsFocusedForRelevant) {
     }
 }
 
-TEST_F(DiagnosedElements, TakesFourRolesForRelevantAndNoOthers) {
+TEST_F(DiagnosedElements, AreRelevantByFourRolesOnly) {
     for (const TextView role : {u"AXTextArea", u"AXTextField", u"AXWebArea", u"AXStaticText"}) {
         window.answers(attribute::role, Text(role));
         EXPECT_EQ(relevantPaths(), Texts{u"0"}) << utf8FromText(role);
@@ -98,7 +98,7 @@ TEST_F(DiagnosedElements, TakesFourRolesForRelevantAndNoOthers) {
     EXPECT_EQ(relevantPaths(), Texts{});
 }
 
-TEST_F(DiagnosedElements, TakesAnIdentifierWithTheWordEditorInAnyCaseForRelevant) {
+TEST_F(DiagnosedElements, AreRelevantIfTheIdentifierContainsEditor) {
     for (const TextView identifier : {u"editor", u"MainEditorView", u"TEXT-EDITOR", u"TextEditorHost"}) {
         window.answers(attribute::role, Text(u"AXGroup")).answers(attribute::identifier, Text(identifier));
         AccessibilityNodeDiagnostic expected;
@@ -114,7 +114,7 @@ TEST_F(DiagnosedElements, TakesAnIdentifierWithTheWordEditorInAnyCaseForRelevant
     }
 }
 
-TEST_F(DiagnosedElements, LooksIntoTheIdentifierOnlyWhereNothingElseDecides) {
+TEST_F(DiagnosedElements, AreTestedByIdentifierLast) {
     auto focused = notes.addElement();
     focused.answers(attribute::focused, true).answers(attribute::identifier, Text(u"by focus"));
     auto readable = notes.addElement();
@@ -132,9 +132,9 @@ TEST_F(DiagnosedElements, LooksIntoTheIdentifierOnlyWhereNothingElseDecides) {
     EXPECT_EQ(test::callsWith(desktop, " containsIgnoringCase(\"by name\", \"editor\") -> false"), 1U);
 }
 
-// What cannot be read.
+// Settability, and values that cannot be read.
 
-TEST_F(DiagnosedElements, AsksOnlyRelevantElementsWhetherTheirTextCanBeSet) {
+TEST_F(DiagnosedElements, AreTestedForSettabilityOnlyIfRelevant) {
     auto group = addWithRole(u"AXGroup");
     group.answersSettable(attribute::selectedText, {AXError::success, true});
     const auto text = addStaticText();
@@ -149,10 +149,10 @@ TEST_F(DiagnosedElements, AsksOnlyRelevantElementsWhetherTheirTextCanBeSet) {
     EXPECT_EQ(test::callsWith(desktop, " areAttributesSettable("), 1U);
 }
 
-TEST_F(DiagnosedElements, KeepsApartWhoCanBeSetAmongMoreElementsThanFitIntoABatch) {
+TEST_F(DiagnosedElements, AreTestedForSettabilityAcrossBatches) {
     auto settable = addStaticText();
     settable.answersSettable(attribute::selectedText, {AXError::success, true});
-    std::vector<SimulatedElement> children = addSilent(600);
+    std::vector<SimulatedElement> children = addBareElements(600);
     children.front() = addStaticText();
     children.back() = settable;
     setChildren(window, children);
@@ -162,7 +162,7 @@ TEST_F(DiagnosedElements, KeepsApartWhoCanBeSetAmongMoreElementsThanFitIntoABatc
     EXPECT_EQ(diagnose(), payload(601, false, {staticText(u"0.0", 1), last}));
 }
 
-TEST_F(DiagnosedElements, TakesOnlyAPlainYesForSettable) {
+TEST_F(DiagnosedElements, AreSettableOnlyIfTheQuerySucceeds) {
     const std::vector<std::pair<SettableAnswer, bool>> examples = {
         {{AXError::success, true}, true},
         {{AXError::success, false}, false},
@@ -179,7 +179,7 @@ TEST_F(DiagnosedElements, TakesOnlyAPlainYesForSettable) {
     }
 }
 
-TEST_F(DiagnosedElements, TakesTheLengthOfAValueOnlyWhereItIsAText) {
+TEST_F(DiagnosedElements, HaveAValueLengthOnlyIfTheValueIsAText) {
     window.answers(attribute::role, Text(u"AXStaticText"));
     const std::vector<std::pair<AttributeValue, std::optional<std::int64_t>>> examples = {
         {Text(u"\U0001F1EB\U0001F1F7!"), 5}, {Text(), 0}, {std::int64_t{12}, std::nullopt}, {true, std::nullopt},
@@ -193,7 +193,7 @@ TEST_F(DiagnosedElements, TakesTheLengthOfAValueOnlyWhereItIsAText) {
     }
 }
 
-TEST_F(DiagnosedElements, TakesUnreadableTextsAndChildrenForAbsent) {
+TEST_F(DiagnosedElements, LeaveOutUnreadableTextsAndChildren) {
     window.answers(attribute::role, Text(u"AXStaticText"));
     for (const AXError error : {AXError::failure, AXError::cannotComplete, AXError::noValue}) {
         window.answers(attribute::subrole, error)
@@ -209,7 +209,7 @@ TEST_F(DiagnosedElements, TakesUnreadableTextsAndChildrenForAbsent) {
     EXPECT_EQ(diagnose(), payload(1, false, {staticText(u"0", 0)}));
 }
 
-TEST_F(DiagnosedElements, ComesToAnEndWhereTheApplicationHangs) {
+TEST_F(DiagnosedElements, AreScannedEvenIfTheApplicationHangs) {
     notes.hang();
     EXPECT_EQ(diagnose(), payload(1, false, {}));
 }

@@ -17,7 +17,7 @@ namespace lomaris {
 
 using Texts = std::vector<Text>;
 
-/// An application in front with a focused window that says nothing.
+/// A frontmost application whose focused window has no attributes.
 class SelectionDiagnosticsTest : public testing::Test {
 protected:
     SelectionDiagnosticsTest() {
@@ -27,7 +27,7 @@ protected:
 
     AccessibilityDiagnosticPayload diagnose() { return diagnoseSelection(desktop); }
 
-    /// The paths of the elements that the diagnosis keeps.
+    /// Returns the paths of the relevant elements.
     Texts relevantPaths() {
         Texts paths;
         for (auto& node : diagnose().relevantNodes) {
@@ -43,8 +43,8 @@ protected:
     }
     SimulatedElement addStaticText() { return addWithRole(u"AXStaticText"); }
 
-    /// Elements that say nothing.
-    std::vector<SimulatedElement> addSilent(std::size_t count) {
+    /// Adds elements without attributes.
+    std::vector<SimulatedElement> addBareElements(std::size_t count) {
         std::vector<SimulatedElement> elements;
         for (std::size_t index = 0; index < count; ++index) {
             elements.push_back(notes.addElement());
@@ -52,7 +52,7 @@ protected:
         return elements;
     }
 
-    /// The static text "AXStaticText" at `path`, as far as it is nothing but that.
+    /// Returns the record of an element at `path` that has no attribute but the role "AXStaticText".
     static AccessibilityNodeDiagnostic staticText(TextView path, std::int64_t depth) {
         AccessibilityNodeDiagnostic node;
         node.path = path;
@@ -62,7 +62,7 @@ protected:
         return node;
     }
 
-    /// The payload of the application in front with these numbers and elements.
+    /// Returns the payload of the frontmost application with these numbers and elements.
     static AccessibilityDiagnosticPayload payload(std::int64_t scanned, bool truncated,
                                                   std::vector<AccessibilityNodeDiagnostic> nodes) {
         AccessibilityDiagnosticPayload payload;

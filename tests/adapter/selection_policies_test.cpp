@@ -23,13 +23,13 @@ std::string shown(const Text& identifier) { return {identifier.begin(), identifi
 
 constexpr auto isGenuine = ShortcutSelectionPolicy::isGenuineTextSelection;
 
-TEST(ShortcutSelectionPolicy, RefusesAnEmptyTextEverywhere) {
+TEST(ShortcutSelectionPolicy, RefusesAnEmptyTextInAnyApplication) {
     EXPECT_FALSE(isGenuine(std::nullopt, u"", std::nullopt));
     EXPECT_FALSE(isGenuine(u"com.example.notes", u"", TextRange{0, 3}));
     EXPECT_FALSE(isGenuine(u"com.apple.Terminal", u"", TextRange{0, 3}));
 }
 
-TEST(ShortcutSelectionPolicy, TrustsSomeTextWithoutABundleIdentifier) {
+TEST(ShortcutSelectionPolicy, AcceptsTextWithoutABundleIdentifier) {
     EXPECT_TRUE(isGenuine(std::nullopt, u"x", std::nullopt));
 }
 
@@ -43,7 +43,7 @@ TEST(ShortcutSelectionPolicy, RefusesAnySelectionInAFileManager) {
     EXPECT_FALSE(ShortcutSelectionPolicy::isFileManager(u"com.apple.Finder"));
 }
 
-TEST(ShortcutSelectionPolicy, TrustsATerminalOnlyWithARangeThatIsNotEmpty) {
+TEST(ShortcutSelectionPolicy, AcceptsATerminalOnlyWithANonEmptyRange) {
     for (const auto& identifier : terminals) {
         EXPECT_FALSE(isGenuine(identifier, u"x", std::nullopt)) << shown(identifier);
         EXPECT_FALSE(isGenuine(identifier, u"x", TextRange{5, 0})) << shown(identifier);
@@ -53,17 +53,17 @@ TEST(ShortcutSelectionPolicy, TrustsATerminalOnlyWithARangeThatIsNotEmpty) {
     }
 }
 
-TEST(ShortcutSelectionPolicy, TrustsSomeTextInAnyOtherApplication) {
+TEST(ShortcutSelectionPolicy, AcceptsTextInAnyOtherApplication) {
     EXPECT_TRUE(isGenuine(u"com.example.notes", u"x", std::nullopt));
     EXPECT_TRUE(isGenuine(u"com.google.Chrome", u"x", std::nullopt));
 }
 
-TEST(ShortcutSelectionPolicy, TakesADifferenceInLetterCaseForAnotherApplication) {
+TEST(ShortcutSelectionPolicy, ComparesIdentifiersCaseSensitively) {
     EXPECT_TRUE(isGenuine(u"com.apple.Finder", u"x", std::nullopt));
     EXPECT_TRUE(isGenuine(u"com.apple.terminal", u"x", std::nullopt));
 }
 
-TEST(WebContentCompatibility, SendsBrowsersAndCodeEditorsToTheClipboard) {
+TEST(WebContentCompatibility, RequiresTheClipboardForBrowsersAndCodeEditors) {
     for (const auto& identifier : webApplications) {
         EXPECT_TRUE(WebContentCompatibility::requiresClipboard(identifier)) << shown(identifier);
         EXPECT_TRUE(WebContentCompatibility::requiresClipboard(identifier + u".canary")) << shown(identifier);
@@ -71,14 +71,14 @@ TEST(WebContentCompatibility, SendsBrowsersAndCodeEditorsToTheClipboard) {
     }
 }
 
-TEST(WebContentCompatibility, DoesNotMatchAnIdentifierThatIsShorterByOneCharacter) {
+TEST(WebContentCompatibility, DoesNotMatchAShortenedIdentifier) {
     for (const auto& identifier : webApplications) {
         EXPECT_FALSE(WebContentCompatibility::requiresClipboard(identifier.substr(0, identifier.size() - 1)))
             << shown(identifier);
     }
 }
 
-TEST(WebContentCompatibility, LeavesEverythingElseToAccessibility) {
+TEST(WebContentCompatibility, DoesNotMatchAnythingElse) {
     EXPECT_FALSE(WebContentCompatibility::requiresClipboard(std::nullopt));
     EXPECT_FALSE(WebContentCompatibility::requiresClipboard(u""));
     EXPECT_FALSE(WebContentCompatibility::requiresClipboard(u"com.google.chrome"));

@@ -17,7 +17,7 @@ using Entries = std::vector<SelectionCaptureTrace::Entry>;
 
 using namespace std::chrono_literals;
 
-/// A read of each kind of failure, on each route.
+/// Reads with each kind of failure, on each route.
 class SelectionReadRouting : public testing::Test {
 protected:
     SelectionReadRouting() {
@@ -52,7 +52,7 @@ protected:
         EXPECT_EQ(SelectionCaptureTrace::shared().snapshot(), entries);
     }
 
-    /// The focused element does not show its selection; Command+C copies it.
+    /// The focused element does not expose its selection; Command+C copies it.
     void hideSelection() {
         notes.element().answers(attribute::focusedUIElement, notes.addElement().element());
         notes.onCopy(copies(u"brown fox"));
@@ -73,12 +73,12 @@ protected:
     SelectionPurpose purpose = SelectionPurpose::standard;
 };
 
-TEST_F(SelectionReadRouting, RecordsRouteOneAndNoErrorForADirectRead) {
+TEST_F(SelectionReadRouting, RecordsRouteOneForADirectRead) {
     EXPECT_EQ(read().payload.selectedText, u"brown fox");
     expectTrace({.route = 1});
 }
 
-TEST_F(SelectionReadRouting, CopiesWhereTheSelectedTextIsUnavailableWithoutLookingForTheCopyCommand) {
+TEST_F(SelectionReadRouting, CopiesByKeyIfTheSelectedTextIsUnavailable) {
     hideSelection();
     addCopyMenu(true);
     const auto snapshot = read();
@@ -96,28 +96,28 @@ TEST_F(SelectionReadRouting, BuildsTheSnapshotOfTheClipboardRoute) {
     expected.bundleIdentifier = u"com.example.notes";
     expected.processIdentifier = 812;
     expected.selectedText = u"brown fox";
-    // The press of Command+C counts as one of the key presses.
+    // Command+C counts as one key press.
     expected.inputActivity = {2, 2, 3, 4};
     expected.selectionMethod = u"keyboardClipboardFallback";
     EXPECT_EQ(snapshot.payload, expected);
     EXPECT_EQ(snapshot.replacementStrategy, ReplacementStrategy::keyboardClipboard);
 }
 
-TEST_F(SelectionReadRouting, CopiesWhereNothingIsSelected) {
+TEST_F(SelectionReadRouting, CopiesIfNothingIsSelected) {
     field.select({3, 0});
     notes.onCopy(copies(u"a line"));
     EXPECT_EQ(read().payload.selectedText, u"a line");
     expectTrace({.route = 3, .error = 1, .keyPresses = 1});
 }
 
-TEST_F(SelectionReadRouting, CopiesWhereTheFocusedElementIsUnavailable) {
+TEST_F(SelectionReadRouting, CopiesIfTheFocusedElementIsUnavailable) {
     notes.element().answers(attribute::focusedUIElement, AXError::noValue);
     notes.onCopy(copies(u"brown fox"));
     EXPECT_EQ(read().payload.selectedText, u"brown fox");
     expectTrace({.route = 3, .error = 3, .keyPresses = 1});
 }
 
-TEST_F(SelectionReadRouting, ThrowsTheErrorOfTheClipboardRouteAsItIs) {
+TEST_F(SelectionReadRouting, RethrowsTheErrorOfTheClipboardRoute) {
     field.select({3, 0});
     EXPECT_EQ(error(), BridgeError::clipboardFallbackFailed(
                            u"the target application did not respond to Cmd+C after 3 attempt(s)"));
@@ -125,33 +125,33 @@ TEST_F(SelectionReadRouting, ThrowsTheErrorOfTheClipboardRouteAsItIs) {
     EXPECT_EQ(desktop.now(), 3160ms);
 }
 
-TEST_F(SelectionReadRouting, TriesNoClipboardWithoutPermission) {
+TEST_F(SelectionReadRouting, DoesNotCopyWithoutPermission) {
     desktop.setTrusted(false);
     EXPECT_EQ(error(), BridgeError::accessibilityPermissionRequired());
     expectTrace({.error = 4});
 }
 
-TEST_F(SelectionReadRouting, RecordsErrorFourBesideRouteOneWhereTheClipboardIsForbidden) {
+TEST_F(SelectionReadRouting, RecordsRouteOneAndErrorFourIfPastingIsForbidden) {
     field.answersSettable(attribute::selectedText, {AXError::success, false});
     options.allowClipboardFallback = false;
     EXPECT_EQ(error(), BridgeError::clipboardFallbackDisabled());
     expectTrace({.route = 1, .error = 4});
 }
 
-TEST_F(SelectionReadRouting, RecordsRouteThreeBeforeItFindsTheClipboardForbidden) {
+TEST_F(SelectionReadRouting, RecordsRouteThreeIfTheClipboardIsForbidden) {
     hideSelection();
     options.allowClipboardFallback = false;
     EXPECT_EQ(error(), BridgeError::clipboardFallbackDisabled());
     expectTrace({.route = 3, .error = 2});
 }
 
-TEST_F(SelectionReadRouting, FailsWhereNoApplicationIsInFront) {
+TEST_F(SelectionReadRouting, FailsIfNoApplicationIsFrontmost) {
     desktop.leaveNothingInFront();
     EXPECT_EQ(error(), BridgeError::focusedApplicationUnavailable(AXError::noValue));
     expectTrace({.route = 3, .error = 3});
 }
 
-TEST_F(SelectionReadRouting, PressesTheCopyCommandUnderTheShortcutAndBeforeAReplacement) {
+TEST_F(SelectionReadRouting, UsesTheMenuUnderTheShortcutAndBeforeAReplacement) {
     hideSelection();
     for (const std::optional<bool> enabled : {std::optional<bool>(true), std::optional<bool>()}) {
         addCopyMenu(enabled);
@@ -164,7 +164,7 @@ TEST_F(SelectionReadRouting, PressesTheCopyCommandUnderTheShortcutAndBeforeARepl
     }
 }
 
-TEST_F(SelectionReadRouting, LooksForTheCopyCommandTwice50MillisecondsApart) {
+TEST_F(SelectionReadRouting, SearchesTheCopyCommandTwice50MillisecondsApart) {
     hideSelection();
     purpose = SelectionPurpose::shortcut;
     EXPECT_EQ(read().payload.selectedText, u"brown fox");
@@ -172,7 +172,7 @@ TEST_F(SelectionReadRouting, LooksForTheCopyCommandTwice50MillisecondsApart) {
     EXPECT_EQ(desktop.now(), 50ms);
 }
 
-TEST_F(SelectionReadRouting, FindsACopyCommandThatIsThereAtTheSecondLook) {
+TEST_F(SelectionReadRouting, FindsACopyCommandInTheSecondSearch) {
     hideSelection();
     purpose = SelectionPurpose::guardedReplacement;
     desktop.at(20ms, [this] { addCopyMenu(true); });
@@ -181,7 +181,7 @@ TEST_F(SelectionReadRouting, FindsACopyCommandThatIsThereAtTheSecondLook) {
     EXPECT_EQ(desktop.now(), 50ms);
 }
 
-TEST_F(SelectionReadRouting, SelectsNothingUnderTheShortcutWhereTheCopyCommandIsDisabled) {
+TEST_F(SelectionReadRouting, ReportsNoSelectionUnderTheShortcutIfCopyIsDisabled) {
     field.select({3, 0});
     addCopyMenu(false);
     purpose = SelectionPurpose::shortcut;
@@ -190,7 +190,7 @@ TEST_F(SelectionReadRouting, SelectsNothingUnderTheShortcutWhereTheCopyCommandIs
     EXPECT_EQ(desktop.now(), 0ms);
 }
 
-TEST_F(SelectionReadRouting, CopiesByKeyBeforeAReplacementWhereTheCopyCommandIsDisabled) {
+TEST_F(SelectionReadRouting, CopiesByKeyBeforeAReplacementIfCopyIsDisabled) {
     field.select({3, 0});
     addCopyMenu(false);
     notes.onCopy(copies(u"a line"));
@@ -199,7 +199,7 @@ TEST_F(SelectionReadRouting, CopiesByKeyBeforeAReplacementWhereTheCopyCommandIsD
     expectTrace({.route = 3, .error = 1, .copyItem = 3, .keyPresses = 1});
 }
 
-TEST_F(SelectionReadRouting, CopiesByKeyUnderTheShortcutWhereTheSelectionIsHiddenAndTheCopyCommandDisabled) {
+TEST_F(SelectionReadRouting, CopiesAHiddenSelectionByKeyIfCopyIsDisabled) {
     hideSelection();
     addCopyMenu(false);
     purpose = SelectionPurpose::shortcut;
@@ -207,7 +207,7 @@ TEST_F(SelectionReadRouting, CopiesByKeyUnderTheShortcutWhereTheSelectionIsHidde
     expectTrace({.route = 3, .error = 2, .copyItem = 3, .keyPresses = 1});
 }
 
-TEST_F(SelectionReadRouting, UsesTheApplicationThatWasInFrontBeforeTheRead) {
+TEST_F(SelectionReadRouting, UsesTheApplicationInFrontBeforeTheRead) {
     hideSelection();
     desktop.addApplication(900, std::nullopt, u"Other");
     desktop.beforeCall(4, [this] { desktop.bringToFront(900); });
@@ -215,7 +215,7 @@ TEST_F(SelectionReadRouting, UsesTheApplicationThatWasInFrontBeforeTheRead) {
     EXPECT_EQ(desktop.postedKeyStrokes().at(0).processIdentifier, 812);
 }
 
-TEST_F(SelectionReadRouting, CopiesFromTheApplicationThatCameToTheFrontMeanwhileWhereNoneWas) {
+TEST_F(SelectionReadRouting, UsesAnApplicationThatComesForwardDuringTheRead) {
     hideSelection();
     desktop.leaveNothingInFront();
     desktop.systemWide().answers(attribute::focusedUIElement, AXError::cannotComplete);
@@ -227,7 +227,7 @@ TEST_F(SelectionReadRouting, CopiesFromTheApplicationThatCameToTheFrontMeanwhile
     expectTrace({.route = 3, .error = 3, .keyPresses = 1});
 }
 
-TEST_F(SelectionReadRouting, RefusesAFileManagerUnderTheShortcutWithoutReadingAnything) {
+TEST_F(SelectionReadRouting, RefusesAFileManagerUnderTheShortcutUnread) {
     const auto finder = desktop.addApplication(1, u"com.apple.finder", u"Finder");
     finder.element().answers(attribute::focusedUIElement,
                              finder.addTextElement(u"a file name", TextRange{0, 11}).element());
@@ -244,7 +244,7 @@ TEST_F(SelectionReadRouting, RefusesAFileManagerUnderTheShortcutWithoutReadingAn
     expectTrace({});
 }
 
-TEST_F(SelectionReadRouting, ReadsUnderTheShortcutWhereTheApplicationHasNoIdentifierOrNoneIsInFront) {
+TEST_F(SelectionReadRouting, ReadsUnderTheShortcutWithoutABundleIdentifier) {
     purpose = SelectionPurpose::shortcut;
     const auto nameless = desktop.addApplication(2, std::nullopt, std::nullopt);
     nameless.element().answers(attribute::focusedUIElement, field.element());
@@ -255,7 +255,7 @@ TEST_F(SelectionReadRouting, ReadsUnderTheShortcutWhereTheApplicationHasNoIdenti
     EXPECT_EQ(read().payload.selectedText, u"brown fox");
 }
 
-/// A browser in front, in which accessibility tells that something is selected.
+/// A frontmost browser whose focused element reports a selection.
 class WebContentRouting : public SelectionReadRouting {
 protected:
     WebContentRouting() {
@@ -274,10 +274,10 @@ protected:
     SimulatedApplication browser = desktop.addApplication(950, u"org.mozilla.firefox", u"Browser");
 };
 
-TEST_F(WebContentRouting, TakesWhatTheClipboardGivesWithRouteTwoAndWebOne) {
+TEST_F(WebContentRouting, ReturnsTheCopiedTextAndRecordsRouteTwo) {
     EXPECT_EQ(read().payload.selectedText, u"as copied");
     expectTrace({.route = 2, .keyPresses = 1, .web = 1});
-    // The second look for a Copy command.
+    // The pause before the second search for a Copy command.
     EXPECT_EQ(desktop.now(), 50ms);
 }
 
@@ -294,22 +294,22 @@ TEST_F(WebContentRouting, PressesEvenADisabledCopyCommand) {
     expectTrace({.route = 2, .menuPresses = 1, .web = 1});
 }
 
-TEST_F(WebContentRouting, ThrowsWhereTheClipboardIsForbidden) {
+TEST_F(WebContentRouting, FailsIfTheClipboardIsForbidden) {
     options.allowClipboardFallback = false;
     EXPECT_EQ(error(), BridgeError::clipboardFallbackDisabled());
     expectTrace({.route = 2, .error = 4, .web = 1});
 }
 
-TEST_F(WebContentRouting, RunsTheClipboardRouteAgainWhereItSelectedNothing) {
-    // The menu copies nothing within 0.2 s, which ends the first read; the second one goes by key.
+TEST_F(WebContentRouting, CopiesAgainIfTheFirstCopySelectedNothing) {
+    // The menu copies nothing within 0.2 s, which ends the first read; the second one posts the key.
     browser.addMenuBar({{u"Edit", {{.title = u"Copy", .commandCharacter = u"c"}}}});
     EXPECT_EQ(read().payload.selectedText, u"as copied");
     expectTrace({.route = 3, .error = 1, .keyPresses = 1, .menuPresses = 1, .web = 1});
     EXPECT_EQ(desktop.now(), 200ms);
 }
 
-TEST_F(WebContentRouting, CopiesFromTheApplicationThatTheFocusedElementWasAskedOf) {
-    // In front when the focused element is looked for, not when the read begins.
+TEST_F(WebContentRouting, CopiesFromTheApplicationOfTheFocusedElement) {
+    // Frontmost when the focused element is read, not when the read begins.
     desktop.bringToFront(812);
     desktop.beforeCall(3, [this] { desktop.bringToFront(950); });
     EXPECT_EQ(read().payload.applicationName, u"Browser");

@@ -29,7 +29,7 @@ const std::vector<TextRange> rangesOutside = {
     {greatest, greatest},
 };
 
-TEST(TextContext, CutsTheSelectedTextInUnits) {
+TEST(TextContext, CutsTheSelectedTextByUtf16Units) {
     EXPECT_EQ(TextContext::selectedText(u"0123456789", {3, 4}), u"3456");
     EXPECT_EQ(TextContext::selectedText(u"0123456789", {0, 10}), u"0123456789");
     EXPECT_EQ(TextContext::selectedText(u"0123456789", {10, 0}), u"");
@@ -37,7 +37,7 @@ TEST(TextContext, CutsTheSelectedTextInUnits) {
     EXPECT_EQ(TextContext::selectedText(u"", {0, 0}), u"");
 }
 
-TEST(TextContext, HasNoSelectedTextForARangeThatDoesNotLieInside) {
+TEST(TextContext, HasNoSelectedTextForARangeOutsideTheText) {
     for (const auto& range : rangesOutside) {
         EXPECT_EQ(TextContext::selectedText(u"0123456789", range), std::nullopt)
             << range.location << ", " << range.length;
@@ -49,13 +49,13 @@ TEST(TextContext, CutsFiveUnitsOnEachSide) {
               (ExtractedContext{u"12345", u"bcdef"}));
 }
 
-TEST(TextContext, TakesWhatThereIsWhereTheLimitIsGreater) {
+TEST(TextContext, ReturnsAllTextIfTheLimitIsGreater) {
     EXPECT_EQ(TextContext::extract(u"0123456789", TextRange{3, 4}, 10000, 10000), (ExtractedContext{u"012", u"789"}));
     EXPECT_EQ(TextContext::extract(u"0123456789", TextRange{3, 4}, greatest, greatest),
               (ExtractedContext{u"012", u"789"}));
 }
 
-TEST(TextContext, IsEmptyBeforeASelectionAtTheStartAndAfterOneAtTheEnd) {
+TEST(TextContext, IsEmptyBeyondTheStartAndTheEnd) {
     EXPECT_EQ(TextContext::extract(u"0123456789", TextRange{0, 4}, 5, 5), (ExtractedContext{u"", u"45678"}));
     EXPECT_EQ(TextContext::extract(u"0123456789", TextRange{6, 4}, 5, 5), (ExtractedContext{u"12345", u""}));
 }
@@ -75,7 +75,7 @@ TEST(TextContext, IsAbsentWithoutTextOrRange) {
     EXPECT_EQ(TextContext::extract(u"0123456789", std::nullopt, 5, 5), std::nullopt);
 }
 
-TEST(TextContext, IsAbsentForARangeThatDoesNotLieInside) {
+TEST(TextContext, IsAbsentForARangeOutsideTheText) {
     for (const auto& range : rangesOutside) {
         EXPECT_EQ(TextContext::extract(u"0123456789", range, 5, 5), std::nullopt)
             << range.location << ", " << range.length;
