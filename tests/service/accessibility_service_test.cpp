@@ -19,7 +19,7 @@ protected:
         });
     }
 
-    /// Each operation that only reads.
+    /// Returns every operation that only reads.
     [[nodiscard]] std::vector<std::function<void()>> reads() {
         return {[this] { static_cast<void>(service->readSelectionText(500, 500)); },
                 [this] { static_cast<void>(service->readSelectionJSON(500, 500)); },
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(Service, TellsThePermissionWithoutPrompt) {
+TEST_F(Service, ReturnsThePermissionWithoutPrompt) {
     EXPECT_TRUE(service->hasPermission(TrustPrompt::none));
     desktop.setTrusted(false);
     desktop.setPromptAnswer(true);
@@ -37,7 +37,7 @@ TEST_F(Service, TellsThePermissionWithoutPrompt) {
               (Lines{"0.000000000 isProcessTrusted(none) -> true", "0.000000000 isProcessTrusted(none) -> false"}));
 }
 
-TEST_F(Service, TellsThePermissionThatThePromptGave) {
+TEST_F(Service, ReturnsThePermissionAfterThePrompt) {
     desktop.setTrusted(false);
     desktop.setPromptAnswer(true);
     EXPECT_TRUE(service->hasPermission(TrustPrompt::ask));
@@ -47,27 +47,27 @@ TEST_F(Service, TellsThePermissionThatThePromptGave) {
               (Lines{"0.000000000 isProcessTrusted(ask) -> true", "0.000000000 isProcessTrusted(ask) -> false"}));
 }
 
-TEST_F(Service, MakesNoCallBeforeItIsAsked) { EXPECT_EQ(journal(), Lines()); }
+TEST_F(Service, MakesNoCallOnConstruction) { EXPECT_EQ(journal(), Lines()); }
 
-TEST_F(Service, ReadsTheSelectedTextAsItIsWithoutContext) {
+TEST_F(Service, ReadsTheSelectedTextUnchanged) {
     text.setText(u"a line\nof text \n", {0, 16});
     EXPECT_EQ(service->readSelectionText(500, 500), u"a line\nof text \n");
 }
 
-TEST_F(Service, CopiesASelectionThatIsHidden) {
+TEST_F(Service, CopiesAHiddenSelection) {
     hideSelection();
     EXPECT_EQ(service->readSelectionText(500, 500), u"brown fox");
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(Service, ReadsAsAPlainReadWithoutALookForTheCopyCommand) {
+TEST_F(Service, ReadsWithoutSearchingTheCopyCommand) {
     hideSelection();
     notes.addMenuBar({{u"Edit", {{u"Copy", u"c"}}}}).item(u"Edit", u"Copy").onAction(action::press, copies(u"menu"));
     EXPECT_EQ(service->readSelectionText(500, 500), u"brown fox");
     EXPECT_EQ(test::callsWith(desktop, "AXMenuBar"), 0U);
 }
 
-TEST_F(Service, WritesSlashesOfASelectionAsTheyAreAndNoLineFeedAtTheEnd) {
+TEST_F(Service, WritesJsonWithUnescapedSlashesAndNoFinalLineFeed) {
     text.setText(u"1/a/b/2", {2, 3});
     EXPECT_EQ(service->readSelectionJSON(2, 1),
               "{\n"
@@ -101,7 +101,7 @@ TEST_F(Service, EscapesSlashesOfDiagnostics) {
               std::string::npos);
 }
 
-TEST_F(Service, ChecksTheCompatibilityWith500UnitsOfContextOnEitherSide) {
+TEST_F(Service, ChecksTheCompatibilityWith500UnitsOfContext) {
     text.setText(Text(501, u'a') + u"brown fox" + Text(502, u'b'), {501, 9});
     EXPECT_EQ(service->compatibilityDiagnosticJSON(),
               "{\n"
@@ -118,14 +118,14 @@ TEST_F(Service, ChecksTheCompatibilityWith500UnitsOfContextOnEitherSide) {
               "}");
 }
 
-TEST_F(Service, ChecksTheCompatibilityOfASelectionThatIsHidden) {
+TEST_F(Service, ChecksTheCompatibilityOfAHiddenSelection) {
     hideSelection();
     const std::string json = service->compatibilityDiagnosticJSON();
     EXPECT_NE(json.find("\"selectionMethod\" : \"keyboardClipboardFallback\""), std::string::npos) << json;
     EXPECT_NE(json.find("\"usesClipboardFallback\" : true"), std::string::npos) << json;
 }
 
-TEST_F(Service, PassesOnThatNothingIsSelected) {
+TEST_F(Service, RethrowsIfNothingIsSelected) {
     text.select({3, 0});
     notes.onCopy(copies(u""));
     for (const auto& read : reads()) {
@@ -134,7 +134,7 @@ TEST_F(Service, PassesOnThatNothingIsSelected) {
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(Service, PassesOnThatTheTargetDoesNotCopy) {
+TEST_F(Service, RethrowsIfTheTargetDoesNotCopy) {
     hideSelection();
     notes.onCopy(ignores());
     for (const auto& read : reads()) {
@@ -145,7 +145,7 @@ TEST_F(Service, PassesOnThatTheTargetDoesNotCopy) {
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(Service, PassesOnThatPermissionIsRequired) {
+TEST_F(Service, RethrowsIfPermissionIsRequired) {
     desktop.setTrusted(false);
     auto operations = reads();
     operations.emplace_back([this] { static_cast<void>(service->selectionDiagnosticJSON()); });

@@ -33,7 +33,7 @@ protected:
         EXPECT_EQ(trace.at(1).second, error);
     }
 
-    /// Another application in front, whose text area is focused.
+    /// Brings another application to the front, whose text area is focused.
     void bringToFront(TextView bundleIdentifier, std::optional<Text> name = u"Other") {
         const auto other = desktop.addApplication(900, Text(bundleIdentifier), std::move(name));
         other.element().answers(attribute::focusedUIElement, otherText(other).element());
@@ -46,9 +46,9 @@ protected:
     SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
 };
 
-// What a host shows.
+// The details.
 
-TEST_F(AppSelectionSessions, ShowWhatWasCaptured) {
+TEST_F(AppSelectionSessions, ReturnTheDetailsOfTheCapture) {
     text.select({4, 5});
     options.beforeLimit = 2;
     options.afterLimit = 3;
@@ -60,12 +60,12 @@ TEST_F(AppSelectionSessions, ShowWhatWasCaptured) {
                                                          .usesClipboardFallback = false}));
 }
 
-TEST_F(AppSelectionSessions, ShowAnEmptyNameWhereTheApplicationHasNone) {
+TEST_F(AppSelectionSessions, ReturnAnEmptyNameForANamelessApplication) {
     bringToFront(u"com.example.other", std::nullopt);
     EXPECT_EQ(capture()->details().applicationName, u"");
 }
 
-TEST_F(AppSelectionSessions, ShowThatTheClipboardWillBeUsedWhereTheSelectionWasCopied) {
+TEST_F(AppSelectionSessions, ReportTheClipboardIfTheSelectionWasCopied) {
     hideSelection();
     EXPECT_EQ(capture()->details(), (AppSelectionDetails{.applicationName = u"Notes",
                                                          .selectedText = u"brown fox",
@@ -75,7 +75,7 @@ TEST_F(AppSelectionSessions, ShowThatTheClipboardWillBeUsedWhereTheSelectionWasC
                                                          .usesClipboardFallback = true}));
 }
 
-TEST_F(AppSelectionSessions, ShowThatTheClipboardWillBeUsedWhereTheElementCannotBeWritten) {
+TEST_F(AppSelectionSessions, ReportTheClipboardIfTheElementCannotBeWritten) {
     forbidWriting();
     EXPECT_EQ(capture()->details(), (AppSelectionDetails{.applicationName = u"Notes",
                                                          .selectedText = u"brown fox",
@@ -85,7 +85,7 @@ TEST_F(AppSelectionSessions, ShowThatTheClipboardWillBeUsedWhereTheElementCannot
                                                          .usesClipboardFallback = true}));
 }
 
-TEST_F(AppSelectionSessions, KeepTheirDetailsWhenTheSelectionGoesOn) {
+TEST_F(AppSelectionSessions, KeepTheirDetailsIfTheSelectionChanges) {
     const auto session = capture();
     const auto details = session->details();
     text.setText(u"something else", {0, 9});
@@ -95,7 +95,7 @@ TEST_F(AppSelectionSessions, KeepTheirDetailsWhenTheSelectionGoesOn) {
 
 // The input.
 
-TEST_F(AppSelectionSessions, CountInputFromTheCaptureOnWhereNothingWasSubmitted) {
+TEST_F(AppSelectionSessions, RefuseInputSinceTheCaptureIfNotSubmitted) {
     text.answers(attribute::selectedTextRange, AXError::noValue);
     const auto session = capture();
     desktop.userTypes();
@@ -104,13 +104,13 @@ TEST_F(AppSelectionSessions, CountInputFromTheCaptureOnWhereNothingWasSubmitted)
     EXPECT_EQ(text.text(), u"The quick brown fox");
 }
 
-TEST_F(AppSelectionSessions, ReplaceWhereNothingWasSubmittedAndNoInputCame) {
+TEST_F(AppSelectionSessions, ReplaceWithoutSubmissionAndInput) {
     text.answers(attribute::selectedTextRange, AXError::noValue);
     EXPECT_EQ(replace(*capture()), std::nullopt);
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(AppSelectionSessions, SampleTheFourCountersInOrderWhenSubmittedAndNothingElse) {
+TEST_F(AppSelectionSessions, SampleOnlyTheFourCountersWhenSubmitted) {
     const auto session = capture();
     const auto start = static_cast<std::ptrdiff_t>(desktop.journal().size());
     session->markSubmitted();
@@ -119,7 +119,7 @@ TEST_F(AppSelectionSessions, SampleTheFourCountersInOrderWhenSubmittedAndNothing
                      "0.000000000 inputCounter(3) -> 3", "0.000000000 inputCounter(25) -> 4"}));
 }
 
-TEST_F(AppSelectionSessions, ForgiveInputBeforeTheSubmissionButNotAfter) {
+TEST_F(AppSelectionSessions, AcceptInputBeforeTheSubmissionButNotAfter) {
     text.answers(attribute::selectedTextRange, AXError::noValue);
     const auto session = capture();
     desktop.userTypes();
@@ -134,7 +134,7 @@ TEST_F(AppSelectionSessions, ForgiveInputBeforeTheSubmissionButNotAfter) {
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(AppSelectionSessions, ReplaceInSpiteOfInputWhereTheRangeIsTheSame) {
+TEST_F(AppSelectionSessions, ReplaceDespiteInputIfTheRangeIsTheSame) {
     const auto session = capture();
     desktop.userTypes();
     EXPECT_EQ(replace(*session), std::nullopt);
@@ -143,7 +143,7 @@ TEST_F(AppSelectionSessions, ReplaceInSpiteOfInputWhereTheRangeIsTheSame) {
 
 // The replacement.
 
-TEST_F(AppSelectionSessions, ReplaceAsOftenAsTheirSelectionIsThere) {
+TEST_F(AppSelectionSessions, ReplaceAgainIfTheSelectionIsBack) {
     const auto session = capture();
     EXPECT_EQ(replace(*session, u"red fox"), std::nullopt);
     EXPECT_EQ(text.text(), u"The quick red fox");
@@ -160,13 +160,13 @@ TEST_F(AppSelectionSessions, ReplaceWithAnEmptyText) {
     EXPECT_EQ(text.text(), u"The quick ");
 }
 
-TEST_F(AppSelectionSessions, PassOnTheCodeOfARefusedWrite) {
+TEST_F(AppSelectionSessions, ReportTheCodeOfARefusedWrite) {
     const auto session = capture();
     text.answersSet(attribute::selectedText, AXError::notImplemented);
     EXPECT_EQ(replace(*session), BridgeError::replacementFailed(AXError::notImplemented));
 }
 
-TEST_F(AppSelectionSessions, RefuseWhereAnotherApplicationCameToTheFront) {
+TEST_F(AppSelectionSessions, RefuseIfAnotherApplicationIsFrontmost) {
     const auto session = capture();
     bringToFront(u"com.example.notes");
     EXPECT_EQ(replace(*session), BridgeError::selectionChanged());
@@ -194,7 +194,7 @@ TEST_F(AppSelectionSessions, NeverUseAForbiddenClipboard) {
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(AppSelectionSessions, PasteWhereTheClipboardIsAllowedAndTheElementNoLongerTakesTheText) {
+TEST_F(AppSelectionSessions, PasteIfTheElementIsNoLongerWritable) {
     const auto session = capture();
     forbidWriting();
     EXPECT_EQ(replace(*session), std::nullopt);
@@ -203,7 +203,7 @@ TEST_F(AppSelectionSessions, PasteWhereTheClipboardIsAllowedAndTheElementNoLonge
 
 // Lifetime.
 
-TEST_F(AppSelectionSessions, GoOnAfterTheService) {
+TEST_F(AppSelectionSessions, OutliveTheService) {
     const auto session = capture();
     service.reset();
     session->markSubmitted();
@@ -211,13 +211,13 @@ TEST_F(AppSelectionSessions, GoOnAfterTheService) {
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(AppSelectionSessions, RestoreTheClipboardAlsoWhereServiceAndSessionHaveGone) {
+TEST_F(AppSelectionSessions, RestoreTheClipboardAfterTheirDestruction) {
     hideSelection();
     auto session = capture();
     service.reset();
     EXPECT_EQ(replace(*session), std::nullopt);
     session.reset();
-    // From the paste on: one look for the Copy command took 50 milliseconds.
+    // The second search for the Copy command was 50 ms after the first one.
     const Moment pasted = desktop.now();
     EXPECT_EQ(pasted, 50ms);
     EXPECT_NE(desktop.pasteboardContents(), clipboard);
@@ -228,7 +228,7 @@ TEST_F(AppSelectionSessions, RestoreTheClipboardAlsoWhereServiceAndSessionHaveGo
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(AppSelectionSessions, LeaveTheStagedTextWhereNobodyTurnsTheMainQueue) {
+TEST_F(AppSelectionSessions, KeepTheStagedTextIfTheMainQueueDoesNotRun) {
     forbidWriting();
     auto session = capture();
     EXPECT_EQ(replace(*session), std::nullopt);
@@ -238,9 +238,9 @@ TEST_F(AppSelectionSessions, LeaveTheStagedTextWhereNobodyTurnsTheMainQueue) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), u"red fox");
 }
 
-// What is captured, and what is not.
+// Captures that are refused.
 
-TEST_F(AppSelectionSessions, AreRefusedWhereTheClipboardIsForbiddenAndNeeded) {
+TEST_F(AppSelectionSessions, AreRefusedIfTheClipboardIsNeededButForbidden) {
     options.allowClipboardFallback = false;
     forbidWriting();
     EXPECT_EQ(captureError(), BridgeError::clipboardFallbackDisabled());
@@ -251,11 +251,11 @@ TEST_F(AppSelectionSessions, AreRefusedWhereTheClipboardIsForbiddenAndNeeded) {
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(AppSelectionSessions, AreMadeByTheShortcutAsWell) {
+TEST_F(AppSelectionSessions, AreCreatedByTheShortcut) {
     EXPECT_EQ(service->captureSelectionOrChat(options)->details(), capture()->details());
 }
 
-TEST_F(AppSelectionSessions, AreRefusedInAFileManagerUnderTheShortcutBeforeAnythingIsRead) {
+TEST_F(AppSelectionSessions, AreRefusedInAFileManagerUnderTheShortcut) {
     bringToFront(u"com.apple.finder");
     EXPECT_EQ(capture()->details().selectedText, u"ls -l");
     const auto start = desktop.journal().size();
@@ -281,11 +281,11 @@ protected:
     SimulatedTextElement screen = terminal.addTextElement(u"$ ls -l", TextRange{2, 5});
 };
 
-TEST_F(TerminalSessions, AreMadeUnderTheShortcutWhereTheSelectionHasARange) {
+TEST_F(TerminalSessions, AreCreatedUnderTheShortcutWithARange) {
     EXPECT_EQ(service->captureSelectionOrChat(options)->details().selectedText, u"ls -l");
 }
 
-TEST_F(TerminalSessions, AreRefusedUnderTheShortcutWithoutARangeWhereNothingCanBeCopied) {
+TEST_F(TerminalSessions, AreRefusedUnderTheShortcutWithoutARangeOrCopy) {
     addCopyMenu(false);
     for (const auto& range : {answer(AXError::noValue), answer(TextRange{2, 0})}) {
         screen.answers(attribute::selectedTextRange, range);
@@ -295,7 +295,7 @@ TEST_F(TerminalSessions, AreRefusedUnderTheShortcutWithoutARangeWhereNothingCanB
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(TerminalSessions, AreMadeUnderTheShortcutWithoutARangeWhereTheTerminalCopies) {
+TEST_F(TerminalSessions, AreCreatedUnderTheShortcutIfTheTerminalCopies) {
     addCopyMenu(true);
     screen.answers(attribute::selectedTextRange, AXError::noValue);
     EXPECT_EQ(service->captureSelectionOrChat(options)->details(),
@@ -307,11 +307,11 @@ TEST_F(TerminalSessions, AreMadeUnderTheShortcutWithoutARangeWhereTheTerminalCop
                                    .usesClipboardFallback = true}));
 }
 
-TEST_F(TerminalSessions, AreRefusedUnderTheShortcutWithoutARangeWhereTheTerminalDoesNotAnswer) {
+TEST_F(TerminalSessions, FailUnderTheShortcutIfTheTerminalDoesNotCopy) {
     screen.answers(attribute::selectedTextRange, AXError::noValue);
     EXPECT_EQ(chatError(), BridgeError::clipboardFallbackFailed(
                                u"the target application did not respond to Cmd+C after 2 attempt(s)"));
-    // The second look for a Copy command, two attempts, the pause between them.
+    // 50 ms to the second search for a Copy command, two attempts of 1 s, and a pause of 80 ms between them.
     EXPECT_EQ(desktop.now(), 2130ms);
 }
 

@@ -1,4 +1,4 @@
-// How long a command, or a step of a host, keeps other operations from using the clipboard.
+// How long a command, or a call of a host, excludes other operations from the clipboard.
 
 #include "accessibility/model/guard_trace.h"
 #include "tests/service/service_world.h"
@@ -23,15 +23,15 @@ protected:
             return 0;
         });
     }
-    /// Whether another process could use the clipboard.
+    /// True if another process could hold the clipboard.
     bool isFree() { return desktop.holdPasteboardUntil(desktop.now()); }
-    /// Another process uses the clipboard for good.
-    void holdForGood() { EXPECT_TRUE(desktop.holdPasteboardUntil(Moment::max())); }
+    /// Another process holds the clipboard and never releases it.
+    void holdForever() { EXPECT_TRUE(desktop.holdPasteboardUntil(Moment::max())); }
 
     SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
 };
 
-TEST_F(ClipboardOperations, KeepOtherProcessesOutFromTheFirstSnapshotToTheEndOfTheCommand) {
+TEST_F(ClipboardOperations, ExcludeOtherProcessesFromTheSnapshotToTheEnd) {
     hideSelection();
     std::vector<bool> isFreeBefore;
     for (std::size_t call = 1; call <= 200; ++call) {
@@ -46,12 +46,12 @@ TEST_F(ClipboardOperations, KeepOtherProcessesOutFromTheFirstSnapshotToTheEndOfT
     }
     EXPECT_TRUE(isSaved);
     EXPECT_FALSE(isFree());
-    // What comes before further calls must not outlive the list.
+    // The remaining callbacks refer to the list, so the process must end before the list is destroyed.
     desktop.endProcess();
 }
 
-TEST_F(ClipboardOperations, KeepOtherProcessesOutBetweenTheTwoCopiesOfARead) {
-    // The Copy menu item of a browser copies nothing, and Command+C follows.
+TEST_F(ClipboardOperations, ExcludeOtherProcessesBetweenTwoCopiesOfARead) {
+    // The browser's Copy menu item copies nothing, so Command+C follows.
     SimulatedApplication browser = desktop.addApplication(900, u"org.mozilla.firefox", u"Browser");
     SimulatedTextElement page = browser.addTextElement(u"some words", TextRange{5, 5});
     browser.element().answers(attribute::focusedUIElement, page.element());
@@ -65,13 +65,13 @@ TEST_F(ClipboardOperations, KeepOtherProcessesOutBetweenTheTwoCopiesOfARead) {
     EXPECT_EQ(service->readSelectionText(500, 500), u"words");
     const auto firstHeld = std::find(isFreeBefore.begin(), isFreeBefore.end(), false);
     EXPECT_NE(firstHeld, isFreeBefore.end());
-    // Once the read is over the clipboard is free again, before which there is no call.
+    // The clipboard is released after the last call of the read.
     EXPECT_EQ(std::find(firstHeld, isFreeBefore.end(), true), isFreeBefore.end());
     EXPECT_TRUE(isFree());
     desktop.endProcess();
 }
 
-TEST_F(ClipboardOperations, KeepOtherProcessesOutUntilTheTargetHasThePastedText) {
+TEST_F(ClipboardOperations, ExcludeOtherProcessesUntilTheTargetReadsTheText) {
     desktop.addKeeper();
     forbidWriting();
     std::vector<bool> looks;
@@ -83,11 +83,11 @@ TEST_F(ClipboardOperations, KeepOtherProcessesOutUntilTheTargetHasThePastedText)
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(ClipboardOperations, KeepOtherProcessesOutFor2500MillisecondsIfTheTargetDoesNotReadTheText) {
+TEST_F(ClipboardOperations, ExcludeOtherProcesses2500MillisecondsIfNeverRead) {
     desktop.addKeeper();
     forbidWriting();
     notes.onPaste(ignores());
-    // A web address, so that there is a pause between the first key and the last one.
+    // For a web address, the tool pauses between the first key and the last one.
     ASSERT_EQ(replaceWith(u"https://example.org"), std::nullopt);
     const Moment pasted = desktop.postedKeyStrokes().back().moment;
     std::vector<bool> looks;
@@ -98,7 +98,7 @@ TEST_F(ClipboardOperations, KeepOtherProcessesOutFor2500MillisecondsIfTheTargetD
     EXPECT_EQ(looks, (std::vector<bool>{false, true}));
 }
 
-TEST_F(ClipboardOperations, ReleaseTheClipboardAtTheEndOfTheProcessWithoutAKeeper) {
+TEST_F(ClipboardOperations, ReleaseTheClipboardOnExitWithoutAKeeper) {
     forbidWriting();
     notes.onPaste(ignores());
     ASSERT_EQ(replaceWith(u"red fox"), std::nullopt);
@@ -108,7 +108,7 @@ TEST_F(ClipboardOperations, ReleaseTheClipboardAtTheEndOfTheProcessWithoutAKeepe
 }
 
 TEST_F(ClipboardOperations, AreNotNeededToReadAndWriteDirectly) {
-    holdForGood();
+    holdForever();
     const auto session = service->captureSelection(options);
     session->replaceIfCurrent(u"red fox");
     EXPECT_EQ(text.text(), u"The quick red fox");
@@ -118,7 +118,7 @@ TEST_F(ClipboardOperations, AreNotNeededToReadAndWriteDirectly) {
     EXPECT_EQ(desktop.now(), 0s);
 }
 
-TEST_F(ClipboardOperations, AreNotBegunByDirectReadsAndWrites) {
+TEST_F(ClipboardOperations, AreNotStartedByDirectReadsAndWrites) {
     std::vector<bool> isFreeBefore;
     for (std::size_t call = 1; call <= 200; ++call) {
         desktop.beforeCall(call, [&] { isFreeBefore.push_back(isFree()); });
@@ -130,7 +130,7 @@ TEST_F(ClipboardOperations, AreNotBegunByDirectReadsAndWrites) {
 
 TEST_F(ClipboardOperations, FailAsAReadIfTheClipboardIsInUse) {
     hideSelection();
-    holdForGood();
+    holdForever();
     EXPECT_EQ(test::thrownBy([this] { return service->captureSelection(options); }),
               BridgeError::clipboardFallbackFailed(u"another operation kept the clipboard in use for 10 seconds"));
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
@@ -142,7 +142,7 @@ TEST_F(ClipboardOperations, RefuseAGuardedReplacementThatCannotReadAgain) {
     const auto session = service->captureSelection(options);
     const std::size_t presses = desktop.postedKeyStrokes().size();
     const Moment start = desktop.now();
-    holdForGood();
+    holdForever();
     EXPECT_EQ(test::thrownBy([&] {
                   session->replaceIfCurrent(u"red fox");
                   return 0;
@@ -150,14 +150,14 @@ TEST_F(ClipboardOperations, RefuseAGuardedReplacementThatCannotReadAgain) {
               BridgeError::selectionChanged());
     EXPECT_EQ(ReplacementGuardTrace::shared().snapshot().at(0).second, 2);
     EXPECT_EQ(ReplacementGuardTrace::shared().snapshot().at(1).second, 4);
-    // Beside the wait, the second look for the Copy command.
+    // 10 s of waiting, and 50 ms before the second search for the Copy command.
     EXPECT_EQ(desktop.now() - start, 10050ms);
     EXPECT_EQ(desktop.postedKeyStrokes().size(), presses);
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
     EXPECT_EQ(text.text(), u"The quick brown fox");
 }
 
-TEST_F(ClipboardOperations, OfTwoSessionsOfAServiceRestoreTheClipboardOnce) {
+TEST_F(ClipboardOperations, OfTwoSessionsRestoreTheClipboardOnce) {
     hideSelection();
     const auto first = service->captureSelection(options);
     const Moment start = desktop.now();
@@ -177,7 +177,7 @@ TEST_F(ClipboardOperations, OfTwoSessionsOfAServiceRestoreTheClipboardOnce) {
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(ClipboardOperations, OfTwoServicesOfAPlatformFollowOneAnother) {
+TEST_F(ClipboardOperations, OfTwoServicesRunOneAfterAnother) {
     hideSelection();
     const auto session = service->captureSelection(options);
     session->replaceIfCurrent(u"red fox");
@@ -186,7 +186,7 @@ TEST_F(ClipboardOperations, OfTwoServicesOfAPlatformFollowOneAnother) {
     text.select({4, 5});
     LomarisAccessibilityService another(desktop);
     const auto other = another.captureSelection(options);
-    // The other service begins when the first one has restored the clipboard.
+    // The other service starts when the first one has restored the clipboard.
     EXPECT_EQ(desktop.now() - pasted, 300ms);
     EXPECT_EQ(other->details().selectedText, u"quick");
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);

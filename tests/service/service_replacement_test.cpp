@@ -39,7 +39,7 @@ TEST_F(ServiceReplacement, RefusesAnEmptyReplacementBeforeAnyCall) {
     EXPECT_EQ(journal(), Lines());
 }
 
-TEST_F(ServiceReplacement, WritesOnceWhereTheElementTakesIt) {
+TEST_F(ServiceReplacement, WritesOnceIfTheElementIsWritable) {
     EXPECT_EQ(replaceWith(u"red fox"), std::nullopt);
     EXPECT_EQ(text.text(), u"The quick red fox");
     EXPECT_EQ(test::callsWith(desktop, "setAttribute"), 1U);
@@ -47,7 +47,7 @@ TEST_F(ServiceReplacement, WritesOnceWhereTheElementTakesIt) {
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(ServiceReplacement, TakesAReplacementOfOneSpace) {
+TEST_F(ServiceReplacement, AcceptsAReplacementOfOneSpace) {
     EXPECT_EQ(replaceWith(u" "), std::nullopt);
     EXPECT_EQ(text.text(), u"The quick  ");
 }
@@ -79,7 +79,7 @@ TEST_F(ServiceReplacement, ReportsTheCodeOfARefusedWrite) {
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 0U);
 }
 
-TEST_F(ServiceReplacement, CopiesAndPastesWhereTheElementCannotBeWritten) {
+TEST_F(ServiceReplacement, CopiesAndPastesIfTheElementCannotBeWritten) {
     forbidWriting();
     EXPECT_EQ(replaceWith(u"red fox"), std::nullopt);
     EXPECT_EQ(desktop.postedKeyStrokes(),
@@ -89,7 +89,7 @@ TEST_F(ServiceReplacement, CopiesAndPastesWhereTheElementCannotBeWritten) {
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(ServiceReplacement, CopiesTwiceAndPastesWhereTheSelectionIsHidden) {
+TEST_F(ServiceReplacement, CopiesTwiceAndPastesIfTheSelectionIsHidden) {
     hideSelection();
     notes.onDelete(deletesSelectionOf(text));
     EXPECT_EQ(replaceWith(u"www.example.org"), std::nullopt);
@@ -102,7 +102,7 @@ TEST_F(ServiceReplacement, CopiesTwiceAndPastesWhereTheSelectionIsHidden) {
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(ServiceReplacement, RefusesToPasteWhereTheSecondCopyDiffers) {
+TEST_F(ServiceReplacement, RefusesToPasteIfTheSecondCopyDiffers) {
     hideSelection();
     notes.onCopyInTurn({copies(u"brown fox"), copies(u"brown dog")});
     EXPECT_EQ(replaceWith(u"red fox"), BridgeError::selectionChanged());
@@ -110,16 +110,16 @@ TEST_F(ServiceReplacement, RefusesToPasteWhereTheSecondCopyDiffers) {
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(ServiceReplacement, RestoresTheClipboardWhereKeysMayNotBePosted) {
+TEST_F(ServiceReplacement, RestoresTheClipboardIfKeysMayNotBePosted) {
     forbidWriting();
     desktop.setPostEventAccess(false);
     EXPECT_EQ(replaceWith(u"red fox"), BridgeError::keyboardEventPermissionRequired());
     EXPECT_EQ(desktop.pasteboardContents(), clipboard);
 }
 
-TEST_F(ServiceReplacement, LeavesNothingOnTheClipboardWhereTheTextCannotBeStaged) {
+TEST_F(ServiceReplacement, LeavesTheClipboardEmptyIfTheTextCannotBeStaged) {
     forbidWriting();
-    // With an empty clipboard, the staging of the replacement is the first write after the copy.
+    // With an empty clipboard, staging the replacement is the first write after the copy.
     desktop.pasteboard().clearContents();
     notes.onCopy([this] {
         desktop.userCopies(u"brown fox");
@@ -141,7 +141,7 @@ TEST_F(ServiceReplacement, MayPasteForARequest) {
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(ServiceReplacement, RefusesARequestThatIsNoJsonOrNotComplete) {
+TEST_F(ServiceReplacement, RefusesARequestThatIsNotJsonOrIncomplete) {
     const auto complete = requestFor("brown fox", "red fox");
     for (const std::string& bytes : {std::string(), std::string("{}"), std::string("[]"), std::string("null"),
                                      complete.substr(0, complete.size() - 1), complete + "x"}) {
@@ -157,13 +157,13 @@ TEST_F(ServiceReplacement, RefusesARequestWithAnEmptyTextBeforeAnyCall) {
     EXPECT_EQ(journal(), Lines());
 }
 
-TEST_F(ServiceReplacement, TakesARequestThatExpectsOneSpace) {
+TEST_F(ServiceReplacement, AcceptsARequestThatExpectsOneSpace) {
     text.setText(u"a b", {1, 1});
     EXPECT_EQ(request(requestFor(" ", "-")), std::nullopt);
     EXPECT_EQ(text.text(), u"a-b");
 }
 
-TEST_F(ServiceReplacement, PassesOnThatTheSelectionOfARequestChanged) {
+TEST_F(ServiceReplacement, RethrowsIfTheSelectionOfARequestChanged) {
     EXPECT_EQ(request(requestFor("abc", "red fox")), BridgeError::selectionChanged());
     const std::vector<ReplacementGuardTrace::Entry> expected = {
         {"reason", 4}, {"error", 0}, {"expected_chars", 3}, {"current_chars", 9}};
@@ -171,7 +171,7 @@ TEST_F(ServiceReplacement, PassesOnThatTheSelectionOfARequestChanged) {
     EXPECT_EQ(text.text(), u"The quick brown fox");
 }
 
-TEST_F(ServiceReplacement, PassesOnTheCodeOfARefusedWriteOfARequest) {
+TEST_F(ServiceReplacement, ReportsTheCodeOfARefusedWriteOfARequest) {
     text.answersSet(attribute::selectedText, AXError::illegalArgument);
     EXPECT_EQ(request(requestFor("brown fox", "red fox")), BridgeError::replacementFailed(AXError::illegalArgument));
 }

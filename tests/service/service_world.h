@@ -19,7 +19,7 @@ namespace lomaris::test {
 
 using Lines = std::vector<std::string>;
 
-/// Notes in front with "brown fox" selected, the user's clipboard, and a service.
+/// A frontmost application with "brown fox" selected, a clipboard with the user's text, and a service.
 class ServiceWorld : public testing::Test {
 protected:
     ServiceWorld() {
@@ -33,13 +33,13 @@ protected:
         notes.onPaste(pastesInto(text));
     }
 
-    /// The focused element shows nothing of the selection; Command+C copies it.
+    /// The focused element does not expose the selection; Command+C copies it.
     void hideSelection() { notes.element().answers(attribute::focusedUIElement, notes.addElement().element()); }
 
-    /// The selection can be read, but only be replaced by pasting.
+    /// The selection can be read but not written, so it can only be replaced by pasting.
     void forbidWriting() { text.answersSettable(attribute::selectedText, {AXError::success, false}); }
 
-    /// The calls of the journal since the world was made.
+    /// Returns the calls in the journal since the constructor.
     [[nodiscard]] Lines journal() const {
         return {desktop.journal().begin() + static_cast<std::ptrdiff_t>(calls), desktop.journal().end()};
     }
