@@ -27,7 +27,7 @@ BridgeCommand parse(const Arguments& arguments) {
     return CommandLineOptions::parse(texts);
 }
 
-/// The message of the refusal, or a note that there was none.
+/// Returns the message of the error, or "(accepted)" if the arguments are accepted.
 std::string refusalOf(const Arguments& arguments) {
     try {
         static_cast<void>(parse(arguments));
@@ -46,7 +46,7 @@ std::string shown(const Arguments& arguments) {
     return text + "]";
 }
 
-TEST(CommandLine, AcceptsWhatTheContractLists) {
+TEST(CommandLine, AcceptsEveryDocumentedCommand) {
     struct Example {
         Arguments arguments;
         BridgeCommand command;
@@ -92,7 +92,7 @@ TEST(CommandLine, AcceptsWhatTheContractLists) {
     }
 }
 
-TEST(CommandLine, RefusesWithTheMessageOfTheFirstFailure) {
+TEST(CommandLine, RefusesWithTheMessageOfTheFirstError) {
     struct Example {
         Arguments arguments;
         std::string message;
@@ -173,7 +173,7 @@ TEST(CommandLine, RefusesWithTheMessageOfTheFirstFailure) {
     }
 }
 
-TEST(CommandLine, EchoesAnIllFormedArgumentAsEveryReferenceCaseShows) {
+TEST(CommandLine, RepairsIllFormedArgumentsInMessages) {
     for (const auto& vector : test::readVectors("utf8-repair")) {
         const std::string repaired = test::bytesOf(vector.value.at("expected").at("utf8"));
         EXPECT_EQ(refusalOf({"read-selection", "." + test::bytesOf(vector.value.at("bytes"))}),
@@ -182,7 +182,7 @@ TEST(CommandLine, EchoesAnIllFormedArgumentAsEveryReferenceCaseShows) {
     }
 }
 
-TEST(CommandLine, ReadsNumbersAsEveryReferenceCaseShows) {
+TEST(CommandLine, ReadsNumbersAsInEveryReferenceCase) {
     for (const auto& vector : test::readVectors("number-text")) {
         const std::string bytes = test::bytesOf(vector.value.at("bytes"));
         const auto& expected = vector.value.at("expected");
@@ -203,15 +203,15 @@ TEST(CommandLine, ReadsNumbersAsEveryReferenceCaseShows) {
     }
 }
 
-TEST(CommandLine, TakesNoOtherCharactersForDigits) {
-    // U+0135 and U+0235 have the byte of the digit 5 as their lower one.
+TEST(CommandLine, RejectsCharactersThatResembleDigits) {
+    // The lower byte of U+0135 and U+0235 is the digit 5.
     for (const std::string value : {"\xC4\xB5", "\xC8\xB5", "1\xC4\xB5"}) {
         EXPECT_EQ(refusalOf({"read-selection", "--after-chars", value}), "--after-chars must be between 0 and 10000.");
         EXPECT_EQ(refusalOf({"read-selection", "--delay", value}), "--delay must be between 0 and 60 seconds.");
     }
 }
 
-TEST(CommandLine, ReadsLimitsAsEveryReferenceCaseShows) {
+TEST(CommandLine, ReadsLimitsAsInEveryReferenceCase) {
     for (const auto& vector : test::readVectors("integer-text")) {
         const std::string bytes = test::bytesOf(vector.value.at("bytes"));
         const auto& expected = vector.value.at("expected");
@@ -227,7 +227,7 @@ TEST(CommandLine, ReadsLimitsAsEveryReferenceCaseShows) {
     }
 }
 
-TEST(CommandLine, HasAUsageTextOf21LinesAnd1048Characters) {
+TEST(CommandLine, HasTheDocumentedUsageText) {
     const std::vector<std::string> lines = {
         "Lomaris macOS Accessibility bridge",
         "",

@@ -17,7 +17,7 @@ const std::string permissionRequired =
 
 class ExecuteDiagnostics : public test::ExecuteWorld {};
 
-TEST_F(ExecuteDiagnostics, WritesTheViewOfTheElementsAndThenOneLineFeed) {
+TEST_F(ExecuteDiagnostics, WritesTheElementsAndThenOneLineFeed) {
     const std::string json = LomarisAccessibilityService(desktop).selectionDiagnosticJSON();
     EXPECT_EQ(run({"diagnose-selection"}), 0);
     EXPECT_EQ(streams.output, (Lines{json, "\n"}));
@@ -68,19 +68,19 @@ TEST_F(ExecuteDiagnostics, WaitsForTheDelayBeforeAnythingElse) {
     }
 }
 
-TEST_F(ExecuteDiagnostics, WritesOneLineToStandardErrorAndNothingElseWithoutPermission) {
+TEST_F(ExecuteDiagnostics, WritesOneErrorLineWithoutPermission) {
     desktop.setTrusted(false);
     expectFailure({"diagnose-selection"}, permissionRequired);
     expectFailure({"compatibility-check"}, permissionRequired);
 }
 
-TEST_F(ExecuteDiagnostics, FailsWithTheErrorOfTheReadWhereNothingIsSelected) {
+TEST_F(ExecuteDiagnostics, FailsWithTheErrorOfTheReadIfNothingIsSelected) {
     text.select({3, 0});
     notes.onCopy(copies(u""));
     expectFailure({"compatibility-check"}, "Select some text first.");
 }
 
-TEST_F(ExecuteDiagnostics, FailsWithTheErrorOfTheReadWhereNobodyCopies) {
+TEST_F(ExecuteDiagnostics, FailsWithTheErrorOfTheReadIfTheTargetDoesNotCopy) {
     text.select({3, 0});
     expectFailure({"compatibility-check"},
                   "Keyboard/clipboard fallback failed: the target application did not respond to Cmd+C after 3 "
@@ -99,7 +99,7 @@ TEST_F(ExecuteDiagnostics, ReportsAnOutputThatCannotBeWritten) {
     }
 }
 
-TEST_F(ExecuteDiagnostics, TakeNoOptionButTheDelay) {
+TEST_F(ExecuteDiagnostics, AcceptOnlyTheDelayOption) {
     expectFailure({"diagnose-selection", "--json"}, "diagnose-selection only accepts --delay.");
     expectFailure({"compatibility-check", "--before-chars", "1"}, "compatibility-check only accepts --delay.");
     EXPECT_EQ(desktop.journal(), Lines());

@@ -26,7 +26,7 @@ protected:
         "text and try again.";
 };
 
-TEST_F(ExecuteRequest, SaysReplacedInOneWrite) {
+TEST_F(ExecuteRequest, PrintsReplacedInOneWrite) {
     streams.input = requestFor("brown fox", "red fox") + "\n";
     EXPECT_EQ(run({command}), 0);
     EXPECT_EQ(streams.output, Lines{"replaced\n"});
@@ -35,7 +35,7 @@ TEST_F(ExecuteRequest, SaysReplacedInOneWrite) {
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(ExecuteRequest, TakesWhatReadSelectionPrinted) {
+TEST_F(ExecuteRequest, AcceptsTheOutputOfReadSelection) {
     EXPECT_EQ(run({"read-selection", "--json"}), 0);
     const std::string& read = streams.output.at(0);
     const auto from = [&read](const std::string& key) {
@@ -49,7 +49,7 @@ TEST_F(ExecuteRequest, TakesWhatReadSelectionPrinted) {
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(ExecuteRequest, ReadsTheRequestThenWaitsAndThenCountsTheInput) {
+TEST_F(ExecuteRequest, ReadsTheRequestThenWaitsThenSamplesInput) {
     streams.input = requestFor("brown fox", "red fox");
     desktop.beforeCall(1, [this] { EXPECT_EQ(streams.inputReads, 1); });
     EXPECT_EQ(run({command, "--delay", "5"}), 0);
@@ -59,7 +59,7 @@ TEST_F(ExecuteRequest, ReadsTheRequestThenWaitsAndThenCountsTheInput) {
     EXPECT_EQ(desktop.now(), 5s);
 }
 
-TEST_F(ExecuteRequest, CountsInputThatComesDuringTheWait) {
+TEST_F(ExecuteRequest, RefusesAfterInputDuringTheDelay) {
     streams.input = requestFor("brown fox", "red fox");
     text.answers(attribute::selectedTextRange, AXError::noValue);
     desktop.at(3s, [this] { desktop.userTypes(); });
@@ -67,19 +67,19 @@ TEST_F(ExecuteRequest, CountsInputThatComesDuringTheWait) {
     EXPECT_EQ(text.text(), u"The quick brown fox");
 }
 
-TEST_F(ExecuteRequest, RefusesAMissingRequestBeforeTheWait) {
+TEST_F(ExecuteRequest, RefusesAMissingRequestBeforeTheDelay) {
     expectFailure({command, "--delay", "5"}, "Expected a guarded replacement request on stdin.");
     EXPECT_EQ(desktop.journal(), Lines());
     EXPECT_EQ(desktop.now(), 0s);
 }
 
-TEST_F(ExecuteRequest, RefusesAnInputThatCannotBeReadBeforeTheWait) {
+TEST_F(ExecuteRequest, RefusesAnUnreadableInputBeforeTheDelay) {
     streams.input.reset();
     expectFailure({command, "--delay", "5"}, "Could not read standard input.");
     EXPECT_EQ(desktop.journal(), Lines());
 }
 
-TEST_F(ExecuteRequest, RefusesAMalformedRequestAfterTheWaitAndWithoutAnotherCall) {
+TEST_F(ExecuteRequest, RefusesAMalformedRequestAfterTheDelay) {
     struct Example {
         std::string input;
         std::string message;
@@ -101,19 +101,19 @@ TEST_F(ExecuteRequest, RefusesAMalformedRequestAfterTheWaitAndWithoutAnotherCall
     EXPECT_EQ(desktop.now(), 25s);
 }
 
-TEST_F(ExecuteRequest, SaysThatTheSelectionChangedAndLeavesTheDocumentAlone) {
+TEST_F(ExecuteRequest, ReportsAChangedSelectionAndWritesNothing) {
     streams.input = requestFor("brown dog", "red fox");
     expectFailure({command}, selectionChanged);
     EXPECT_EQ(text.text(), u"The quick brown fox");
 }
 
-TEST_F(ExecuteRequest, SaysThatTheSelectionChangedToAnUntrustedProcess) {
+TEST_F(ExecuteRequest, ReportsAChangedSelectionIfUntrusted) {
     streams.input = requestFor("brown fox", "red fox");
     desktop.setTrusted(false);
     expectFailure({command}, selectionChanged);
 }
 
-TEST_F(ExecuteRequest, SaysWhyAWriteFailed) {
+TEST_F(ExecuteRequest, ReportsWhyAWriteFailed) {
     streams.input = requestFor("brown fox", "red fox");
     text.answersSet(attribute::selectedText, AXError::failure);
     expectFailure({command}, "Could not replace the selected text (AX error -25200).");
@@ -126,7 +126,7 @@ TEST_F(ExecuteRequest, DoesNotUndoAReplacementWhoseOutputCannotBeWritten) {
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(ExecuteRequest, PastesWhereTheElementCannotBeWritten) {
+TEST_F(ExecuteRequest, PastesIfTheElementCannotBeWritten) {
     streams.input = requestFor("brown fox", "red fox");
     text.answersSettable(attribute::selectedText, {AXError::success, false});
     notes.onPaste(pastesInto(text).after(500ms));

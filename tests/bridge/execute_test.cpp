@@ -15,20 +15,20 @@ using test::Lines;
 
 class Execute : public test::ExecuteWorld {};
 
-/// Streams whose input is more than the memory can hold.
-class InputWithoutEnd final : public test::RecordedStreams {
+/// Streams whose input does not fit into memory.
+class OversizedInput final : public test::RecordedStreams {
 public:
     std::optional<std::string> readInput() override { throw std::bad_alloc(); }
 };
 
-TEST_F(Execute, PrintsTheUsageTextWithoutArgumentsAndTouchesNothing) {
+TEST_F(Execute, PrintsTheUsageTextWithoutArguments) {
     EXPECT_EQ(run({}), 0);
     EXPECT_EQ(streams.output, Lines{utf8FromText(CommandLineOptions::usage()) + "\n"});
     EXPECT_EQ(streams.error, Lines());
     EXPECT_EQ(desktop.journal(), Lines());
 }
 
-TEST_F(Execute, PrintsTheUsageTextForHelpWhateverFollows) {
+TEST_F(Execute, PrintsTheUsageTextForHelpAndFurtherArguments) {
     for (const auto& arguments : std::vector<std::vector<std::string>>{
              {"-h"}, {"--help"}, {"--help", "read-selection"}, {"-h", "--delay", "99"}}) {
         streams.output.clear();
@@ -40,20 +40,20 @@ TEST_F(Execute, PrintsTheUsageTextForHelpWhateverFollows) {
     EXPECT_EQ(desktop.journal(), Lines());
 }
 
-TEST_F(Execute, SaysGrantedToATrustedProcess) {
+TEST_F(Execute, PrintsGrantedIfTrusted) {
     EXPECT_EQ(run({"permission-status"}), 0);
     EXPECT_EQ(streams.output, Lines{"granted\n"});
     EXPECT_EQ(streams.error, Lines());
 }
 
-TEST_F(Execute, SaysNotGrantedWithStatusTwoToAnUntrustedProcess) {
+TEST_F(Execute, PrintsNotGrantedWithStatusTwoIfUntrusted) {
     desktop.setTrusted(false);
     EXPECT_EQ(run({"permission-status"}), 2);
     EXPECT_EQ(streams.output, Lines{"not-granted\n"});
     EXPECT_EQ(streams.error, Lines());
 }
 
-TEST_F(Execute, AsksTheSystemForPermissionWhenTold) {
+TEST_F(Execute, RequestsPermissionWithPromptOption) {
     desktop.setTrusted(false);
     desktop.setPromptAnswer(true);
     EXPECT_EQ(run({"permission-status", "--prompt"}), 0);
@@ -61,7 +61,7 @@ TEST_F(Execute, AsksTheSystemForPermissionWhenTold) {
     EXPECT_EQ(desktop.journal(), Lines{"0.000000000 isProcessTrusted(ask) -> true"});
 }
 
-TEST_F(Execute, SaysNotGrantedAlsoAfterAskingInVain) {
+TEST_F(Execute, PrintsNotGrantedAfterADeniedPrompt) {
     desktop.setTrusted(false);
     EXPECT_EQ(run({"permission-status", "--prompt"}), 2);
     EXPECT_EQ(streams.output, Lines{"not-granted\n"});
@@ -106,13 +106,13 @@ TEST_F(Execute, ReportsALineFeedThatCannotBeWrittenAfterTheJson) {
     EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not write to standard output.\n"});
 }
 
-TEST_F(Execute, LeavesSlashesInTheSelectionAsTheyAre) {
+TEST_F(Execute, DoesNotEscapeSlashesInTheSelection) {
     text.setText(u"a/b", TextRange{0, 3});
     EXPECT_EQ(run({"read-selection", "--json"}), 0);
     EXPECT_NE(streams.output.at(0).find("\"selectedText\" : \"a/b\""), std::string::npos) << streams.output.at(0);
 }
 
-TEST_F(Execute, CutsTheContextOnEachSideToItsOwnLimit) {
+TEST_F(Execute, CutsEachSideOfTheContextToItsOwnLimit) {
     text.select(TextRange{4, 5});
     EXPECT_EQ(run({"read-selection", "--json", "--before-chars", "2", "--after-chars", "3"}), 0);
     EXPECT_NE(streams.output.at(0).find("\"contextAfter\" : \" br\""), std::string::npos) << streams.output.at(0);
@@ -154,7 +154,7 @@ TEST_F(Execute, DoesNotSleepForADelayOfZeroOrMinusZero) {
     }
 }
 
-TEST_F(Execute, WritesOneLineToStandardErrorAndNothingElseWhenAReadFails) {
+TEST_F(Execute, WritesOneErrorLineIfAReadFails) {
     desktop.setTrusted(false);
     for (const auto& arguments :
          std::vector<std::vector<std::string>>{{"read-selection"}, {"read-selection", "--json"}}) {
@@ -167,7 +167,7 @@ TEST_F(Execute, WritesOneLineToStandardErrorAndNothingElseWhenAReadFails) {
     }
 }
 
-TEST_F(Execute, WritesOneLineToStandardErrorWhenTheArgumentsAreRefused) {
+TEST_F(Execute, WritesOneErrorLineIfTheArgumentsAreRefused) {
     EXPECT_EQ(run({"read-selection", "--delay", "99"}), 1);
     EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: --delay must be between 0 and 60 seconds.\n"});
     EXPECT_EQ(streams.output, Lines());
@@ -184,7 +184,7 @@ TEST_F(Execute, ReportsAnOutputThatCannotBeWritten) {
     }
 }
 
-TEST_F(Execute, ReportsAnOutputThatCannotBeWrittenEvenWhenNotGranted) {
+TEST_F(Execute, ReportsAnOutputThatCannotBeWrittenIfNotGranted) {
     desktop.setTrusted(false);
     streams.acceptedWrites = 0;
     EXPECT_EQ(run({"permission-status"}), 1);
@@ -199,7 +199,7 @@ TEST_F(Execute, PrintsHalfASurrogatePairAsReplacementCharacter) {
     EXPECT_EQ(streams.output, Lines{"\ufffd!\n"});
 }
 
-TEST_F(Execute, ReplacesTheSelectionWithTheGivenTextAndDoesNotReadStandardInput) {
+TEST_F(Execute, ReplacesWithTheArgumentWithoutReadingStandardInput) {
     streams.input = "waiting";
     EXPECT_EQ(run({"replace-selection", "--replacement", "x"}), 0);
     EXPECT_EQ(streams.output, Lines{"replaced\n"});
@@ -207,7 +207,7 @@ TEST_F(Execute, ReplacesTheSelectionWithTheGivenTextAndDoesNotReadStandardInput)
     EXPECT_EQ(streams.inputReads, 0);
 }
 
-TEST_F(Execute, ReplacesTheSelectionWithStandardInputLineFeedIncluded) {
+TEST_F(Execute, ReplacesWithStandardInputIncludingItsLineFeed) {
     streams.input = "hello\n";
     EXPECT_EQ(run({"replace-selection"}), 0);
     EXPECT_EQ(streams.output, Lines{"replaced\n"});
@@ -220,14 +220,14 @@ TEST_F(Execute, KeepsAByteOrderMarkOfStandardInput) {
     EXPECT_EQ(text.text(), u"The quick \ufeffx");
 }
 
-TEST_F(Execute, WritesNoLineWhereTheReplacementFails) {
+TEST_F(Execute, WritesNoOutputIfTheReplacementFails) {
     text.answersSet(attribute::selectedText, AXError::failure);
     EXPECT_EQ(run({"replace-selection", "--replacement", "x"}), 1);
     EXPECT_EQ(streams.output, Lines());
     EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not replace the selected text (AX error -25200).\n"});
 }
 
-TEST_F(Execute, RefusesAReplacementThatIsEmptyMissingOrNoUtf8BeforeItTouchesAnything) {
+TEST_F(Execute, RefusesAnEmptyOrMalformedReplacementBeforeAnyCall) {
     struct Example {
         std::vector<std::string> arguments;
         std::optional<std::string> input;
@@ -251,15 +251,15 @@ TEST_F(Execute, RefusesAReplacementThatIsEmptyMissingOrNoUtf8BeforeItTouchesAnyt
     EXPECT_EQ(desktop.journal(), Lines());
 }
 
-TEST_F(Execute, ReadsStandardInputBeforeItWaits) {
+TEST_F(Execute, ReadsStandardInputBeforeTheDelay) {
     streams.input = "x";
     desktop.beforeCall(1, [this] { EXPECT_EQ(streams.inputReads, 1); });
     EXPECT_EQ(run({"replace-selection", "--delay", "2"}), 0);
     EXPECT_EQ(desktop.journal().at(0), "0.000000000 sleep(2.000000000)");
 }
 
-TEST_F(Execute, SaysWhatToDoWhereTheInputDoesNotFitIntoMemory) {
-    InputWithoutEnd endless;
+TEST_F(Execute, ReportsAnInputThatDoesNotFitIntoMemory) {
+    OversizedInput endless;
     const std::vector<Text> arguments = {u"replace-selection"};
     EXPECT_EQ(runCommandLine(arguments, desktop, endless), 1);
     EXPECT_EQ(endless.output, Lines());
@@ -275,7 +275,7 @@ TEST_F(Execute, DoesNotUndoAReplacementWhoseOutputCannotBeWritten) {
     EXPECT_EQ(streams.error, Lines{"Lomaris macOS bridge: Could not write to standard output.\n"});
 }
 
-TEST_F(Execute, LeavesTheStagedTextToATargetThatPastesAfterTheEnd) {
+TEST_F(Execute, KeepsTheStagedTextForATargetThatPastesAfterTheEnd) {
     text.answersSettable(attribute::selectedText, {AXError::success, false});
     notes.onCopy(copiesSelectionOf(text));
     notes.onPaste(pastesInto(text).after(std::chrono::milliseconds(500)));
@@ -285,7 +285,7 @@ TEST_F(Execute, LeavesTheStagedTextToATargetThatPastesAfterTheEnd) {
     EXPECT_EQ(text.text(), u"The quick x");
 }
 
-TEST(StandardStreamErrors, NameTheirStreamToTheUserAndToWhoeverCatchesStandardExceptions) {
+TEST(StandardStreamErrors, NameTheirStreamInDescriptionAndWhat) {
     const auto input = StandardStreamError::inputFailed();
     EXPECT_EQ(input.errorDescription(), u"Could not read standard input.");
     EXPECT_STREQ(input.what(), "inputFailed");

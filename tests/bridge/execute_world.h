@@ -18,7 +18,7 @@ namespace lomaris::test {
 
 using Lines = std::vector<std::string>;
 
-/// Streams in memory. Every write is kept on its own.
+/// Streams in memory. Every write is a separate element of `output` or `error`.
 class RecordedStreams : public StandardStreams {
 public:
     std::optional<std::string> readInput() override {
@@ -36,16 +36,16 @@ public:
 
     void writeError(std::string_view bytes) override { error.emplace_back(bytes); }
 
-    /// Nothing where it cannot be read.
+    /// Nullopt if standard input cannot be read.
     std::optional<std::string> input = std::string();
     int inputReads = 0;
-    /// How many writes to standard output succeed; the ones after them fail.
+    /// The number of writes to standard output that succeed; later ones fail.
     std::size_t acceptedWrites = std::numeric_limits<std::size_t>::max();
     Lines output;
     Lines error;
 };
 
-/// Notes in front with "brown fox" selected, and the tool with its streams.
+/// A frontmost application with "brown fox" selected, and the tool with its streams.
 class ExecuteWorld : public testing::Test {
 protected:
     ExecuteWorld() {

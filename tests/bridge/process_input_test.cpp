@@ -49,7 +49,7 @@ ProcessResult runWithInput(const std::vector<std::string>& arguments, const std:
     return runTool(arguments, options);
 }
 
-/// The tool while somebody still holds the other end of its standard input.
+/// The tool while the other end of its standard input is open.
 class WaitingTool {
 public:
     explicit WaitingTool(const std::string& arguments) {
@@ -60,7 +60,7 @@ public:
                                                       LOMARIS_TOOL, path_};
         result_ =
             std::async(std::launch::async, [commandLine] { return test::runProcess(commandLine, withoutDesktop()); });
-        // Waits for the reader.
+        // Blocks until the tool opens the other end.
         writer_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
     }
     WaitingTool(const WaitingTool&) = delete;
@@ -90,10 +90,10 @@ private:
 
 using ProcessInputWithoutDesktop = test::WithoutDesktopTest;
 
-constexpr auto longEnoughToBeMistaken = 200ms;
+constexpr auto timeForAnEarlyEnd = 200ms;
 constexpr auto longerThanAnyRun = 30s;
 
-TEST(ProcessInput, IsReportedWhereItIsClosed) {
+TEST(ProcessInput, IsReportedIfClosed) {
     ProcessOptions options = withoutDesktop();
     options.closedDescriptors = {0};
     EXPECT_EQ(runTool({"replace-selection"}, options), inputFailure);
@@ -104,13 +104,13 @@ TEST(ProcessInput, IsReportedWhereItIsClosed) {
     EXPECT_EQ(runTool({"replace-selection-request"}, options), (ProcessResult{1, "", ""}));
 }
 
-TEST(ProcessInput, IsReportedWhereItIsADirectory) {
+TEST(ProcessInput, IsReportedIfADirectory) {
     const test::TemporaryDirectory directory;
     EXPECT_EQ(runToolOn(directory.path().string(), "replace-selection"), inputFailure);
     EXPECT_EQ(runToolOn(directory.path().string(), "replace-selection-request"), inputFailure);
 }
 
-TEST(ProcessInput, IsReportedWhereItIsEmpty) {
+TEST(ProcessInput, IsReportedIfEmpty) {
     const auto noReplacement = failure("Replacement text is empty. Supply --replacement <text> or pipe text to stdin.");
     const auto noRequest = failure("Expected a guarded replacement request on stdin.");
     EXPECT_EQ(runWithInput({"replace-selection", "--delay", "60"}, ""), noReplacement);
@@ -119,29 +119,29 @@ TEST(ProcessInput, IsReportedWhereItIsEmpty) {
     EXPECT_EQ(runToolOn("/dev/null", "replace-selection-request"), noRequest);
 }
 
-TEST(ProcessInput, IsReportedWhereItIsNoUtf8) {
+TEST(ProcessInput, IsReportedIfNotUtf8) {
     EXPECT_EQ(runWithInput({"replace-selection"}, "a\xff"), failure("Replacement input must be valid UTF-8."));
     EXPECT_EQ(runWithInput({"replace-selection"}, "a\xe2\x82"), failure("Replacement input must be valid UTF-8."));
 }
 
-TEST(ProcessInput, IsReportedWhereTheRequestEndsTooEarly) {
+TEST(ProcessInput, IsReportedIfTheRequestIsTruncated) {
     EXPECT_EQ(runWithInput({"replace-selection-request"}, request.substr(0, request.size() - 1)), invalidRequest);
     EXPECT_EQ(runWithInput({"replace-selection-request"}, request.substr(0, request.size() / 2)), invalidRequest);
     EXPECT_EQ(runWithInput({"replace-selection-request"}, "{"), invalidRequest);
     EXPECT_EQ(runWithInput({"replace-selection-request"}, std::string(1, '\0')), invalidRequest);
 }
 
-TEST_F(ProcessInputWithoutDesktop, IsTakenWholeForARequest) {
-    // More than one pipe holds, most of it white space.
+TEST_F(ProcessInputWithoutDesktop, IsReadCompletelyForARequest) {
+    // More than the capacity of a pipe, most of it white space.
     EXPECT_EQ(runWithInput({"replace-selection-request"}, std::string(300000, ' ') + request), selectionChanged);
     EXPECT_EQ(runWithInput({"replace-selection-request"}, request + std::string(300000, '\n')), selectionChanged);
 }
 
-TEST_F(ProcessInputWithoutDesktop, IsTakenWholeForAReplacement) {
+TEST_F(ProcessInputWithoutDesktop, IsReadCompletelyForAReplacement) {
     EXPECT_EQ(runWithInput({"replace-selection"}, std::string(300000, 'x')), test::permissionRequired());
 }
 
-TEST(ProcessInput, IsReportedWhereItIsNoUtf8AtTheEndOfALongReplacement) {
+TEST(ProcessInput, IsReportedIfALongReplacementEndsInInvalidUtf8) {
     EXPECT_EQ(runWithInput({"replace-selection"}, std::string(300000, 'x') + "\xff"),
               failure("Replacement input must be valid UTF-8."));
 }
@@ -149,24 +149,24 @@ TEST(ProcessInput, IsReportedWhereItIsNoUtf8AtTheEndOfALongReplacement) {
 TEST_F(ProcessInputWithoutDesktop, IsAwaitedUntilItsWriterCloses) {
     WaitingTool tool("replace-selection-request");
     tool.write(request);
-    EXPECT_FALSE(tool.endsWithin(longEnoughToBeMistaken));
+    EXPECT_FALSE(tool.endsWithin(timeForAnEarlyEnd));
     tool.write("\n");
-    EXPECT_FALSE(tool.endsWithin(longEnoughToBeMistaken));
+    EXPECT_FALSE(tool.endsWithin(timeForAnEarlyEnd));
     tool.closeInput();
     ASSERT_TRUE(tool.endsWithin(longerThanAnyRun));
     EXPECT_EQ(tool.result(), selectionChanged);
 }
 
-TEST_F(ProcessInputWithoutDesktop, IsAwaitedAlsoWhereNothingCameYet) {
+TEST_F(ProcessInputWithoutDesktop, IsAwaitedIfStillEmpty) {
     WaitingTool tool("replace-selection");
-    EXPECT_FALSE(tool.endsWithin(longEnoughToBeMistaken));
+    EXPECT_FALSE(tool.endsWithin(timeForAnEarlyEnd));
     tool.write("x");
     tool.closeInput();
     ASSERT_TRUE(tool.endsWithin(longerThanAnyRun));
     EXPECT_EQ(tool.result(), test::permissionRequired());
 }
 
-TEST_F(ProcessInputWithoutDesktop, IsNotTouchedWhereTheReplacementIsAnArgument) {
+TEST_F(ProcessInputWithoutDesktop, IsNotReadIfTheReplacementIsAnArgument) {
     WaitingTool tool("replace-selection --replacement x");
     ASSERT_TRUE(tool.endsWithin(longerThanAnyRun));
     EXPECT_EQ(tool.result(), test::permissionRequired());

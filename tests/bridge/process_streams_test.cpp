@@ -24,7 +24,7 @@
 namespace lomaris {
 namespace {
 
-/// While it lives, standard error is a socket that keeps every write apart.
+/// Replaces standard error by a socket that preserves the boundaries of writes, until destruction.
 class WatchedError {
 public:
     WatchedError() {
@@ -42,7 +42,7 @@ public:
         }
     }
 
-    /// What was written, each write a text of its own.
+    /// Returns the writes so far, one element per write.
     [[nodiscard]] std::vector<std::string> writes() const {
         std::vector<std::string> writes;
         std::string buffer(4UL * PIPE_BUF, ' ');
@@ -62,7 +62,7 @@ private:
 
 const std::string longLine = std::string(PIPE_BUF + 100, 'x') + "\n";
 
-/// While it lives, standard output is a pipe.
+/// Replaces standard output by a pipe, until `restore` or destruction.
 class WatchedOutput {
 public:
     WatchedOutput() {
@@ -81,7 +81,7 @@ public:
 
     void makeNonBlocking() const { fcntl(STDOUT_FILENO, F_SETFL, O_NONBLOCK); }
 
-    /// All bytes that were written once standard output is what it was.
+    /// Returns all written bytes. Blocks until standard output is restored.
     [[nodiscard]] std::string bytes() const {
         std::string all;
         std::string buffer(4096, ' ');
@@ -106,7 +106,7 @@ private:
 enum class Signals { caught, left };
 enum class Writes { block, doNotBlock };
 
-/// What arrives at a reader that is slower than the writer, which says whether it wrote everything.
+/// Returns the result of `writeOutput` and the bytes that a slower reader received.
 std::pair<bool, std::string> written(const std::string& bytes, Signals signals, Writes writes) {
     std::optional<TerminationSignals> caught;
     if (signals == Signals::caught) {
@@ -130,24 +130,24 @@ std::string manyLines() {
     return lines;
 }
 
-TEST(ProcessStreams, WriteAllOfALongOutput) {
+TEST(ProcessStreams, WriteALongOutputCompletely) {
     const std::string lines = manyLines();
     for (const Signals signals : {Signals::caught, Signals::left}) {
         for (const Writes writes : {Writes::block, Writes::doNotBlock}) {
-            // The bytes would fill the screen.
+            // Not EXPECT_EQ, which would print all the bytes.
             EXPECT_TRUE(written(lines, signals, writes) == std::pair(true, lines));
         }
     }
 }
 
-/// The processor time that the calling thread has used.
+/// Returns the processor time of the calling thread.
 std::chrono::nanoseconds processorTime() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
-TEST(ProcessStreams, UseNoProcessorTimeWhileTheyWaitForAReader) {
+TEST(ProcessStreams, UseNoProcessorTimeWhileWaitingForAReader) {
     WatchedOutput output;
     output.makeNonBlocking();
     const std::string lines = manyLines();
@@ -157,13 +157,13 @@ TEST(ProcessStreams, UseNoProcessorTimeWhileTheyWaitForAReader) {
     });
     EXPECT_EQ(used.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
     auto read = std::async(std::launch::async, [&output] { return output.bytes(); });
-    // A few writes take some microseconds. A writer that tried again and again would use most of the 200 ms.
+    // A few writes take some microseconds; a writer that polled would use most of the 200 ms.
     EXPECT_LT(used.get(), std::chrono::milliseconds(15));
     output.restore();
     EXPECT_TRUE(read.get() == lines);
 }
 
-TEST(ProcessStreams, DoNotWaitForAReaderOnceTheProcessIsToEnd) {
+TEST(ProcessStreams, DoNotWaitForAReaderAfterATerminationSignal) {
     for (const Writes writes : {Writes::block, Writes::doNotBlock}) {
         const TerminationSignals signals;
         const WatchedOutput output;
@@ -177,7 +177,7 @@ TEST(ProcessStreams, DoNotWaitForAReaderOnceTheProcessIsToEnd) {
     }
 }
 
-TEST(ProcessStreams, ReplaceWhatCameClosedWithWhatFails) {
+TEST(ProcessStreams, ReplaceClosedStreamsByStreamsThatFail) {
     const pid_t process = fork();
     if (process == 0) {
         for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
@@ -193,26 +193,26 @@ TEST(ProcessStreams, ReplaceWhatCameClosedWithWhatFails) {
     EXPECT_EQ(status, 0);
 }
 
-TEST(ProcessStreams, LeaveWhatCameOpen) {
+TEST(ProcessStreams, KeepOpenStreams) {
     const WatchedOutput output;
     const ProcessStreams streams;
     EXPECT_EQ(fcntl(STDOUT_FILENO, F_GETFL) & O_ACCMODE, O_WRONLY);
 }
 
-TEST(ProcessStreams, WriteAnErrorInOnePiece) {
+TEST(ProcessStreams, WriteAnErrorInOneWrite) {
     const WatchedError error;
     ProcessStreams().writeError(longLine);
     EXPECT_EQ(error.writes(), std::vector{longLine});
 }
 
-TEST(ProcessStreams, WriteAnErrorInOnePieceAlsoWhileSignalsAreCaught) {
+TEST(ProcessStreams, WriteAnErrorInOneWriteWhileSignalsAreCaught) {
     const TerminationSignals signals;
     const WatchedError error;
     ProcessStreams().writeError(longLine);
     EXPECT_EQ(error.writes(), std::vector{longLine});
 }
 
-TEST(ProcessStreams, WriteAnErrorAlsoWhenTheProcessIsToEnd) {
+TEST(ProcessStreams, WriteAnErrorAfterATerminationSignal) {
     const TerminationSignals signals;
     const WatchedError error;
     raise(SIGTERM);

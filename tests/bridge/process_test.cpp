@@ -20,7 +20,7 @@ const ProcessResult outputFailure = failure("Could not write to standard output.
 
 using ProcessWithoutDesktop = test::WithoutDesktopTest;
 
-TEST(Process, PrintsTheUsageTextForHelpAndForNothing) {
+TEST(Process, PrintsTheUsageTextForHelpAndWithoutArguments) {
     const ProcessResult help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(help.output.size(), 1049U);
@@ -35,12 +35,12 @@ TEST(Process, EndsWithOneLineAndStatusOneForBadArguments) {
     EXPECT_EQ(runTool({"bo\xffgus"}), failure("Unknown command \"bo\ufffdgus\"."));
 }
 
-TEST_F(ProcessWithoutDesktop, SaysNotGrantedWithStatusTwo) {
+TEST_F(ProcessWithoutDesktop, PrintsNotGrantedWithStatusTwo) {
     EXPECT_EQ(runTool({"permission-status"}, withoutDesktop()), (ProcessResult{2, "not-granted\n", ""}));
     EXPECT_EQ(runTool({"permission-status", "--prompt"}, withoutDesktop()), (ProcessResult{2, "not-granted\n", ""}));
 }
 
-TEST_F(ProcessWithoutDesktop, AsksForPermission) {
+TEST_F(ProcessWithoutDesktop, ReportsMissingPermission) {
     for (const auto& arguments : std::vector<std::vector<std::string>>{{"read-selection", "--json"},
                                                                        {"replace-selection", "--replacement", "x"},
                                                                        {"diagnose-selection"},
@@ -66,7 +66,7 @@ TEST(Process, ReportsAnOutputThatIsClosed) {
     EXPECT_EQ(runTool({"--help"}, options), outputFailure);
 }
 
-TEST(Process, ReportsAReaderThatWentAway) {
+TEST(Process, ReportsAClosedReader) {
     ProcessOptions options = withoutDesktop();
     options.readerGoesAway = true;
     EXPECT_EQ(runTool({"--help"}, options), outputFailure);
@@ -81,7 +81,7 @@ TEST_F(ProcessWithoutDesktop, ReportsAnOutputThatIsFull) {
     EXPECT_EQ(runTool({"permission-status"}, options), outputFailure);
 }
 
-TEST_F(ProcessWithoutDesktop, ReportsAnOutputThatNobodyReads) {
+TEST_F(ProcessWithoutDesktop, ReportsAnOutputWithoutAReader) {
     ProcessOptions closed = withoutDesktop();
     closed.closedDescriptors = {1};
     EXPECT_EQ(runTool({"permission-status"}, closed), outputFailure);
@@ -90,7 +90,7 @@ TEST_F(ProcessWithoutDesktop, ReportsAnOutputThatNobodyReads) {
     EXPECT_EQ(runTool({"permission-status"}, unread), outputFailure);
 }
 
-TEST(Process, StillEndsWithItsStatusWhereStandardErrorIsClosed) {
+TEST(Process, KeepsItsStatusIfStandardErrorIsClosed) {
     ProcessOptions options = withoutDesktop();
     options.closedDescriptors = {2};
     EXPECT_EQ(runTool({"bogus"}, options), (ProcessResult{1, "", ""}));

@@ -8,8 +8,8 @@
 
 namespace lomaris::test {
 
-/// A machine without a desktop, so that what is asked for is always answered the same. Where the desktop cannot be
-/// taken away from a program, this one is only for runs that end before they look at it.
+/// An environment without a desktop, so that the result does not depend on the machine. On a system on which the
+/// desktop cannot be hidden, use it only for runs that end before they access the desktop.
 inline ProcessOptions withoutDesktop() {
     ProcessOptions options;
     options.environment = {{"DISPLAY", std::nullopt},
@@ -19,27 +19,27 @@ inline ProcessOptions withoutDesktop() {
     return options;
 }
 
-/// What keeps a program from being run without a desktop, as a line for people; empty where nothing does.
-inline std::string missingForNoDesktop() {
+/// The printed reason why a program cannot be run without a desktop. Empty if it can.
+inline std::string reasonDesktopCannotBeHidden() {
     return LOMARIS_DESKTOP_CAN_BE_HIDDEN ? ""
-                                         : "skipped: the tool would work on the desktop of whoever runs the tests, "
-                                           "which cannot be hidden from a program on this system";
+                                         : "skipped: the tool would use the desktop of the user who runs the "
+                                           "tests, which cannot be hidden from a program on this system";
 }
 
-/// Base of the tests of what the tool does where it looks for a desktop and finds none.
+/// Base of tests that run the tool without a desktop. Skips the test if the desktop cannot be hidden.
 class WithoutDesktopTest : public testing::Test {
 protected:
     void SetUp() override {
-        if (const auto missing = missingForNoDesktop(); !missing.empty()) {
-            GTEST_SKIP() << missing;
+        if (const auto reason = reasonDesktopCannotBeHidden(); !reason.empty()) {
+            GTEST_SKIP() << reason;
         }
     }
 };
 
-/// The tool ends with this one line on standard error and nothing on standard output.
+/// The result of a tool that writes this one line to standard error and nothing to standard output.
 inline ProcessResult failure(const std::string& message) { return {1, "", "Lomaris macOS bridge: " + message + "\n"}; }
 
-/// What is answered without a desktop to everything that comes as far as asking for one.
+/// The result of every command that accesses the desktop if there is none.
 inline ProcessResult permissionRequired() {
     return failure(
         "Accessibility permission is required. Open System Settings > Privacy & Security > Accessibility and enable "

@@ -23,7 +23,7 @@ constexpr std::string_view notInFront =
     "Lomaris macOS bridge: The original selection changed while Lomaris was working, so your document was left "
     "untouched. Select the text and try again.\n";
 
-/// Gives one input and keeps what is written.
+/// Streams with one input; collects what is written.
 class RequestStreams final : public StandardStreams {
 public:
     explicit RequestStreams(std::string input) : input_(std::move(input)) {}
@@ -55,7 +55,7 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
                   << '"';
 }
 
-/// What the tool does with `request` where no application is in front: whatever is valid ends there.
+/// Runs the tool on `request` with no frontmost application, so every valid request is refused.
 Outcome outcomeOf(std::string request) {
     SimulatedDesktop desktop;
     RequestStreams streams(std::move(request));
@@ -76,7 +76,7 @@ std::string_view expectedErrorFor(const std::string& request, const nlohmann::js
     return hasEmptyText ? emptyText : notInFront;
 }
 
-TEST(ReplaceSelectionRequest, TakesOrRefusesTheInputOfEveryReferenceCase) {
+TEST(ReplaceSelectionRequest, MatchesEveryReferenceCase) {
     for (const auto& vector : test::readVectors("request-json")) {
         const std::string request = test::bytesOf(vector.value.at("bytes"));
         const Outcome expected{1, "", std::string(expectedErrorFor(request, vector.value.at("expected")))};
@@ -84,7 +84,7 @@ TEST(ReplaceSelectionRequest, TakesOrRefusesTheInputOfEveryReferenceCase) {
     }
 }
 
-TEST(ReplaceSelectionRequest, TellsMissingInvalidAndEmptyRequestsApart) {
+TEST(ReplaceSelectionRequest, DistinguishesMissingInvalidAndEmptyRequests) {
     const auto request = [](const std::string& expectedText, const std::string& replacementText) {
         return R"({"expectedText":")" + expectedText + R"(","replacementText":")" + replacementText +
                R"(","expectedProcessIdentifier":812,"expectedInputActivity":{"keyDownCount":1,)" +
