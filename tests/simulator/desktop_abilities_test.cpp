@@ -1,5 +1,5 @@
-// What applications do over time: several reactions to one stroke, sets that are more than an answer, beginning and
-// end, hanging and answering again.
+// Behavior of applications over time: several reactions to one key stroke, sets with side effects, start and exit,
+// hanging and recovery.
 
 #include "platform/attributes.h"
 #include "tests/simulator/described_desktop.h"
@@ -30,7 +30,7 @@ AttributeAnswer readRoot(Stage& stage, ProcessIdentifier process, std::string_vi
     return service.copyAttribute(service.applicationElement(process), attribute);
 }
 
-/// What stands on the pasteboard at each of these moments.
+/// Returns the text on the pasteboard at each of these moments.
 std::vector<std::optional<Text>> pasteboardAt(Stage& stage, const std::vector<Moment>& moments) {
     std::vector<std::optional<Text>> texts;
     for (const Moment moment : moments) {
@@ -40,7 +40,7 @@ std::vector<std::optional<Text>> pasteboardAt(Stage& stage, const std::vector<Mo
     return texts;
 }
 
-TEST(ReactionsTogether, HappenEachAtItsOwnDelay) {
+TEST(ReactionsTogether, HappenEachAfterItsOwnDelay) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "front": true,
         "onCopy": [{"copies": ""}, {"after": 0.3, "copies": "late"}, {"after": 0.1, "copies": "soon"}]}]})");
     press(*stage, copyKey);
@@ -48,7 +48,7 @@ TEST(ReactionsTogether, HappenEachAtItsOwnDelay) {
               (std::vector<std::optional<Text>>{u"", u"", u"soon", u"late"}));
 }
 
-TEST(ReactionsTogether, AddTheirDelaysToThatOfTheWhole) {
+TEST(ReactionsTogether, AddTheirDelaysToThatOfTheGroup) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "front": true,
         "onCopy": {"inTurn": [{"after": 0.2, "all": [{"copies": "a"}, [{"after": 0.1, "copies": "b"}]]}]}}]})");
     press(*stage, copyKey);
@@ -56,7 +56,7 @@ TEST(ReactionsTogether, AddTheirDelaysToThatOfTheWhole) {
               (std::vector<std::optional<Text>>{std::nullopt, u"a", u"a", u"b"}));
 }
 
-TEST(ReactionsTogether, OfOneMomentGoOnWhenTheApplicationQuitsAmongThem) {
+TEST(ReactionsTogether, OfOneMomentAllHappenEvenIfOneQuitsTheApplication) {
     const auto stage = stageOf(R"({"applications": [
         {"processIdentifier": 812, "front": true,
          "onCopy": [{"quits": 812}, {"bringsToFront": 913}, {"after": 0.1, "copies": "a"}]},
@@ -66,14 +66,14 @@ TEST(ReactionsTogether, OfOneMomentGoOnWhenTheApplicationQuitsAmongThem) {
     EXPECT_EQ(pasteboardAt(*stage, {milliseconds(100)}), (std::vector<std::optional<Text>>{std::nullopt}));
 }
 
-TEST(ActionsOfTheUser, MayComeLater) {
+TEST(ActionsOfTheUser, MayBeDelayed) {
     const auto stage = stageOf(R"({"user": [
         {"at": 0.1, "do": [{"copies": "a"}, {"after": 0.2, "copies": "b"}]}]})");
     EXPECT_EQ(pasteboardAt(*stage, {milliseconds(100), milliseconds(299), milliseconds(300)}),
               (std::vector<std::optional<Text>>{u"a", u"a", u"b"}));
 }
 
-/// Runs `attribute` of the element "field" through a set of "new".
+/// The result of setting an attribute, and its value afterwards.
 struct SetOutcome {
     AXError answer = AXError::success;
     AttributeAnswer readAfter;
@@ -85,7 +85,7 @@ SetOutcome setNew(Stage& stage, std::string_view attribute) {
     return {answer, read(stage, "field", attribute)};
 }
 
-TEST(ScriptedSet, MayWriteAndStillAnswerAnError) {
+TEST(ScriptedSet, MayWriteAndStillReturnAnError) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "elements": [
         {"name": "field", "text": {"value": "old", "selection": [0, 3]}, "attributes": {"plain": "old"},
          "set": {"AXValue": {"answers": "cannotComplete", "writes": true}, "plain": {"answers": -1, "writes": true},
@@ -104,7 +104,7 @@ TEST(ScriptedSet, MayWriteAndStillAnswerAnError) {
     EXPECT_EQ(set.readAfter, answer(AXError::attributeUnsupported));
 }
 
-TEST(ScriptedSet, HasTheApplicationReactInTurnAndLater) {
+TEST(ScriptedSet, TriggersReactionsInTurnAndDelayed) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812,
         "attributes": {"AXFocusedUIElement": {"element": "other"}},
         "elements": [{"name": "other"}, {"name": "field", "set": {"AXFocused": {"does": {"inTurn": [
@@ -124,14 +124,14 @@ TEST(ScriptedSet, HasTheApplicationReactInTurnAndLater) {
     EXPECT_EQ(focusAfterSet(), std::pair(other, field));
 }
 
-TEST(ScriptedSet, HasNoReactionInAnApplicationThatHangs) {
+TEST(ScriptedSet, TriggersNoReactionInAnApplicationThatHangs) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "hangs": true, "elements": [
         {"name": "field", "set": {"AXFocused": {"does": {"copies": "a"}}}}]}]})");
     EXPECT_EQ(setNew(*stage, attribute::focused).answer, AXError::cannotComplete);
     EXPECT_EQ(stage->desktop.pasteboard().string(), std::nullopt);
 }
 
-TEST(ScriptsOfTheFile, ReachTheRootsAndTheSystem) {
+TEST(ScriptsOfTheFile, ApplyToApplicationAndSystemWideElements) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812}],
         "user": [{"at": 0.1, "do": [
             {"scripts": {"element": {"application": 812}, "attributes": {"AXTitle": "Notes"}}},
@@ -142,7 +142,7 @@ TEST(ScriptsOfTheFile, ReachTheRootsAndTheSystem) {
     EXPECT_EQ(read(*stage, "systemWide", attribute::title), answer(Text(u"System")));
 }
 
-TEST(AnApplicationThatHangs, AnswersAgainAndHasLostWhatCameDueMeanwhile) {
+TEST(AnApplicationThatHangs, RecoversWithoutTheReactionsDueWhileItHung) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "front": true,
         "attributes": {"AXTitle": "Notes"}, "onCopy": [{"after": 0.1, "copies": "a"}, {"after": 0.3, "types": 1}]}],
         "user": [{"at": 0.05, "do": {"hangs": 812}}, {"at": 0.2, "do": {"recovers": 812}}]})");
@@ -154,11 +154,11 @@ TEST(AnApplicationThatHangs, AnswersAgainAndHasLostWhatCameDueMeanwhile) {
     EXPECT_EQ(readRoot(*stage, 812, attribute::title), answer(Text(u"Notes")));
     desktop.scheduling().sleep(milliseconds(100));
     EXPECT_EQ(desktop.pasteboard().string(), std::nullopt);
-    // One is the stroke itself.
+    // One is the key stroke, the other the reaction that was due after the recovery.
     EXPECT_EQ(desktop.inputCounters().keyDown, 2U);
 }
 
-TEST(AnApplicationThatHangs, DoesNotCountTheStrokesThatItMisses) {
+TEST(AnApplicationThatHangs, DoesNotCountTheKeyStrokesThatItMisses) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "front": true, "hangs": true,
         "onCopy": {"inTurn": [{"copies": "a"}, {"copies": "b"}]}}],
         "user": [{"at": 0.1, "do": {"recovers": 812}}]})");
@@ -168,7 +168,7 @@ TEST(AnApplicationThatHangs, DoesNotCountTheStrokesThatItMisses) {
     EXPECT_EQ(stage->desktop.pasteboard().string(), Text(u"a"));
 }
 
-TEST(AScript, TakesBackThatAskingForTheProcessFails) {
+TEST(AScript, CanMakeTheProcessIdentifierReadableAgain) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812,
         "elements": [{"name": "field", "processIdentifierFails": true}]}],
         "user": [{"at": 1, "do": {"scripts": {"element": "field", "processIdentifierFails": false}}}]})");
@@ -178,7 +178,7 @@ TEST(AScript, TakesBackThatAskingForTheProcessFails) {
     EXPECT_EQ(stage->desktop.accessibility().processIdentifier(field), 812);
 }
 
-TEST(AnApplicationThatStartsLater, IsAsIfItDidNotExistUntilThen) {
+TEST(AnApplicationThatStartsLater, DoesNotExistUntilThen) {
     const auto stage = stageOf(R"({"applications": [
         {"processIdentifier": 812, "front": true, "onCopy": {"starts": 913}},
         {"processIdentifier": 913, "name": "Mail", "runs": false, "attributes": {"AXTitle": "Mail"},

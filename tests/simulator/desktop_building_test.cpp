@@ -1,4 +1,4 @@
-// What stands on a desktop that a file describes, and what happens there.
+// The state of a desktop that a file describes, and the actions on it.
 
 #include "platform/attributes.h"
 #include "simulator/base64.h"
@@ -22,7 +22,7 @@ using simulator::Json;
 using simulator::Stage;
 using std::chrono::milliseconds;
 
-/// A desktop with one text area, and something that somebody does at once.
+/// Returns a desktop with one text area, after a user action at its start.
 std::unique_ptr<Stage> stageAfter(const std::string& action) {
     auto stage = stageOf(R"({
         "counters": {"keyDown": 5},
@@ -73,7 +73,7 @@ TEST(DesktopBuilding, ReadsEveryKindOfValue) {
     }
 }
 
-TEST(DesktopBuilding, AnswersInTurnAndSetsAsScripted) {
+TEST(DesktopBuilding, ReadsInTurnAndSetsAsScripted) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "elements": [
         {"name": "field", "attributes": {"AXValue": {"inTurn": ["one", {"error": -1}, "two"]}},
          "settable": {"yes": true, "no": false, "unknown": {"error": -25204}},
@@ -98,7 +98,7 @@ TEST(DesktopBuilding, AnswersInTurnAndSetsAsScripted) {
     EXPECT_EQ(service.processIdentifier(field), std::nullopt);
 }
 
-TEST(DesktopBuilding, HasTheUserDoWhatTheFileSays) {
+TEST(DesktopBuilding, PerformsEveryUserAction) {
     const auto countersAfter = [](const std::string& action) { return stageAfter(action)->desktop.inputCounters(); };
     EXPECT_EQ(countersAfter(R"({"types": 3})"), (InputCounters{8, 0, 0, 0}));
     EXPECT_EQ(countersAfter(R"([{"clicks": "left"}, {"clicks": "right"}, {"clicks": "other"}, {"clicks": "other"}])"),
@@ -141,13 +141,13 @@ TEST(DesktopBuilding, HasTheUserDoWhatTheFileSays) {
     EXPECT_TRUE(refusing->desktop.pasteboard().writeItems({}));
 }
 
-TEST(DesktopBuilding, HasTheUserActBeforeACall) {
+TEST(DesktopBuilding, PerformsAUserActionBeforeACall) {
     const auto stage = stageOf(R"({"user": [{"beforeCall": 2, "do": {"types": 1}}]})");
     EXPECT_EQ(stage->desktop.events().inputCounter(InputEventType::keyDown), 0U);
     EXPECT_EQ(stage->desktop.events().inputCounter(InputEventType::keyDown), 1U);
 }
 
-TEST(DesktopBuilding, HasApplicationsReactInTurnAndLater) {
+TEST(DesktopBuilding, TriggersReactionsInTurnAndDelayed) {
     const auto stage = stageOf(R"({"applications": [{"processIdentifier": 812, "front": true,
         "onKeys": [{"keyCode": 0, "flags": 1048576, "does": {"types": 1}}],
         "onCopy": {"inTurn": [{"ignores": true}, {"after": 0.5, "all": [{"copies": "a"}, {"types": 1}]}]}}]})");
@@ -166,7 +166,7 @@ TEST(DesktopBuilding, HasApplicationsReactInTurnAndLater) {
     EXPECT_EQ(desktop.inputCounters().keyDown, 2U);
 }
 
-TEST(DesktopBuilding, TakesTimeForCalls) {
+TEST(DesktopBuilding, SpendsTheLatencyOfCalls) {
     const auto stage = stageOf(R"({"latency": {"copyAttribute": 0.002, "string": 0.05}, "applications": [
         {"processIdentifier": 812, "elements": [{"name": "field"}]}]})");
     static_cast<void>(read(*stage, "field", attribute::value));
@@ -178,7 +178,7 @@ TEST(DesktopBuilding, TakesTimeForCalls) {
     EXPECT_EQ(stage->desktop.now(), milliseconds(52));
 }
 
-TEST(DesktopBuilding, ReportsTheStateInTheWordsOfTheFile) {
+TEST(DesktopBuilding, ReportsTheStateInTheFormatOfTheFile) {
     const auto stage = stageOf(R"({"pasteboard": {"items": [{"public.png": {"base64": "/wA="},
             "public.html": {"promised": "b"}}]},
         "applications": [{"processIdentifier": 812, "front": true, "elements": [
@@ -197,7 +197,7 @@ TEST(ElementTree, IsFilledLevelByLevel) {
     EXPECT_EQ(simulator::layOut({3, 1, std::nullopt}), (Children{{1}, {2}, {}}));
 }
 
-TEST(ElementTree, ReachesItsDepthInOneBranch) {
+TEST(ElementTree, ReachesItsDepthInTheFirstBranch) {
     using Children = std::vector<std::vector<std::size_t>>;
     EXPECT_EQ(simulator::layOut({3, 10, 2}), (Children{{1}, {2}, {}}));
     EXPECT_EQ(simulator::layOut({5, 2, 2}), (Children{{1, 2}, {3, 4}, {}, {}, {}}));
@@ -205,7 +205,7 @@ TEST(ElementTree, ReachesItsDepthInOneBranch) {
     EXPECT_EQ(simulator::layOut({4, 2, 1}), std::nullopt);
 }
 
-TEST(Base64, GoesBothWays) {
+TEST(Base64, RoundTripsAndRefusesMalformedText) {
     const std::vector<std::pair<std::string, std::string>> pairs{
         {"", ""}, {"f", "Zg=="}, {"fo", "Zm8="}, {"foo", "Zm9v"}, {std::string("\xff\x00\xfe\x3f", 4), "/wD+Pw=="}};
     for (const auto& [bytes, encoded] : pairs) {
@@ -215,7 +215,7 @@ TEST(Base64, GoesBothWays) {
     for (const std::string wrong : {"Z", "Zg=", "Z===", "Zg==Zg==", "Zm 9v", "Zg=a"}) {
         EXPECT_EQ(simulator::bytesOfBase64(wrong), std::nullopt) << wrong;
     }
-    // What is behind the end of a text counts for nothing.
+    // Characters past the end of the text are not read.
     for (const std::size_t length : {1U, 2U, 3U, 5U, 6U, 7U}) {
         EXPECT_EQ(simulator::bytesOfBase64(std::string_view("AAAAAAAA").substr(0, length)), std::nullopt) << length;
     }

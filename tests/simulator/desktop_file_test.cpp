@@ -1,4 +1,4 @@
-// What a desktop file may not say, and where it is told so.
+// Errors in desktop files, and the places that the messages name.
 
 #include "simulator/desktop_file.h"
 #include "simulator/file_error.h"
@@ -18,8 +18,8 @@ using simulator::Json;
 using simulator::JsonNode;
 using simulator::parseJson;
 
-/// The complaint about a file, empty where there is none.
-std::string complaintAbout(const std::string& contents) {
+/// Returns the error message for a file. Empty if there is none.
+std::string errorFor(const std::string& contents) {
     try {
         const Json file = parseJson(contents);
         static_cast<void>(simulator::readDesktop(JsonNode(file)));
@@ -29,31 +29,31 @@ std::string complaintAbout(const std::string& contents) {
     }
 }
 
-/// A file with one application, whose object ends with these keys.
+/// Returns a file with one application, whose object ends with these keys.
 std::string applicationWith(const std::string& keys) {
     return R"({"applications": [{"processIdentifier": 812, )" + keys + "}]}";
 }
 
-/// The same with one element.
+/// Returns a file with one application that has one element with these keys.
 std::string elementWith(const std::string& keys) { return applicationWith(R"("elements": [{)" + keys + "}]"); }
 
 struct Refusal {
     std::string contents;
-    std::string complaint;
+    std::string message;
 };
 
 void expectRefusals(const std::vector<Refusal>& refusals) {
     for (const Refusal& refusal : refusals) {
-        EXPECT_EQ(complaintAbout(refusal.contents), refusal.complaint) << refusal.contents;
+        EXPECT_EQ(errorFor(refusal.contents), refusal.message) << refusal.contents;
     }
 }
 
 TEST(DesktopFile, MayBeEmptyAndMayHaveComments) {
-    EXPECT_EQ(complaintAbout("{}"), "");
-    EXPECT_EQ(complaintAbout("// one\n{ /* two */ \"trusted\": true // three\n}"), "");
+    EXPECT_EQ(errorFor("{}"), "");
+    EXPECT_EQ(errorFor("// one\n{ /* two */ \"trusted\": true // three\n}"), "");
 }
 
-TEST(DesktopFile, NamesLineAndColumnOfWhatIsNoJson) {
+TEST(DesktopFile, NamesLineAndColumnOfSyntaxErrors) {
     for (const auto& [contents, place] : std::vector<std::pair<std::string, std::string>>{
              {"", "1:1: "},
              {"{\"trusted\": tru}", "1:16: "},
@@ -63,13 +63,12 @@ TEST(DesktopFile, NamesLineAndColumnOfWhatIsNoJson) {
              {"{} {}", "1:4: "},
              {"{\n", "2:1: "},
          }) {
-        EXPECT_EQ(complaintAbout(contents).substr(0, place.size()), place) << complaintAbout(contents);
-        EXPECT_NE(complaintAbout(contents).find("expected JSON: syntax error"), std::string::npos)
-            << complaintAbout(contents);
+        EXPECT_EQ(errorFor(contents).substr(0, place.size()), place) << errorFor(contents);
+        EXPECT_NE(errorFor(contents).find("expected JSON: syntax error"), std::string::npos) << errorFor(contents);
     }
 }
 
-TEST(DesktopFile, RefusesKeysThatStandTwice) {
+TEST(DesktopFile, RefusesDuplicateKeys) {
     expectRefusals({
         {R"({"trusted": true, "trusted": false})", "trusted: expected each key once"},
         {R"({"applications": [{}, {"name": "a", "attributes": {"x": 1, "x": 2}}]})",
@@ -115,7 +114,7 @@ TEST(DesktopFile, RefusesUnknownKeysInEveryObject) {
     };
     for (const auto& [file, place] : files) {
         const std::string expected = place + ".unknown: unknown key; expected one of: ";
-        EXPECT_EQ(complaintAbout(file).substr(0, expected.size()), expected) << complaintAbout(file);
+        EXPECT_EQ(errorFor(file).substr(0, expected.size()), expected) << errorFor(file);
     }
 }
 
@@ -143,7 +142,7 @@ TEST(DesktopFile, RefusesValuesOfTheWrongType) {
     });
 }
 
-TEST(DesktopFile, RefusesWhatIsOutOfRange) {
+TEST(DesktopFile, RefusesValuesOutOfRange) {
     expectRefusals({
         {R"({"counters": {"keyDown": 4294967296}})", "counters.keyDown: expected an integer from 0 to 4294967295"},
         {R"({"counters": {"keyDown": 18446744073709551615}})",
@@ -179,11 +178,11 @@ TEST(DesktopFile, RefusesTreesWithoutElementsOrBranches) {
     for (const std::string key : {"elements", "branching"}) {
         const std::string file = elementWith(R"("generate": {"depth": 0, ")" + key + R"(": 0})");
         const std::string expected = "applications[0].elements[0].generate." + key + ": expected an integer from 1 to ";
-        EXPECT_EQ(complaintAbout(file).substr(0, expected.size()), expected);
+        EXPECT_EQ(errorFor(file).substr(0, expected.size()), expected);
     }
 }
 
-TEST(DesktopFile, RefusesWhatContradictsItself) {
+TEST(DesktopFile, RefusesContradictions) {
     expectRefusals({
         {R"({"applications": [{"processIdentifier": 812}, {"processIdentifier": 812}]})",
          "applications[1].processIdentifier: expected a process identifier that no other application has"},
@@ -209,7 +208,7 @@ TEST(DesktopFile, RefusesWhatContradictsItself) {
     });
 }
 
-TEST(DesktopFile, NamesEveryFormThatAValueMayHave) {
+TEST(DesktopFile, NamesEveryAcceptedFormOfAValue) {
     const std::string attribute = "applications[0].elements[0].attributes.AXValue";
     const std::string codes =
         "expected an integer of 32 bits or one of: success, failure, illegalArgument, invalidUIElement, "
@@ -257,7 +256,7 @@ TEST(DesktopFile, RefusesTypesWithoutAName) {
     });
 }
 
-TEST(DesktopFile, RefusesApplicationsThatItDoesNotHave) {
+TEST(DesktopFile, RefusesUnknownApplications) {
     const std::string expected = "expected the process identifier of an application of this file";
     expectRefusals({
         {applicationWith(R"("attributes": {"AXParent": {"application": 9}})"),
@@ -278,15 +277,15 @@ TEST(DesktopFile, RefusesApplicationsThatItDoesNotHave) {
     });
 }
 
-TEST(DesktopFile, MayNameWhatStandsFurtherDown) {
-    EXPECT_EQ(complaintAbout(R"({"applications": [
+TEST(DesktopFile, AcceptsNamesOfLaterElements) {
+    EXPECT_EQ(errorFor(R"({"applications": [
         {"processIdentifier": 1, "menuBar": [{"title": "Edit", "items": [
             {"title": "Copy", "modifiers": {"application": 2}}, {"title": "Cut", "modifiers": {"element": "last"}}]}]},
         {"processIdentifier": 2, "elements": [{"name": "last"}]}]})"),
               "");
 }
 
-TEST(DesktopFile, SaysWhereANumberIsTooLarge) {
+TEST(DesktopFile, NamesThePlaceOfANumberThatIsTooLarge) {
     expectRefusals({
         {R"({"latency": 1e400})", "latency: expected a number from -1.79e308 to 1.79e308"},
         {R"({"applications": [{"processIdentifier": 1}, {"processIdentifier": -1e999}]})",
@@ -297,15 +296,15 @@ TEST(DesktopFile, SaysWhereANumberIsTooLarge) {
     });
 }
 
-TEST(DesktopFile, RefusesMoreLevelsThanItGoesDown) {
+TEST(DesktopFile, RefusesNestingBeyondItsLimit) {
     const auto nested = [](std::size_t levels) { return std::string(levels, '[') + std::string(levels, ']'); };
-    EXPECT_EQ(complaintAbout(R"({"user": [{"at": 0, "do": )" + nested(497) + "}]}"), "");
-    const std::string complaint = complaintAbout(R"({"user": [{"at": 0, "do": )" + nested(100'000) + "}]}");
-    EXPECT_EQ(complaint.substr(0, 15), "user[0].do[0][0");
-    EXPECT_EQ(complaint.substr(complaint.find(": ")), ": expected at most 500 levels of arrays and objects");
+    EXPECT_EQ(errorFor(R"({"user": [{"at": 0, "do": )" + nested(497) + "}]}"), "");
+    const std::string message = errorFor(R"({"user": [{"at": 0, "do": )" + nested(100'000) + "}]}");
+    EXPECT_EQ(message.substr(0, 15), "user[0].do[0][0");
+    EXPECT_EQ(message.substr(message.find(": ")), ": expected at most 500 levels of arrays and objects");
 }
 
-TEST(DesktopFile, RefusesActionsThatAreNone) {
+TEST(DesktopFile, RefusesMalformedActions) {
     const std::string verbs =
         "an array of actions, or an object with exactly one of the keys ignores, all, copies, copiesItems, "
         "copiesSelectionOf, pastesInto, deletesSelectionOf, reads, holdsPasteboard, types, clicks, setsCounters, "
@@ -338,15 +337,15 @@ TEST(DesktopFile, RefusesActionsThatAreNone) {
     });
 }
 
-TEST(DesktopFile, TakesTheSignalsThatEndAProcessAndCanBeCaught) {
-    const auto complaintAboutSignal = [](const std::string& number) {
-        return complaintAbout(R"({"user": [{"at": 1, "do": {"endsTheTool": )" + number + "}}]}");
+TEST(DesktopFile, AcceptsOnlySignalsThatTerminateAndCanBeCaught) {
+    const auto errorForSignal = [](const std::string& number) {
+        return errorFor(R"({"user": [{"at": 1, "do": {"endsTheTool": )" + number + "}}]}");
     };
     for (const int number : {1, 2, 8, 10, 13, 15, 24, 27, 30, 31}) {
-        EXPECT_EQ(complaintAboutSignal(std::to_string(number)), "") << number;
+        EXPECT_EQ(errorForSignal(std::to_string(number)), "") << number;
     }
     for (const char* wrong : {"-1", "0", "9", "16", "17", "19", "23", "28", "29", "32", "64", "15.0", "\"TERM\""}) {
-        EXPECT_EQ(complaintAboutSignal(wrong),
+        EXPECT_EQ(errorForSignal(wrong),
                   "user[0].do.endsTheTool: expected a signal that ends a process and can be caught: 1 to 8, 10 to 15, "
                   "24 to 27, 30 or 31")
             << wrong;

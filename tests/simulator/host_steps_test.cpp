@@ -1,4 +1,4 @@
-// What a host may be told to do, and what its steps answer.
+// The steps of a host and their output.
 
 #include "simulator/host_steps.h"
 #include "simulator/file_error.h"
@@ -18,8 +18,8 @@ using simulator::Json;
 using simulator::JsonNode;
 using simulator::Stage;
 
-/// The complaint about steps, empty where there is none.
-std::string complaintAbout(const std::string& contents) {
+/// Returns the error message for steps. Empty if there is none.
+std::string errorFor(const std::string& contents) {
     try {
         Stage stage;
         const Json file = simulator::parseJson(contents);
@@ -30,7 +30,7 @@ std::string complaintAbout(const std::string& contents) {
     }
 }
 
-/// The lines of the steps, one JSON each.
+/// Returns the output of the steps, one JSON object each.
 std::vector<Json> linesOf(const std::string& desktop, const std::string& steps) {
     const auto stage = stageOf(desktop);
     const Json file = simulator::parseJson(steps);
@@ -41,7 +41,7 @@ std::vector<Json> linesOf(const std::string& desktop, const std::string& steps) 
     return lines;
 }
 
-TEST(HostSteps, LetTimePassWithoutTurningTheRunLoop) {
+TEST(HostSteps, WaitWithoutRunningTheRunLoop) {
     const std::string desktop = R"({"applications": [{"processIdentifier": 812, "front": true,
         "onCopy": {"copies": "fox"}, "onPaste": {"types": 1}}],
         "pasteboard": {"items": [{"public.utf8-plain-text": "the user's"}]}})";
@@ -59,7 +59,7 @@ TEST(HostSteps, LetTimePassWithoutTurningTheRunLoop) {
     EXPECT_EQ(waited.at("virtualSeconds"), ran.at("virtualSeconds"));
 }
 
-TEST(HostSteps, OfferWhatTheLibraryDoesWithoutASession) {
+TEST(HostSteps, CallTheServiceWithoutASession) {
     const std::string desktop = R"({"applications": [{"processIdentifier": 812, "front": true, "name": "Notes",
         "attributes": {"AXFocusedUIElement": {"element": "editor"}, "AXFocusedWindow": {"element": "editor"}},
         "elements": [{"name": "editor", "text": {"value": "one two six", "selection": [4, 3]}}]}]})";
@@ -88,7 +88,7 @@ TEST(HostSteps, OfferWhatTheLibraryDoesWithoutASession) {
     EXPECT_EQ(lines[9].at("look").at("texts").at("editor").at("value"), "one four six");
 }
 
-TEST(HostSteps, AreRefusedBeforeAnyIsTaken) {
+TEST(HostSteps, AreRefusedBeforeAnyIsRun) {
     const std::string steps =
         "expected an object with exactly one of the keys capture, markSubmitted, replaceIfCurrent, drop, read, "
         "replace, replaceByRequest, diagnose, permission, runMainQueue, waits, user, traces, look";
@@ -116,8 +116,8 @@ TEST(HostSteps, AreRefusedBeforeAnyIsTaken) {
         {R"([{"permission": "grant"}])", "[0].permission: expected \"check\" or \"ask\""},
         {R"([{"runMainQueue": "long"}])", "[0].runMainQueue: expected a number of seconds from 0 to 1000000"},
     };
-    for (const auto& [contents, complaint] : refusals) {
-        EXPECT_EQ(complaintAbout(contents), complaint) << contents;
+    for (const auto& [contents, message] : refusals) {
+        EXPECT_EQ(errorFor(contents), message) << contents;
     }
 }
 

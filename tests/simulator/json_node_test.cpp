@@ -12,8 +12,8 @@
 namespace lomaris::simulator {
 namespace {
 
-/// The complaint about a value, empty if there is none.
-std::string complaintAbout(const std::string& contents, const std::function<void(const JsonNode&)>& use) {
+/// Returns the error message for a value. Empty if there is none.
+std::string errorFor(const std::string& contents, const std::function<void(const JsonNode&)>& use) {
     try {
         const Json value = parseJson(contents);
         use(JsonNode(value, "here"));
@@ -23,19 +23,18 @@ std::string complaintAbout(const std::string& contents, const std::function<void
     }
 }
 
-TEST(JsonNode, RefusesMembersOfWhatIsNoObject) {
+TEST(JsonNode, RefusesMembersOfOtherTypesThanObjects) {
     for (const std::string contents : {"5", "[]", "null", "\"text\""}) {
-        EXPECT_EQ(complaintAbout(contents, [](const JsonNode& node) { static_cast<void>(node.find("key")); }),
+        EXPECT_EQ(errorFor(contents, [](const JsonNode& node) { static_cast<void>(node.find("key")); }),
                   "here: expected an object")
             << contents;
-        EXPECT_EQ(complaintAbout(contents, [](const JsonNode& node) { static_cast<void>(node.get("key")); }),
+        EXPECT_EQ(errorFor(contents, [](const JsonNode& node) { static_cast<void>(node.get("key")); }),
                   "here: expected an object")
             << contents;
-        EXPECT_EQ(complaintAbout(contents, [](const JsonNode& node) { static_cast<void>(node.entries()); }),
+        EXPECT_EQ(errorFor(contents, [](const JsonNode& node) { static_cast<void>(node.entries()); }),
                   "here: expected an object")
             << contents;
-        EXPECT_EQ(complaintAbout(contents, [](const JsonNode& node) { node.allowKeys({"key"}); }),
-                  "here: expected an object")
+        EXPECT_EQ(errorFor(contents, [](const JsonNode& node) { node.allowKeys({"key"}); }), "here: expected an object")
             << contents;
     }
 }
@@ -47,10 +46,10 @@ TEST(JsonNode, HasNoTextForNull) {
     EXPECT_EQ(JsonNode(text).textOrNull(), Text(u"text"));
 }
 
-TEST(JsonNode, RefusesAKeyThatIsMissing) {
-    EXPECT_EQ(complaintAbout("{}", [](const JsonNode& node) { static_cast<void>(node.get("key")); }),
+TEST(JsonNode, RefusesAMissingKey) {
+    EXPECT_EQ(errorFor("{}", [](const JsonNode& node) { static_cast<void>(node.get("key")); }),
               "here: expected an object with the key \"key\"");
-    EXPECT_EQ(complaintAbout("{}", [](const JsonNode& node) { EXPECT_FALSE(node.find("key")); }), "");
+    EXPECT_EQ(errorFor("{}", [](const JsonNode& node) { EXPECT_FALSE(node.find("key")); }), "");
 }
 
 }  // namespace

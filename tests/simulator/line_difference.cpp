@@ -11,7 +11,7 @@ namespace lomaris::test {
 namespace {
 
 constexpr std::size_t around = 3;
-/// Beyond this the table of common lines would cost more than it tells.
+/// The table of common lines takes the square of this; longer texts are not compared by lines.
 constexpr std::size_t mostLines = 4000;
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -28,7 +28,7 @@ struct Change {
     std::string line;
 };
 
-/// The lines of both, marked by which of the two has them.
+/// Returns the lines of both: marked '-' if only in `a`, '+' if only in `b`, ' ' if in both.
 std::vector<Change> compare(const std::vector<std::string>& a, const std::vector<std::string>& b) {
     std::vector<std::vector<std::uint32_t>> common(a.size() + 1, std::vector<std::uint32_t>(b.size() + 1));
     for (std::size_t i = a.size(); i-- > 0;) {

@@ -30,7 +30,7 @@ std::string contentsOf(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// Lines with their line feeds, so that a list of them is the exact text.
+/// Returns the lines with their line feeds, so that the list contains the exact text.
 Json linesOf(const std::string& text) {
     Json lines = Json::array();
     for (std::size_t start = 0; start < text.size();) {
@@ -42,8 +42,8 @@ Json linesOf(const std::string& text) {
     return lines;
 }
 
-/// What the steps of a host answered, one JSON a line.
-Json answersOf(const std::string& output) {
+/// Returns the outputs of the host steps, one JSON object per line of `output`.
+Json repliesOf(const std::string& output) {
     Json answers = Json::array();
     for (const Json& line : linesOf(output)) {
         answers.push_back(Json::parse(line.get<std::string>()));
@@ -118,7 +118,7 @@ Json outcomeOf(const Scenario& scenario) {
 
     Json outcome = Json::object();
     outcome["status"] = result.status;
-    outcome["output"] = run.find("steps") && result.status == 0 ? answersOf(result.output) : linesOf(result.output);
+    outcome["output"] = run.find("steps") && result.status == 0 ? repliesOf(result.output) : linesOf(result.output);
     outcome["error"] = linesOf(result.error);
     if (std::filesystem::exists(report)) {
         Json reported = Json::parse(contentsOf(report));

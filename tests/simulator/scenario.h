@@ -8,7 +8,7 @@
 
 namespace lomaris::test {
 
-/// A scenario: a desktop file whose "run" says what happens on it, with the expected outcome beside it.
+/// A scenario: a desktop file whose "run" describes a run on that desktop, and a file with the expected outcome.
 struct Scenario {
     /// "theme/name".
     std::string name;
@@ -17,17 +17,17 @@ struct Scenario {
     std::filesystem::path expectation;
 };
 
-/// All scenarios below a folder, by name.
+/// Returns all scenarios below a folder, sorted by path.
 [[nodiscard]] std::vector<Scenario> findScenarios(const std::filesystem::path& folder);
 
-/// Expectations below the folder that belong to no scenario.
+/// Returns the expectations below the folder that belong to no scenario.
 [[nodiscard]] std::vector<std::filesystem::path> findOrphans(const std::filesystem::path& folder);
 
-/// Runs a scenario and answers what came of it: output, error, status, and the report without what differs from run to
-/// run; the journal only where the scenario wants it. Throws where the scenario is wrong.
+/// Runs a scenario and returns its outcome: output, error, status, and the report without what differs from run to run.
+/// The journal is included only if the scenario requests it. Throws if the scenario is wrong.
 [[nodiscard]] simulator::Json outcomeOf(const Scenario& scenario);
 
-/// How two texts differ, line by line, with three lines around each change; empty where they are the same.
+/// Returns the difference of two texts by lines, with three lines around each change. Empty if they are the same.
 [[nodiscard]] std::string differenceOf(const std::string& expected, const std::string& actual);
 
 }  // namespace lomaris::test

@@ -1,6 +1,6 @@
-// Runs the scenarios: lomaris_scenarios [--regenerate] [NAME...], all of them without a name. A scenario fails where
-// its outcome is not the expected one or where nothing is expected; --regenerate writes down what comes out instead,
-// for a person to look at.
+// Runs the scenarios: lomaris_scenarios [--regenerate] [NAME...], or all of them without a name. A scenario fails if
+// its outcome is not the expected one or if its expectation is missing. --regenerate writes the outcomes as the new
+// expectations, to be reviewed by a person.
 
 #include "simulator/json_text.h"
 #include "tests/simulator/scenario.h"
@@ -18,8 +18,8 @@ namespace {
 
 enum class Mode { compare, regenerate };
 
-/// What is wrong with the outcome; empty where nothing is.
-std::string complaintAbout(const Scenario& scenario, Mode mode) {
+/// Returns what is wrong with the outcome. Empty if nothing is.
+std::string problemWith(const Scenario& scenario, Mode mode) {
     const std::string actual = simulator::writtenForPeople(outcomeOf(scenario));
     if (mode == Mode::regenerate) {
         std::ofstream stream(scenario.expectation, std::ios::binary);
@@ -28,22 +28,22 @@ std::string complaintAbout(const Scenario& scenario, Mode mode) {
     }
     std::ifstream stream(scenario.expectation, std::ios::binary);
     if (!stream) {
-        return "nothing is expected: " + scenario.expectation.filename().string() + " is missing\n";
+        return "the expectation " + scenario.expectation.filename().string() + " is missing\n";
     }
     return differenceOf({std::istreambuf_iterator<char>(stream), {}}, actual);
 }
 
 bool passes(const Scenario& scenario, Mode mode) {
-    std::string complaint;
+    std::string problem;
     try {
-        complaint = complaintAbout(scenario, mode);
+        problem = problemWith(scenario, mode);
     } catch (const std::exception& error) {
-        complaint = std::string(error.what()) + "\n";
+        problem = std::string(error.what()) + "\n";
     }
-    if (!complaint.empty()) {
-        std::printf("FAILED %s\n%s", scenario.name.c_str(), complaint.c_str());
+    if (!problem.empty()) {
+        std::printf("FAILED %s\n%s", scenario.name.c_str(), problem.c_str());
     }
-    return complaint.empty();
+    return problem.empty();
 }
 
 int run(std::vector<std::string> names) {

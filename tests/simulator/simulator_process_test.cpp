@@ -40,9 +40,9 @@ private:
     TemporaryDirectory directory_;
 };
 
-ProcessResult complaint(const std::string& message) { return {64, "", "lomaris-bridge-simulator: " + message + "\n"}; }
+ProcessResult usageError(const std::string& message) { return {64, "", "lomaris-bridge-simulator: " + message + "\n"}; }
 
-TEST_F(Simulator, AnswersAsTheToolItself) {
+TEST_F(Simulator, PrintsWhatTheToolPrints) {
     EXPECT_EQ(run({"--desktop", path("desktop.json"), "--", "permission-status"}),
               (ProcessResult{2, "not-granted\n", ""}));
     EXPECT_EQ(run({"--desktop", path("desktop.json"), "--"}), runTool({}));
@@ -50,29 +50,29 @@ TEST_F(Simulator, AnswersAsTheToolItself) {
               runTool({"read-selection", "--delay", "61"}));
 }
 
-TEST_F(Simulator, RefusesOptionsThatItDoesNotKnow) {
-    EXPECT_EQ(run({}), complaint("--desktop FILE is missing"));
-    EXPECT_EQ(run({"--desktop"}), complaint("--desktop requires a file"));
+TEST_F(Simulator, RefusesUnknownOptions) {
+    EXPECT_EQ(run({}), usageError("--desktop FILE is missing"));
+    EXPECT_EQ(run({"--desktop"}), usageError("--desktop requires a file"));
     for (const std::string option : {"--desktop", "--report", "--host"}) {
-        EXPECT_EQ(run({option, "a", option, "b", "--"}), complaint(option + " stands twice"));
+        EXPECT_EQ(run({option, "a", option, "b", "--"}), usageError(option + " stands twice"));
     }
     EXPECT_EQ(run({"--desktop", "a", "read-selection"}),
-              complaint("unknown option \"read-selection\"; the arguments of the tool stand behind --"));
-    EXPECT_EQ(run({"--desktop", "a"}), complaint("either --host STEPS or -- and the arguments of the tool"));
+              usageError("unknown option \"read-selection\"; the arguments of the tool stand behind --"));
+    EXPECT_EQ(run({"--desktop", "a"}), usageError("either --host STEPS or -- and the arguments of the tool"));
     EXPECT_EQ(run({"--desktop", "a", "--host", "-", "--"}),
-              complaint("either --host STEPS or -- and the arguments of the tool"));
+              usageError("either --host STEPS or -- and the arguments of the tool"));
 }
 
-TEST_F(Simulator, RefusesFilesWithTheirNameAndRunsNothing) {
+TEST_F(Simulator, NamesARefusedFileAndRunsNothing) {
     const std::string missing = path("missing.json");
-    EXPECT_EQ(run({"--desktop", missing, "--"}), complaint(missing + ": expected a file that can be read"));
+    EXPECT_EQ(run({"--desktop", missing, "--"}), usageError(missing + ": expected a file that can be read"));
     write("wrong.json", R"({"trusted": 5})");
     EXPECT_EQ(run({"--desktop", path("wrong.json"), "--report", path("report.json"), "--"}),
-              complaint(path("wrong.json") + ": trusted: expected true or false"));
+              usageError(path("wrong.json") + ": trusted: expected true or false"));
     EXPECT_FALSE(std::filesystem::exists(path("report.json")));
     const std::string nowhere = path("nowhere/report.json");
     EXPECT_EQ(run({"--desktop", path("desktop.json"), "--report", nowhere, "--"}),
-              complaint(nowhere + ": expected a file that can be written"));
+              usageError(nowhere + ": expected a file that can be written"));
     ProcessOptions options;
     options.input = R"([{"traces": "snapshot"}, {"sleep": 1}])";
     const ProcessResult refused = run({"--desktop", path("desktop.json"), "--host", "-"}, options);
@@ -80,22 +80,22 @@ TEST_F(Simulator, RefusesFilesWithTheirNameAndRunsNothing) {
     EXPECT_EQ(refused.error.substr(0, 42), "lomaris-bridge-simulator: -: [1]: expected");
 }
 
-TEST_F(Simulator, RefusesFoldersInThePlaceOfFiles) {
+TEST_F(Simulator, RefusesFoldersInPlaceOfFiles) {
     const std::string folder = path("");
-    EXPECT_EQ(run({"--desktop", folder, "--"}), complaint(folder + ": expected a file that can be read"));
+    EXPECT_EQ(run({"--desktop", folder, "--"}), usageError(folder + ": expected a file that can be read"));
     EXPECT_EQ(run({"--desktop", path("desktop.json"), "--host", folder}),
-              complaint(folder + ": expected a file that can be read"));
+              usageError(folder + ": expected a file that can be read"));
     EXPECT_EQ(run({"--desktop", path("desktop.json"), "--report", folder, "--"}),
-              complaint(folder + ": expected a file that can be written"));
+              usageError(folder + ": expected a file that can be written"));
 }
 
-TEST_F(Simulator, ReadsFilesThatAreLongerThanOnePiece) {
+TEST_F(Simulator, ReadsFilesLargerThanItsBuffer) {
     write("long.json", "{" + std::string(10'000, ' ') + "\"trusted\": false}");
     EXPECT_EQ(run({"--desktop", path("long.json"), "--", "permission-status"}),
               (ProcessResult{2, "not-granted\n", ""}));
 }
 
-TEST_F(Simulator, SaysWhereTheReportCouldNotBeWritten) {
+TEST_F(Simulator, FailsIfTheReportCannotBeWritten) {
     if (!std::filesystem::exists("/dev/full")) {
         GTEST_SKIP() << "this system has no /dev/full";
     }
@@ -103,7 +103,7 @@ TEST_F(Simulator, SaysWhereTheReportCouldNotBeWritten) {
               (ProcessResult{74, "not-granted\n", "lomaris-bridge-simulator: /dev/full: could not be written\n"}));
 }
 
-TEST_F(Simulator, WritesTheSameReportEachTimeApartFromTheRealTime) {
+TEST_F(Simulator, WritesTheSameReportEachTimeExceptTheRealTime) {
     const auto report = [this] {
         EXPECT_EQ(run({"--desktop", path("desktop.json"), "--report", path("report.json"), "--", "permission-status"}),
                   (ProcessResult{2, "not-granted\n", ""}));
@@ -118,7 +118,7 @@ TEST_F(Simulator, WritesTheSameReportEachTimeApartFromTheRealTime) {
     EXPECT_EQ(first.at("status"), 2);
 }
 
-TEST_F(Simulator, TakesTheStepsOfAHostFromAFile) {
+TEST_F(Simulator, ReadsHostStepsFromAFile) {
     write("steps.json",
           "// A host\n[{\"permission\": \"check\"}, {\"capture\": \"selection\"},\n"
           "{\"markSubmitted\": \"session\"}, {\"drop\": \"session\"}, {\"runMainQueue\": 0.25}]");
