@@ -1,4 +1,4 @@
-// Arguments, each ended by a NUL byte, become a command within its bounds or one line for the user.
+// Arguments, each terminated by a NUL byte, are parsed to a command within its bounds or an error of one line.
 
 #include "bridge/command_line_options.h"
 #include "tests/fuzz/fuzz_target.h"
@@ -16,7 +16,7 @@
 namespace lomaris::test {
 namespace {
 
-std::vector<Text> argumentsIn(std::string_view bytes) {
+std::vector<Text> argumentsFromBytes(std::string_view bytes) {
     std::vector<Text> arguments;
     while (!bytes.empty()) {
         const std::string_view argument = bytes.substr(0, bytes.find('\0'));
@@ -28,7 +28,7 @@ std::vector<Text> argumentsIn(std::string_view bytes) {
 
 void requireLimit(std::int64_t limit) { require(limit >= 0 && limit <= 10000, "a context limit is 0 to 10000"); }
 
-/// What holds of each command by the fields that it has.
+/// Requires the bounds of the fields that a command has.
 struct Bounds {
     template <typename Command>
     void operator()(const Command& command) const {
@@ -47,18 +47,18 @@ bool hasLineFeed(const Text& text) { return text.find(u'\n') != Text::npos; }
 }  // namespace
 
 void tryInput(std::string_view bytes) {
-    const std::vector<Text> arguments = argumentsIn(bytes);
+    const std::vector<Text> arguments = argumentsFromBytes(bytes);
     std::optional<BridgeCommand> command;
     const auto error = thrownBy([&] { return command = CommandLineOptions::parse(arguments); });
     if (command) {
         std::visit(Bounds(), *command);
-        require(CommandLineOptions::parse(arguments) == *command, "the same arguments are the same command");
+        require(CommandLineOptions::parse(arguments) == *command, "the same arguments give the same command");
         return;
     }
-    require(error->errorCase() == BridgeError::Case::invalidArguments, "arguments fail as arguments");
+    require(error->errorCase() == BridgeError::Case::invalidArguments, "an error has the case invalidArguments");
     const Text message = error->errorDescription();
-    require(!message.empty(), "a failure has a message");
-    // Arguments stand in the message as they are.
+    require(!message.empty(), "an error has a message");
+    // The message quotes arguments unchanged.
     require(!hasLineFeed(message) || std::ranges::any_of(arguments, hasLineFeed), "a message is one line");
 }
 

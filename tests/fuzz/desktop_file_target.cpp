@@ -1,4 +1,4 @@
-// A file becomes a simulated desktop or a complaint.
+// A file is read as a simulated desktop or refused with a message.
 
 #include "simulator/desktop_file.h"
 #include "simulator/file_error.h"
@@ -13,9 +13,9 @@ namespace lomaris::test {
 void tryInput(std::string_view bytes) {
     try {
         const simulator::Json file = simulator::parseJson(bytes);
-        require(simulator::readDesktop(simulator::JsonNode(file)) != nullptr, "a file that is right is a desktop");
+        require(simulator::readDesktop(simulator::JsonNode(file)) != nullptr, "a file without errors gives a desktop");
     } catch (const simulator::FileError& error) {
-        require(!std::string_view(error.what()).empty(), "a complaint says something");
+        require(!std::string_view(error.what()).empty(), "an error has a message");
     }
 }
 

@@ -1,4 +1,4 @@
-// Bytes become one of the two diagnostic records or nothing.
+// Bytes are decoded to one of the two diagnostic records or refused.
 
 #include "accessibility/model/diagnostics_json.h"
 #include "tests/fuzz/round_trip.h"

@@ -4,24 +4,24 @@
 #include <string>
 #include <string_view>
 
-/// A fuzz target is one file that defines `tryInput`: what must hold of any bytes whatever. The same file becomes two
-/// programs: one that searches for inputs on which it does not hold (`search_main.cpp`, with the fuzzer of clang), and
-/// one that goes through the inputs that are kept (`replay_main.cpp`, any compiler).
+/// A fuzz target is one file that defines `tryInput`, which checks properties that must hold for any bytes. The same
+/// file is built into two programs: one that searches for inputs that violate a property (`search_main.cpp`, with
+/// clang's fuzzer), and one that replays the inputs of the corpus (`replay_main.cpp`, with any compiler).
 namespace lomaris::test {
 
-/// Returns where all is well. Throws `BrokenPromise` where it is not; anything else that is thrown is a defect too, and
-/// so is what the sanitizers report.
+/// Returns if all properties hold. Throws `PropertyViolation` if one does not. Any other exception and any report of a
+/// sanitizer is a defect too.
 void tryInput(std::string_view bytes);
 
-/// Something that must hold of every input did not hold of this one.
-class BrokenPromise : public std::logic_error {
+/// A property that must hold for every input does not hold for this one.
+class PropertyViolation : public std::logic_error {
 public:
     using std::logic_error::logic_error;
 };
 
-inline void require(bool holds, const std::string& promise) {
+inline void require(bool holds, const std::string& property) {
     if (!holds) {
-        throw BrokenPromise(promise);
+        throw PropertyViolation(property);
     }
 }
 

@@ -7,8 +7,8 @@
 
 namespace lomaris::test {
 
-/// The bytes as UTF-16 units, the low byte first; a last byte that is alone is left out.
-[[nodiscard]] inline Text unitsIn(std::string_view bytes) {
+/// Returns the bytes as UTF-16 units, low byte first. Ignores an odd last byte.
+[[nodiscard]] inline Text unitsFromBytes(std::string_view bytes) {
     Text text;
     for (std::size_t position = 0; position + 1 < bytes.size(); position += 2) {
         const auto low = static_cast<unsigned char>(bytes[position]);

@@ -1,4 +1,4 @@
-// Goes through every file of the directories that it is given, in the order of their names.
+// Replays every file in the given directories, in the order of their paths.
 
 #include "tests/fuzz/fuzz_target.h"
 
@@ -40,18 +40,18 @@ std::string contentsOf(const std::filesystem::path& file) {
     return contents;
 }
 
-/// How many of the inputs broke a promise.
+/// Returns the number of inputs that failed.
 int replay(const std::vector<std::filesystem::path>& files) {
-    int broken = 0;
+    int failures = 0;
     for (const auto& file : files) {
         try {
             lomaris::test::tryInput(contentsOf(file));
         } catch (const std::exception& error) {
             std::cerr << file.string() << ": " << error.what() << '\n';
-            ++broken;
+            ++failures;
         }
     }
-    return broken;
+    return failures;
 }
 
 }  // namespace
@@ -62,9 +62,9 @@ int main(int argumentCount, char** arguments) {
         if (files.empty()) {
             throw std::runtime_error("expected directories with inputs");
         }
-        const int broken = replay(files);
-        std::cout << files.size() << " inputs, " << broken << " of them broke a promise\n";
-        return broken == 0 ? 0 : 1;
+        const int failures = replay(files);
+        std::cout << files.size() << " inputs, " << failures << " of them failed\n";
+        return failures == 0 ? 0 : 1;
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
         return 2;

@@ -1,4 +1,4 @@
-// Bytes become a guarded replacement request or nothing.
+// Bytes are decoded to a guarded replacement request or refused.
 
 #include "accessibility/model/guarded_replacement_request_json.h"
 #include "tests/fuzz/round_trip.h"

@@ -9,7 +9,8 @@
 
 namespace lomaris::test {
 
-/// What `decode` accepts is written as JSON that it accepts too, as the same record, with slashes escaped or not.
+/// Requires that a record that `decode` accepts is encoded as JSON that decodes to the same record, with slashes
+/// escaped or not.
 template <typename Decode>
 void requireRoundTrip(std::string_view bytes, const Decode& decode) {
     const auto record = decode(bytes);
@@ -18,8 +19,8 @@ void requireRoundTrip(std::string_view bytes, const Decode& decode) {
     }
     for (const SlashEscaping slashes : {SlashEscaping::escaped, SlashEscaping::unescaped}) {
         const std::string written = encodeJson(*record, slashes);
-        require(isValidUtf8(written), "JSON is written as UTF-8");
-        require(decode(written) == record, "a record survives being written and read");
+        require(isValidUtf8(written), "JSON is well-formed UTF-8");
+        require(decode(written) == record, "a record survives a round trip");
     }
 }
 

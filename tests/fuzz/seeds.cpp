@@ -1,5 +1,5 @@
-// Writes what the fuzz targets begin with, made from the reference answers and the scenarios, as files in a directory
-// for each target.
+// Writes the seeds of the fuzz targets, made from the reference cases and the scenarios, as files in one directory per
+// target.
 
 #include "tests/support/vectors.h"
 #include "text/text.h"
@@ -17,7 +17,7 @@
 namespace lomaris::test {
 namespace {
 
-/// One directory of seeds, empty at first; the files are numbered.
+/// A directory of seeds, which are numbered files. The constructor removes existing ones.
 class Seeds {
 public:
     Seeds(const std::filesystem::path& root, std::string_view target) : directory_(root / target) {
@@ -47,7 +47,7 @@ std::string unitsAsBytes(const Text& text) {
     return bytes;
 }
 
-/// Seeds out of the bytes under a key of reference answers.
+/// Adds the bytes under a key of reference cases.
 void addBytes(Seeds& seeds, std::string_view vectors, const char* key) {
     for (const auto& [line, value] : readVectors(vectors)) {
         seeds.add(bytesOf(value.at(key)));
@@ -60,7 +60,7 @@ void addTexts(Seeds& seeds, std::string_view vectors, const char* key) {
     }
 }
 
-/// Every command with every option, and the options with the numbers of the reference answers.
+/// Adds every command with every option, and the options with the numbers of the reference cases.
 void addCommandLines(Seeds& seeds) {
     const std::string nul(1, '\0');
     for (const char* const word : {"permission-status", "read-selection", "replace-selection",

@@ -1,4 +1,4 @@
-// Bytes become a selection or nothing.
+// Bytes are decoded to a selection or refused.
 
 #include "accessibility/model/selection_json.h"
 #include "tests/fuzz/round_trip.h"

@@ -1,4 +1,4 @@
-// Bytes in the encoding that is told from them, and in each of the others.
+// Bytes are converted from the detected encoding and from each of the others.
 
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/input_text.h"
@@ -17,7 +17,7 @@ constexpr std::array encodings{UnicodeEncoding::utf8, UnicodeEncoding::utf16BigE
                                UnicodeEncoding::utf16LittleEndian, UnicodeEncoding::utf32BigEndian,
                                UnicodeEncoding::utf32LittleEndian};
 
-bool hasHalfPair(const Text& text) {
+bool hasUnpairedSurrogate(const Text& text) {
     for (std::size_t position = 0; position < text.size();) {
         const CodePoint codePoint = codePointAt(text, position);
         if (codePoint.units == 1 && isSurrogate(text[position])) {
@@ -36,13 +36,13 @@ void tryInput(std::string_view bytes) {
     static_cast<void>(utf8FromEncoded(bytes.substr(detected.markLength), detected.encoding));
     for (const UnicodeEncoding encoding : encodings) {
         const auto converted = utf8FromEncoded(bytes, encoding);
-        require(!converted || isValidUtf8(*converted), "what is converted is well-formed UTF-8");
+        require(!converted || isValidUtf8(*converted), "the result is well-formed UTF-8");
     }
     const auto littleEndian = utf8FromEncoded(bytes, UnicodeEncoding::utf16LittleEndian);
-    const Text text = unitsIn(bytes);
-    require(littleEndian.has_value() == (bytes.size() % 2 == 0 && !hasHalfPair(text)),
-            "UTF-16 is refused for half a unit and half a pair alone");
-    require(!littleEndian || textFromUtf8(*littleEndian) == text, "UTF-16 comes back unit by unit");
+    const Text text = unitsFromBytes(bytes);
+    require(littleEndian.has_value() == (bytes.size() % 2 == 0 && !hasUnpairedSurrogate(text)),
+            "UTF-16 is refused only for an odd byte or half a surrogate pair");
+    require(!littleEndian || textFromUtf8(*littleEndian) == text, "UTF-16 survives a round trip");
 }
 
 }  // namespace lomaris::test
