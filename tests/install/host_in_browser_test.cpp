@@ -21,14 +21,14 @@ const std::string captured =
 
 class HostInBrowser : public BrowserSuite {};
 
-/// How often the host pressed Command+C for the two reads: a browser that is slow is asked more than once.
+/// Returns how often the host pressed Command+C for its two reads. With a slow browser a read needs several attempts.
 int keyPresses(const ProcessResult& result) {
     const std::string name = "capture.key_presses=";
     const auto at = result.output.find(name);
     return at != std::string::npos ? std::max(2, std::atoi(result.output.c_str() + at + name.size())) : 2;
 }
 
-TEST_F(HostInBrowser, PastesAndHasTheClipboardBackBeforeItEnds) {
+TEST_F(HostInBrowser, PastesAndRestoresTheClipboardBeforeItEnds) {
     const UserClipboard clipboard;
     RunningHost host({"red fox"});
     EXPECT_TRUE(UserClipboard::isIntact()) << testing::PrintToString(clipboardContents());
@@ -38,7 +38,7 @@ TEST_F(HostInBrowser, PastesAndHasTheClipboardBackBeforeItEnds) {
     EXPECT_TRUE(UserClipboard::isIntact()) << testing::PrintToString(clipboardContents());
 }
 
-TEST_F(HostInBrowser, LeavesTheTextAsItIsWhereLessOfItIsSelected) {
+TEST_F(HostInBrowser, WritesNothingIfTheSelectionBecameShorter) {
     const UserClipboard clipboard;
     RunningHost host({"never"});
     pressKeys({"shift+Left"});
@@ -50,7 +50,7 @@ TEST_F(HostInBrowser, LeavesTheTextAsItIsWhereLessOfItIsSelected) {
     EXPECT_TRUE(UserClipboard::isIntact()) << testing::PrintToString(clipboardContents());
 }
 
-TEST_F(HostInBrowser, CapturesNothingWhereTheClipboardMayNotBeUsed) {
+TEST_F(HostInBrowser, CapturesNothingIfTheClipboardIsForbidden) {
     const UserClipboard clipboard;
     const ProcessResult result = runProcess({LOMARIS_EMBEDDING_HOST, "--no-clipboard", "never"});
     EXPECT_EQ(result, (ProcessResult{1, traces({2, 4, 0, 0, 0, 1}, {0, 0, 0, 0}),

@@ -10,7 +10,7 @@
 namespace lomaris::test {
 namespace {
 
-/// The words stand there twice, so that only their place tells them apart.
+/// Contains the words twice, so that only their positions differ.
 const std::string document = "A brown fox\nmet another brown fox.\n";
 const std::string words = "brown fox";
 
@@ -31,7 +31,7 @@ protected:
     }
 };
 
-TEST_F(HostInEditor, ReplacesWhatItCaptured) {
+TEST_F(HostInEditor, ReplacesTheCapturedSelection) {
     Editor editor(mousepad(), document);
     editor.mark(2, 9, words);
     const UserClipboard clipboard;
@@ -41,7 +41,7 @@ TEST_F(HostInEditor, ReplacesWhatItCaptured) {
     EXPECT_TRUE(documentBecomes("A red \U0001F98A\nmet another brown fox.\n")) << markedText().value_or("nothing");
 }
 
-TEST_F(HostInEditor, NeedsNoClipboardAndServesAUserWhoMightHaveWantedAChat) {
+TEST_F(HostInEditor, ReplacesByTheShortcutWithoutTheClipboard) {
     Editor editor(mousepad(), document);
     editor.mark(2, 9, words);
     EXPECT_EQ(RunningHost({"--chat", "--no-clipboard", "red fox"}).submit(),
@@ -49,12 +49,12 @@ TEST_F(HostInEditor, NeedsNoClipboardAndServesAUserWhoMightHaveWantedAChat) {
     EXPECT_TRUE(documentBecomes("A red fox\nmet another brown fox.\n")) << markedText().value_or("nothing");
 }
 
-TEST_F(HostInEditor, LeavesTheDocumentAsItIsWhereTheSelectionHasMoved) {
+TEST_F(HostInEditor, WritesNothingIfTheSelectionHasMoved) {
     Editor editor(mousepad(), document);
     editor.mark(2, 9, words);
     const UserClipboard clipboard;
     RunningHost host({"never"});
-    // Something else in between, as the same words look the same wherever they are marked.
+    // Selects something else in between, because the two occurrences have the same text.
     editor.mark(0, 1, "A");
     editor.mark(24, 9, words);
     EXPECT_EQ(host.submit(),

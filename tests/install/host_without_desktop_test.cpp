@@ -7,7 +7,7 @@
 namespace lomaris::test {
 namespace {
 
-TEST(EmbeddingHost, EndsWithOneClearLineWithoutADesktop) {
+TEST(EmbeddingHost, EndsWithOneErrorLineWithoutADesktop) {
     ProcessOptions options;
     options.input = "\n";
     options.environment = {{"DISPLAY", std::nullopt},
@@ -30,7 +30,7 @@ TEST(EmbeddingHost, EndsWithOneClearLineWithoutADesktop) {
                              "Privacy & Security > Accessibility and enable Lomaris (or the terminal running it).\n"}));
 }
 
-TEST(EmbeddingHost, SaysHowItIsUsed) {
+TEST(EmbeddingHost, PrintsItsUsage) {
     const ProcessResult usage{1, "", "embedding-host: Usage: embedding-host [--chat] [--no-clipboard] REPLACEMENT\n"};
     EXPECT_EQ(runProcess({LOMARIS_EMBEDDING_HOST}), usage);
     EXPECT_EQ(runProcess({LOMARIS_EMBEDDING_HOST, "--talk", "never"}), usage);

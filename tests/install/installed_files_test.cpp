@@ -21,7 +21,7 @@ const std::string libraries = LOMARIS_LIBRARY_FOLDER;
 const std::string package = libraries + "/cmake/LomarisMacOSAccessibility";
 const std::string headers = "include/lomaris-macos-bridge";
 
-/// All installed files below a folder, as paths relative to the prefix, in order.
+/// Returns all installed files below a folder, as sorted paths relative to the prefix.
 std::vector<std::string> filesIn(const std::string& folder) {
     std::vector<std::string> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(prefix / folder)) {
@@ -39,29 +39,29 @@ std::string contentsOf(const std::filesystem::path& path) {
     return contents.str();
 }
 
-bool continuesAPath(char before) {
+bool isPathCharacter(char before) {
     return std::isalnum(static_cast<unsigned char>(before)) != 0 ||
            std::string_view("._-/").find(before) != std::string_view::npos;
 }
 
-/// Whether this absolute path stands somewhere in `contents`, and not just as the end of another one.
-bool names(const std::string& contents, std::string_view path) {
+/// True if `contents` contains this absolute path, not only as the end of another path.
+bool containsPath(const std::string& contents, std::string_view path) {
     for (auto at = contents.find(path); at != std::string::npos; at = contents.find(path, at + 1)) {
-        if (at == 0 || !continuesAPath(contents[at - 1])) {
+        if (at == 0 || !isPathCharacter(contents[at - 1])) {
             return true;
         }
     }
     return false;
 }
 
-void expectNoDirectoryOfThisBuildIn(const std::string& file, const std::filesystem::path& path) {
+void expectNoPathOfThisBuildIn(const std::string& file, const std::filesystem::path& path) {
     const std::string contents = contentsOf(path);
     EXPECT_FALSE(contents.empty()) << file;
-    EXPECT_FALSE(names(contents, LOMARIS_SOURCE_DIRECTORY)) << file;
-    EXPECT_FALSE(names(contents, LOMARIS_BUILD_DIRECTORY)) << file;
+    EXPECT_FALSE(containsPath(contents, LOMARIS_SOURCE_DIRECTORY)) << file;
+    EXPECT_FALSE(containsPath(contents, LOMARIS_BUILD_DIRECTORY)) << file;
 }
 
-TEST(InstalledCopy, HasTheToolAndTheLibrariesAndNothingElseOfThem) {
+TEST(InstalledCopy, HasOnlyTheToolAndTheLibraries) {
     EXPECT_EQ(filesIn("bin"), (std::vector<std::string>{"bin/lomaris-macos-bridge"}));
     std::vector<std::string> archives = filesIn(libraries);
     std::erase_if(archives, [](const std::string& file) { return file.starts_with(package); });
@@ -74,7 +74,7 @@ TEST(InstalledCopy, HasTheToolAndTheLibrariesAndNothingElseOfThem) {
         EXPECT_EQ(filesIn("libexec"), std::vector<std::string>{keeper});
     }
     const int folders = keepers.empty() ? 3 : 4;
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(prefix), {}), folders) << "other folders than these";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(prefix), {}), folders) << "there are other folders";
 }
 
 TEST(InstalledCopy, HasEveryHeaderThatItsHeadersInclude) {
@@ -94,15 +94,15 @@ TEST(InstalledCopy, HasEveryHeaderThatItsHeadersInclude) {
     }
 }
 
-TEST(InstalledCopy, HasNoTextThatNamesADirectoryOfTheBuild) {
+TEST(InstalledCopy, HasNoTextFileWithAPathOfTheBuild) {
     for (const std::string& folder : {headers, package}) {
         for (const std::string& file : filesIn(folder)) {
-            expectNoDirectoryOfThisBuildIn(file, prefix / file);
+            expectNoPathOfThisBuildIn(file, prefix / file);
         }
     }
 }
 
-TEST(InstalledCopy, HasNoProgramThatNamesADirectoryOfTheBuild) {
+TEST(InstalledCopy, HasNoProgramWithAPathOfTheBuild) {
     if (!std::string_view(LOMARIS_INSTRUMENTS).empty()) {
         GTEST_SKIP() << LOMARIS_INSTRUMENTS << " writes the paths of the sources into every program";
     }
@@ -112,10 +112,10 @@ TEST(InstalledCopy, HasNoProgramThatNamesADirectoryOfTheBuild) {
     std::erase_if(programs, [](const std::string& file) { return !file.ends_with(".a"); });
     programs.emplace_back("bin/lomaris-macos-bridge");
     for (const std::string& file : programs) {
-        // Where the sources are is what the debug information of a debug build is there to say.
+        // The debug information of a debug build may contain the paths of the sources.
         const ProcessResult result = runProcess({LOMARIS_STRIP, "-S", "-o", stripped, (prefix / file).string()});
         ASSERT_EQ(result.status, 0) << result.error;
-        expectNoDirectoryOfThisBuildIn(file, stripped);
+        expectNoPathOfThisBuildIn(file, stripped);
     }
 }
 

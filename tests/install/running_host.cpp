@@ -33,7 +33,7 @@ RunningHost::RunningHost(const std::vector<std::string>& arguments) {
     ProcessOptions options;
     options.outputFile = output_;
     end_ = std::async(std::launch::async, [commandLine, options] { return runProcess(commandLine, options); });
-    // Returns once the other end is open.
+    // Blocks until the host opens the other end.
     keyboard_.open(input_);
     const bool hasCaptured = waitFor([this] {
         return end_.wait_for(std::chrono::seconds(0)) == std::future_status::ready ||

@@ -10,16 +10,17 @@
 
 namespace lomaris::test {
 
-/// The example host between its capture and the Enter of its user. One that is not submitted is left to end by itself.
+/// The example host, which has captured a selection and waits for Enter. The destructor closes its input, without
+/// Enter, and waits until it has ended.
 class RunningHost {
 public:
-    /// Starts it; returns once it has captured a selection, and throws where it ends instead.
+    /// Starts the host and waits until it has captured a selection. Throws if it ends instead.
     explicit RunningHost(const std::vector<std::string>& arguments);
     RunningHost(const RunningHost&) = delete;
     RunningHost& operator=(const RunningHost&) = delete;
     ~RunningHost() = default;
 
-    /// Presses Enter; what became of the host, with all that it has printed. To be called once.
+    /// Sends Enter, waits until the host ends, and returns its result with all its output. May be called once.
     [[nodiscard]] ProcessResult submit();
 
 private:
@@ -27,16 +28,16 @@ private:
     std::string input_ = (directory_.path() / "input").string();
     std::string output_ = (directory_.path() / "output").string();
     std::future<ProcessResult> end_;
-    /// Last, so that the host's input is closed before its end is waited for.
+    /// The last member, so that the destructor closes the host's input before it waits for the end.
     std::ofstream keyboard_;
 };
 
-/// What the host says where anything is not as it was captured.
+/// The error of the host if the selection is not the captured one.
 inline constexpr const char* selectionChangedLine =
     "embedding-host: The original selection changed while Lomaris was working, so your document was left untouched. "
     "Select the text and try again.\n";
 
-/// The ten lines that the host ends its output with: the traces, by values in their order.
+/// Returns the last ten lines of the output: the two traces with these values, in their order.
 [[nodiscard]] std::string traces(const std::vector<int>& capture, const std::vector<int>& guard);
 
 }  // namespace lomaris::test
