@@ -17,17 +17,17 @@ struct ToolCall {
     long peakMemory = 0;
 };
 
-/// Runs the tool and measures it. The time includes some 2 ms in which another program starts it.
+/// Runs the tool and measures it. The time includes about 2 ms of the program that measures the memory.
 [[nodiscard]] ToolCall callTool(const std::vector<std::string>& arguments, const std::string& input = "");
 
-/// What the calls of one operation on one route took.
+/// The times and the peak memory of calls, by operation and route.
 class Figures {
 public:
     enum class Outcome { expected, slowApplication, failed };
 
     void add(const std::string& operation, const std::string& route, const ToolCall& call, Outcome outcome);
 
-    /// The most memory that any call had, in KiB.
+    /// Returns the greatest peak memory of all calls, in KiB.
     [[nodiscard]] long peakMemory() const;
 
     /// Prints one line for each operation and route.

@@ -2,7 +2,7 @@
 //
 //     lomaris_soak ROUNDS
 //
-// Status 1 at the first round that differs from the expected state, with what differs.
+// Ends with status 1 at the first round that differs from the expected state, and prints the difference.
 
 #include "tests/soak/soak_desktop.h"
 #include "tests/soak/steady_census.h"
@@ -19,15 +19,16 @@
 namespace lomaris::test {
 namespace {
 
-/// Rounds in which the applications open what they keep.
+/// The rounds in which the applications open files and windows that they keep.
 constexpr int firstRounds = 10;
 constexpr int roundsPerLine = 100;
-/// A call of the tool has at most so much more than the calls of the first rounds: its heap starts at a random address.
+/// The peak memory, in KiB, that a later call may have above that of the first rounds. It varies because the heap
+/// starts at a random address.
 constexpr long memoryVariation = 512;
-/// Of so many rounds one may be spoilt by a browser that is slow.
+/// One in this many rounds may fail because the browser is slow.
 constexpr int roundsPerSlowRound = 50;
 
-/// What the rounds have in common.
+/// Runs the rounds and keeps their common state.
 class Soak {
 public:
     void run(int rounds) {

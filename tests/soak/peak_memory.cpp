@@ -1,9 +1,9 @@
-// Runs a program and writes to a file how much memory it had at most, in KiB.
+// Runs a program and writes its peak memory to a file, in KiB.
 //
 //     lomaris_peak_memory FILE COMMAND [ARGUMENT...]
 //
-// The kernel counts the memory of the process that starts a program as that program's own. This one is small, so that
-// the figure is that of the program. Its status is that of the program, or 128 plus the number of the signal.
+// The kernel counts the memory of the process that starts a program as memory of that program. This process is small,
+// so that the figure is that of the program. Its status is that of the program, or 128 plus the number of the signal.
 
 #include <spawn.h>
 #include <sys/resource.h>

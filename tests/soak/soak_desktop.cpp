@@ -26,7 +26,7 @@ const std::string beforeTheWords = "\U0001F44B ";
 const std::string afterTheWords = " jumps\nover the lazy dog";
 constexpr int rangeLocation = 3;
 
-/// The tool waits so long for a copy, and for three copies in a row.
+/// The times that the tool waits for one copy, and at most for three copies in a row.
 constexpr double oneCopyMilliseconds = 1000;
 constexpr double threeCopiesMilliseconds = 4000;
 
@@ -56,7 +56,7 @@ void expectClipboard(const ClipboardContents& expected) {
     }
 }
 
-/// What serves the replacement is the one process of the tool that is left.
+/// Only the process of the tool that serves the replacement may be left.
 void expectOneServer() {
     if (!waitFor([] { return toolProcesses().size() <= 1; })) {
         throw std::runtime_error(std::to_string(toolProcesses().size()) + " processes of the tool are left");
@@ -88,8 +88,8 @@ json expectSelection(const ProcessResult& result, json expected) {
     return selection;
 }
 
-/// Runs the tool, checks what it did and enters the call in the figures. Throws what `check` throws, with the name of
-/// the operation.
+/// Runs the tool, calls `check` with its result and adds the call to the figures. If `check` throws, throws
+/// `ApplicationWasSlow` if the call waited for a late copy, otherwise the error with the name of the operation.
 void perform(Figures& figures, const Operation& operation, const std::vector<std::string>& arguments,
              const std::string& input, const std::function<void(const ProcessResult&)>& check) {
     const ToolCall call = callTool(arguments, input);
@@ -140,8 +140,8 @@ RoundResult SoakDesktop::runRound(Figures& figures) {
     return result;
 }
 
-void SoakDesktop::markTheWords() {
-    // Past the emoji and the space, then two words.
+void SoakDesktop::selectTheWords() {
+    // Moves past the emoji and the space, then selects two words.
     pressKeys({"ctrl+Home", "Right", "Right", "ctrl+shift+Right", "ctrl+shift+Right"});
     if (!waitFor([this] { return markedText() == current_; })) {
         throw std::runtime_error("the editor did not mark \"" + current_ + "\": " + markedText().value_or(""));
@@ -150,7 +150,7 @@ void SoakDesktop::markTheWords() {
 
 void SoakDesktop::runInEditor(Figures& figures) {
     bringToFront(editor_->processIdentifier());
-    markTheWords();
+    selectTheWords();
     const json first = performRead(figures, direct,
                                    {{"selectedText", current_},
                                     {"contextBefore", beforeTheWords},
@@ -164,7 +164,7 @@ void SoakDesktop::runInEditor(Figures& figures) {
     });
     std::swap(current_, next_);
 
-    markTheWords();
+    selectTheWords();
     const json second = performRead(figures, direct, {{"selectedText", current_}});
     pressKeys({"shift+Right"});
     if (!waitFor([this] { return markedText() == current_ + " "; })) {
@@ -189,7 +189,7 @@ void SoakDesktop::runInBrowser(Figures& figures) {
     performRequest(figures, {refuse, byClipboard}, requestFor(selection, replacement), [](const ProcessResult& result) {
         expectResult(result, requestRefused);
         expectClipboard(UserClipboard::contents());
-        // A key that was on its way has an effect before this returns.
+        // Returns after pending keys have had their effect.
         Browser::handleAllKeys();
         expectBrowserDocument(Browser::document, "10-20");
     });
@@ -205,7 +205,7 @@ void SoakDesktop::runInBrowser(Figures& figures) {
 }
 
 void SoakDesktop::ownClipboard() {
-    // The next owner first, so that the clipboard is never without one.
+    // The next owner starts before the previous one ends, so that the clipboard always has an owner.
     auto next = std::make_unique<UserClipboard>();
     clipboard_ = std::move(next);
 }

@@ -10,27 +10,28 @@
 
 namespace lomaris::test {
 
+/// Whether a round counts. A round in which the browser copied late does not.
 enum class RoundResult { counts, applicationWasSlow };
 
-/// An editor whose text is read and written directly, a browser in which it is copied and pasted, and the user's
+/// An editor whose text is read and written directly, a browser whose text is copied and pasted, and the user's
 /// clipboard, which another program owns.
 class SoakDesktop {
 public:
     /// Starts the applications. Throws if they do not show their documents.
     SoakDesktop();
 
-    /// Reads, replaces, and has a replacement refused, in the editor and in the browser. Throws what differs from the
-    /// expected state. A browser that copies later than the tool waits puts its copy over the restored clipboard;
-    /// such a round is no failure and does not count.
+    /// Reads, replaces, and has a replacement refused, in the editor and in the browser. Throws if anything differs
+    /// from the expected state. If the browser copies after the tool has stopped waiting, its copy overwrites the
+    /// restored clipboard; such a round is not a failure and returns `applicationWasSlow`.
     [[nodiscard]] RoundResult runRound(Figures& figures);
 
 private:
-    void markTheWords();
+    void selectTheWords();
     void runInEditor(Figures& figures);
     void runInBrowser(Figures& figures);
     void ownClipboard();
 
-    /// The words that are selected in the editor, and those that replace them; they change places in each round.
+    /// The words that are selected in the editor, and those that replace them. Swapped in each round.
     std::string current_ = "brown fox";
     std::string next_ = "red fox";
     std::unique_ptr<Editor> editor_;

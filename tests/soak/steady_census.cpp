@@ -9,7 +9,7 @@ namespace lomaris::test {
 
 namespace {
 
-/// A leak of one file in each round exceeds this within 40 rounds.
+/// The growth that the browser may have. A leak of one file per round exceeds this within 40 rounds.
 constexpr ProgramCount browserVariation{.processes = 3, .openFiles = 40};
 /// Each of these processes may connect to the X server and to the buses. A leak in each round exceeds this in four.
 constexpr ProgramCount serverVariation{.processes = 0, .openFiles = 3};

@@ -7,18 +7,19 @@
 
 namespace lomaris::test {
 
-/// The least that the desktop takes up between rounds, and whether later rounds return to it.
+/// The lowest counts of windows, processes and open files after the first rounds, and a check that later rounds do not
+/// exceed them.
 class SteadyCensus {
 public:
-    /// Lowers the level to this census wherever it is lower. To be called after each of the first rounds.
+    /// Lowers every count of the level that is higher than in this census. Call it after each of the first rounds.
     void learn(const DesktopCensus& census);
 
-    /// Waits for processes to end and files to be closed; then what takes up more than the level, as a line for people,
-    /// or nothing. Another program owns the clipboard then, so that no process of the tool is left. The browser may
-    /// have some more files and processes, as it starts and ends processes on its own.
+    /// Waits up to 5 s for processes to end and files to be closed, and returns a line about the counts above the
+    /// level. Empty if there are none. Another program must own the clipboard, so that no process of the tool is left.
+    /// The browser may have some more files and processes, because it starts and ends processes on its own.
     [[nodiscard]] std::string growth() const;
 
-    /// The level, as a line for people.
+    /// Returns a line that describes the level.
     [[nodiscard]] std::string level() const;
 
 private:
