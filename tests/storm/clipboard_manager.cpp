@@ -11,21 +11,21 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// A manager does not tell when it is ready.
+/// A manager does not report when it is ready.
 constexpr auto timeToStart = std::chrono::seconds(3);
 
 }  // namespace
 
-// All three read each new text, and leave a clipboard alone that has an owner, even an empty text.
+// All three read each new text, and do not write to a clipboard that has an owner, not even if its text is empty.
 
-// Looks at the clipboard about twice a second. Puts the last text that it saw on a clipboard without an owner, be it
-// marked as a password.
+// Polls the clipboard about twice a second. Puts the last text that it read on a clipboard without an owner, even if
+// the text is marked as a password.
 ClipboardManagerProgram parcellite() { return {"Parcellite", "parcellite", {}, milliseconds(700)}; }
 
-// Is told of each change. Puts what it kept on a clipboard that has lost its owner, without the plain text.
+// Is notified of each change. Puts the stored contents, without the plain text, on a clipboard that has lost its owner.
 ClipboardManagerProgram clipman() { return {"Clipman", "xfce4-clipman", {}, milliseconds(200)}; }
 
-// Is told of each change. Keeps a history and never writes by itself.
+// Is notified of each change. Stores a history and never writes on its own.
 ClipboardManagerProgram copyQ() { return {"CopyQ", "copyq", {"copyq", "exit"}, milliseconds(500)}; }
 
 ClipboardManager::ClipboardManager(ClipboardManagerProgram program)

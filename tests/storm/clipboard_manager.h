@@ -10,14 +10,14 @@
 
 namespace lomaris::test {
 
-/// A program that watches the clipboard and keeps its contents.
+/// A clipboard manager: a program that watches the clipboard and stores its contents.
 struct ClipboardManagerProgram {
     std::string name;
-    /// The program, which has the name of its Debian package.
+    /// The name of the program, which is also that of its Debian package.
     std::string program;
-    /// Ends it and its helpers; empty if killing the program is enough.
+    /// The command that ends the program and its helpers. Empty if killing the program is enough.
     std::vector<std::string> exitCommand;
-    /// The longest time in which it notices new contents and has read them.
+    /// The longest time until it has noticed and read new contents.
     std::chrono::milliseconds timeToNotice;
 
     friend std::ostream& operator<<(std::ostream& stream, const ClipboardManagerProgram& manager) {
@@ -29,10 +29,10 @@ struct ClipboardManagerProgram {
 [[nodiscard]] ClipboardManagerProgram clipman();
 [[nodiscard]] ClipboardManagerProgram copyQ();
 
-/// A clipboard manager that runs. Ended with this object.
+/// A running clipboard manager. The destructor ends it.
 class ClipboardManager {
 public:
-    /// Returns once it watches the clipboard.
+    /// Starts the program and waits until it watches the clipboard.
     explicit ClipboardManager(ClipboardManagerProgram program);
     ClipboardManager(const ClipboardManager&) = delete;
     ClipboardManager& operator=(const ClipboardManager&) = delete;

@@ -14,7 +14,7 @@
 namespace lomaris::test {
 namespace {
 
-/// The storms beside a program that reads the clipboard whenever it changes, and may write to it.
+/// The storms beside a program that reads the clipboard after each change and may write to it.
 class BesideClipboardManager : public testing::TestWithParam<ClipboardManagerProgram> {
 protected:
     void SetUp() override {
@@ -26,11 +26,11 @@ protected:
         manager_ = std::make_unique<ClipboardManager>(GetParam());
     }
 
-    void expectNoViolation(const std::string& name, const std::function<Findings(const StormCourse&)>& storm) {
+    void expectNoViolation(const std::string& name, const std::function<Findings(const StormSettings&)>& storm) {
         constexpr int shareOfRounds = 5;
-        const StormCourse course{.rounds = std::max(1, stormOptions().rounds / shareOfRounds),
-                                 .timeForManager = GetParam().timeToNotice};
-        const Findings findings = storm(course);
+        const StormSettings settings{.rounds = std::max(1, stormOptions().rounds / shareOfRounds),
+                                     .timeForManager = GetParam().timeToNotice};
+        const Findings findings = storm(settings);
         std::cout << name << ": " << findings.summary() << std::flush;
         EXPECT_FALSE(findings.hasViolations()) << "the violations of " << name << " are listed above";
         EXPECT_TRUE(manager_->runs()) << "the manager ended during " << name;
@@ -40,7 +40,7 @@ private:
     std::unique_ptr<ClipboardManager> manager_;
 };
 
-TEST_P(BesideClipboardManager, ReturnsNoOtherTextAndLeavesTheClipboard) {
+TEST_P(BesideClipboardManager, ReturnsNoOtherTextAndRestoresTheClipboard) {
     expectNoViolation("reads of nothing", runReadsOfNothing);
     expectNoViolation("pairs of reads", runPairsOfReads);
     expectNoViolation("pastes with others", runPastesWithOthers);

@@ -27,22 +27,22 @@ void expectNoViolation(const Findings& findings) {
 TEST_F(Concurrency, PairsOfReadsReturnTheSelectionOrFail) {
     const Findings findings = runPairsOfReads({.rounds = stormOptions().rounds});
     expectNoViolation(findings);
-    // One call at a time has the clipboard, so that both calls of a pair succeed on any but a very slow machine.
+    // Only one call at a time uses the clipboard, so both calls of a pair succeed except on a very slow machine.
     EXPECT_GE(findings.countOf("the selection"), findings.rounds());
 }
 
-TEST_F(Concurrency, PastesWithOthersWriteOnceAndReturnNoOtherText) {
+TEST_F(Concurrency, PastesWriteOnceBesideOtherCalls) {
     const Findings findings = runPastesWithOthers({.rounds = stormOptions().rounds});
     expectNoViolation(findings);
     EXPECT_GE(2 * findings.countOf("replaced"), findings.rounds());
 }
 
-TEST_F(Concurrency, KilledCallsLeaveTheUsersClipboard) {
+TEST_F(Concurrency, KilledCallsRestoreTheUsersClipboard) {
     expectNoViolation(runKilledCalls({.rounds = stormOptions().rounds}));
 }
 
-TEST_F(Concurrency, ProcessesEndWhenTheUserCopiesRightAfterACall) {
-    // A round takes a fifth of the time that others take, and few of them meet the moment that matters.
+TEST_F(Concurrency, ProcessesEndIfTheUserCopiesRightAfterACall) {
+    // A round takes a fifth of the time of other rounds, and few rounds hit the critical moment.
     constexpr int roundsInTheTimeOfOne = 5;
     expectNoViolation(runCopiesAfterCalls({.rounds = roundsInTheTimeOfOne * stormOptions().rounds}));
 }

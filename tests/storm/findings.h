@@ -6,7 +6,7 @@
 
 namespace lomaris::test {
 
-/// What the rounds of one storm came to: how often each legal outcome occurred, and each violation in full.
+/// The results of the rounds of one storm: the number of each allowed outcome, and every violation with its details.
 class Findings {
 public:
     void startRound(std::string description) {
@@ -21,7 +21,7 @@ public:
     [[nodiscard]] int countOf(const std::string& outcome) const;
     [[nodiscard]] bool hasViolations() const { return !violations_.empty(); }
 
-    /// The counts of outcomes and of violations, and the first few violations of each kind in full.
+    /// Returns the counts of outcomes and violations, and the details of the first few violations of each kind.
     [[nodiscard]] std::string summary() const;
 
 private:

@@ -30,11 +30,11 @@ std::vector<std::string> commandLineOf(Call call) {
                                : std::vector<std::string>{"replace-selection", "--replacement", firstReplacement});
 }
 
-/// How many milliseconds a call takes on this machine if nothing disturbs it: the median of three.
-int durationOf(Findings& findings, StormDesktop& desktop, Call call, const StormCourse& course) {
+/// Returns the duration of an undisturbed call on this machine, in milliseconds: the median of three.
+int durationOf(Findings& findings, StormDesktop& desktop, Call call, const StormSettings& settings) {
     std::array<int, 3> durations{};
     for (int& duration : durations) {
-        desktop.startRound(findings, course.timeForManager);
+        desktop.startRound(findings, settings.timeForManager);
         const auto start = steady_clock::now();
         static_cast<void>(runProcess(commandLineOf(call)));
         const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start);
@@ -44,8 +44,8 @@ int durationOf(Findings& findings, StormDesktop& desktop, Call call, const Storm
     return durations[1];
 }
 
-/// Waits for the last key that the call posts: Copy in a read; a paste reads the selection twice first. If it posts
-/// fewer, returns so many milliseconds after the start as the call takes at most.
+/// Waits for the last key that the call posts: the first one in a read, the third one in a paste, which reads the
+/// selection twice first. Returns after `longest` milliseconds if the call posts fewer keys.
 void waitForLastKey(X11InputClock& clock, Call call, std::optional<std::uint32_t> before, int longest) {
     const auto end = steady_clock::now() + std::chrono::milliseconds(longest);
     int keysToCome = call == Call::read ? 1 : 3;
@@ -59,9 +59,9 @@ void waitForLastKey(X11InputClock& clock, Call call, std::optional<std::uint32_t
     }
 }
 
-/// Runs one call and kills it at a random moment: a third of the time any moment up to a little after its end, a third
-/// of the time one near the end, and a third of the time one just after its last key, as that is when a kill has most
-/// to break and the time until the end of a paste is short.
+/// Runs one call and kills it at a random moment: in a third of the calls at any moment up to a little after the end,
+/// in a third near the end, and in a third just after the last key. A kill after the last key can do most damage, and
+/// random moments rarely hit the short time between that key and the end of a paste.
 class CallToKill {
 public:
     CallToKill(X11InputClock& clock, Call call, int duration)
@@ -102,7 +102,7 @@ private:
     StartedProcess process_;
 };
 
-/// A call that was killed has given no result, or its whole result just before its end.
+/// Checks a killed call. It printed nothing, or its complete result just before its end.
 void expectKilled(Findings& findings, StormDesktop& desktop, Call call, const ProcessResult& result) {
     const ProcessResult& whole = call == Call::read ? selectionRead : replaced;
     if (!result.error.empty() || (!result.output.empty() && result.output != whole.output)) {
@@ -114,20 +114,20 @@ void expectKilled(Findings& findings, StormDesktop& desktop, Call call, const Pr
         desktop.expectClipboard(findings, "after a killed read", UserClipboard::contents());
         return;
     }
-    // The document first: who reads the clipboard takes the replacement, as the browser does.
+    // The document first, because reading the clipboard counts as the read of the replacement by the browser.
     const std::string document = desktop.expectDocument(findings, {Browser::document, documentWith(firstReplacement)});
     findings.countOutcome(document == Browser::document ? "paste killed, not written" : "paste killed, written");
     std::vector<ClipboardContents> expected{UserClipboard::contents()};
     if (result.output == replaced.output) {
-        // It was killed between its result and its end, when the replacement may have been left on the clipboard.
+        // It was killed between its output and its end, when the replacement may have been left on the clipboard.
         expected.push_back(pastedContents(firstReplacement));
     }
     desktop.expectClipboard(findings, "after a killed paste", expected);
-    // What was pasted late shows now.
+    // A late paste is visible now.
     desktop.expectDocument(findings, {document});
 }
 
-/// A call that ended before it was killed.
+/// Checks a call that ended before it was killed.
 void expectEnded(Findings& findings, StormDesktop& desktop, Call call, const ProcessResult& result) {
     const bool isWritten = call == Call::paste && result == replaced;
     if (isWritten || (call == Call::read && result == selectionRead)) {
@@ -145,9 +145,9 @@ void expectEnded(Findings& findings, StormDesktop& desktop, Call call, const Pro
     }
 }
 
-/// Nothing that the killed call held keeps the next one from its work.
-void expectNextRead(Findings& findings, StormDesktop& desktop, const StormCourse& course) {
-    desktop.startRound(findings, course.timeForManager);
+/// Checks that a killed call does not prevent the next one from working.
+void expectNextRead(Findings& findings, StormDesktop& desktop, const StormSettings& settings) {
+    desktop.startRound(findings, settings.timeForManager);
     if (const ProcessResult next = runTool({"read-selection"}); next != selectionRead) {
         findings.addViolation("the read after a killed call failed", testing::PrintToString(next));
     }
@@ -156,16 +156,16 @@ void expectNextRead(Findings& findings, StormDesktop& desktop, const StormCourse
 
 }  // namespace
 
-Findings runKilledCalls(const StormCourse& course) {
+Findings runKilledCalls(const StormSettings& settings) {
     Findings findings;
     RandomMoments moments;
     X11Connection connection;
     X11InputClock clock(connection);
     StormDesktop& desktop = stormDesktop();
-    const int durationOfRead = durationOf(findings, desktop, Call::read, course);
-    const int durationOfPaste = durationOf(findings, desktop, Call::paste, course);
-    for (int round = 0; round < course.rounds; ++round) {
-        desktop.startRound(findings, course.timeForManager);
+    const int durationOfRead = durationOf(findings, desktop, Call::read, settings);
+    const int durationOfPaste = durationOf(findings, desktop, Call::paste, settings);
+    for (int round = 0; round < settings.rounds; ++round) {
+        desktop.startRound(findings, settings.timeForManager);
         const Call call = moments.coin() ? Call::read : Call::paste;
         CallToKill toKill(clock, call, call == Call::read ? durationOfRead : durationOfPaste);
         const ProcessResult result = toKill.killAtRandomMoment(moments);
@@ -176,7 +176,7 @@ Findings runKilledCalls(const StormCourse& course) {
             expectEnded(findings, desktop, call, result);
         }
         desktop.expectNothingLeft(findings);
-        expectNextRead(findings, desktop, course);
+        expectNextRead(findings, desktop, settings);
         desktop.expectNothingLeft(findings);
     }
     return findings;

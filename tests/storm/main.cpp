@@ -1,4 +1,4 @@
-// Storms of calls of the tool on a real browser: pairs at once, and calls that are killed.
+// Runs storms of calls of the tool on a real browser: concurrent calls, and calls that are killed.
 //
 //     lomaris_real_concurrency_tests [--rounds=NUMBER] [--seed=NUMBER] [GoogleTest options]
 

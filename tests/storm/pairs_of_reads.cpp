@@ -10,7 +10,7 @@ namespace {
 
 constexpr int longestDistance = 120;
 
-void judge(Findings& findings, const ProcessResult& result) {
+void classify(Findings& findings, const ProcessResult& result) {
     if (result == ProcessResult{0, std::string(Browser::selection) + "\n", ""}) {
         findings.countOutcome("the selection");
     } else if (isDocumentedError(result)) {
@@ -22,18 +22,18 @@ void judge(Findings& findings, const ProcessResult& result) {
 
 }  // namespace
 
-Findings runPairsOfReads(const StormCourse& course) {
+Findings runPairsOfReads(const StormSettings& settings) {
     Findings findings;
     RandomMoments moments;
     StormDesktop& desktop = stormDesktop();
-    for (int round = 0; round < course.rounds; ++round) {
-        desktop.startRound(findings, course.timeForManager);
+    for (int round = 0; round < settings.rounds; ++round) {
+        desktop.startRound(findings, settings.timeForManager);
         StartedProcess first(toolCommandLine({"read-selection"}));
         const int distance = moments.sleepBetween(0, longestDistance);
         StartedProcess second(toolCommandLine({"read-selection"}));
         findings.startRound("second read after " + std::to_string(distance) + " ms");
-        judge(findings, first.wait());
-        judge(findings, second.wait());
+        classify(findings, first.wait());
+        classify(findings, second.wait());
         desktop.expectDocument(findings, {Browser::document});
         desktop.expectClipboard(findings, "after two reads", UserClipboard::contents());
         desktop.expectNothingLeft(findings);

@@ -17,8 +17,8 @@ StartedProcess startPaste(const std::string& replacement) {
     return StartedProcess(toolCommandLine({"replace-selection", "--replacement", replacement}));
 }
 
-/// Whether the paste was carried out.
-bool judgePaste(Findings& findings, const ProcessResult& result) {
+/// Counts the outcome of a paste, and returns true if it was performed.
+bool classifyPaste(Findings& findings, const ProcessResult& result) {
     if (result == replaced) {
         findings.countOutcome("replaced");
         return true;
@@ -31,9 +31,9 @@ bool judgePaste(Findings& findings, const ProcessResult& result) {
     return false;
 }
 
-/// The read returns the selection, if it copied before the paste. Nothing is selected after the paste, so that it fails
-/// then: neither the replacement nor the user's clipboard was ever selected.
-void judgeRead(Findings& findings, const ProcessResult& result) {
+/// Counts the outcome of a read. It returns the selection if it copied before the paste, and otherwise fails because
+/// nothing is selected after the paste. It must not return the replacement or the user's clipboard.
+void classifyRead(Findings& findings, const ProcessResult& result) {
     if (result == ProcessResult{0, std::string(Browser::selection) + "\n", ""}) {
         findings.countOutcome("the selection");
     } else if (isDocumentedError(result)) {
@@ -43,9 +43,8 @@ void judgeRead(Findings& findings, const ProcessResult& result) {
     }
 }
 
-/// A carried out paste has written its text and leaves it on the clipboard; a read afterwards saves and restores it as
-/// it is. A failed one has changed nothing and has put the user's clipboard back, and a read in between restores what
-/// it found there as well.
+/// A performed paste has written its text and leaves it on the clipboard; a later read restores it. A failed paste has
+/// changed nothing and has restored the user's clipboard, and so has a read in between.
 void expectState(Findings& findings, StormDesktop& desktop, bool isReplaced) {
     desktop.expectDocument(findings, {isReplaced ? documentWith(firstReplacement) : Browser::document});
     if (isReplaced) {
@@ -55,12 +54,12 @@ void expectState(Findings& findings, StormDesktop& desktop, bool isReplaced) {
     }
 }
 
-/// With two pastes, the text of each that was carried out is in the document, and the later one is on the clipboard.
-/// The second one to read finds nothing selected and fails, unless both had their last look at the selection before
-/// either wrote: then the later one writes at the cursor, behind the other's text, as no look can prevent.
+/// After two pastes, the text of every performed one is in the document, and the later text is on the clipboard. The
+/// one that reads second finds nothing selected and fails, unless both made their last read of the selection before
+/// either wrote. In that case the later one writes at the cursor, after the other's text, which no read can prevent.
 void expectStateAfterTwo(Findings& findings, StormDesktop& desktop, bool isFirstReplaced, bool isSecondReplaced) {
     if (isFirstReplaced && isSecondReplaced) {
-        findings.countOutcome("both pastes were carried out");
+        findings.countOutcome("both pastes were performed");
         const std::string firstIsLater = documentWith(secondReplacement + firstReplacement);
         const std::string secondIsLater = documentWith(firstReplacement + secondReplacement);
         const std::string document = desktop.expectDocument(findings, {firstIsLater, secondIsLater});
@@ -78,12 +77,12 @@ void expectStateAfterTwo(Findings& findings, StormDesktop& desktop, bool isFirst
 
 }  // namespace
 
-Findings runPastesWithOthers(const StormCourse& course) {
+Findings runPastesWithOthers(const StormSettings& settings) {
     Findings findings;
     RandomMoments moments;
     StormDesktop& desktop = stormDesktop();
-    for (int round = 0; round < course.rounds; ++round) {
-        desktop.startRound(findings, course.timeForManager);
+    for (int round = 0; round < settings.rounds; ++round) {
+        desktop.startRound(findings, settings.timeForManager);
         const bool withRead = moments.coin();
         StartedProcess first = startPaste(firstReplacement);
         const int distance = moments.sleepBetween(0, longestDistance);
@@ -92,12 +91,12 @@ Findings runPastesWithOthers(const StormCourse& course) {
         findings.startRound((withRead ? "read after " : "second paste after ") + std::to_string(distance) + " ms");
         const ProcessResult firstResult = first.wait();
         const ProcessResult secondResult = second.wait();
-        const bool isFirstReplaced = judgePaste(findings, firstResult);
+        const bool isFirstReplaced = classifyPaste(findings, firstResult);
         if (withRead) {
-            judgeRead(findings, secondResult);
+            classifyRead(findings, secondResult);
             expectState(findings, desktop, isFirstReplaced);
         } else {
-            expectStateAfterTwo(findings, desktop, isFirstReplaced, judgePaste(findings, secondResult));
+            expectStateAfterTwo(findings, desktop, isFirstReplaced, classifyPaste(findings, secondResult));
         }
         desktop.expectNothingLeft(findings);
     }

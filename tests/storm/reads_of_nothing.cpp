@@ -6,11 +6,11 @@
 
 namespace lomaris::test {
 
-Findings runReadsOfNothing(const StormCourse& course) {
+Findings runReadsOfNothing(const StormSettings& settings) {
     Findings findings;
     StormDesktop& desktop = stormDesktop();
-    for (int round = 0; round < course.rounds; ++round) {
-        desktop.startRound(findings, course.timeForManager);
+    for (int round = 0; round < settings.rounds; ++round) {
+        desktop.startRound(findings, settings.timeForManager);
         findings.startRound("nothing selected");
         pressKeys({"Right"});
         if (!Browser::comesToShow(Browser::document, "19-19")) {

@@ -17,8 +17,8 @@ namespace lomaris::test {
 
 namespace {
 
-/// In this time everything is restored after the end of a call, also if it was killed just after the paste key: the
-/// replacement is served for 2.5 s then.
+/// The time in which everything is restored after the end of a call, even if it was killed just after the paste key.
+/// The replacement is served for 2.5 s in that case.
 constexpr auto timeToRestore = std::chrono::seconds(4);
 constexpr auto pauseBetweenLooks = std::chrono::milliseconds(20);
 
@@ -33,7 +33,7 @@ bool becomesTrue(const std::function<bool()>& isTrue) {
     return true;
 }
 
-/// The text in the title of the page.
+/// Returns the text of the page, which is in the title of the frontmost window.
 std::string documentInFront() {
     const std::string title = titleInFront();
     const std::size_t start = title.find('"');

@@ -16,28 +16,30 @@ namespace lomaris::test {
 extern const std::string firstReplacement;
 extern const std::string secondReplacement;
 
-/// The document of the browser with this in the place of the selection.
+/// Returns the document of the browser with this text in place of the selection.
 [[nodiscard]] std::string documentWith(const std::string& replacement);
 
-/// A browser, the user's clipboard, and what must be true of them after each round.
+/// A browser and the user's clipboard, with the checks of their state after each round.
 class StormDesktop {
 public:
-    /// Brings the desktop into the state in which each round starts: the words selected in the browser in front, the
-    /// user's clipboard with its three targets owned by another program, no process of the tool. Adds a violation and
-    /// ends the processes of the tool that do not end when another program owns the clipboard. Then waits as long as a
-    /// clipboard manager takes to notice. Throws if the desktop cannot be brought into that state.
+    /// Brings the desktop into the state in which each round starts: the browser is in front with its words selected,
+    /// another program owns the user's clipboard with its three targets, and no process of the tool is left. If one is
+    /// left although another program owns the clipboard, adds a violation and kills it. Then waits until a clipboard
+    /// manager has noticed the clipboard. Throws if the desktop cannot be brought into that state.
     void startRound(Findings& findings, std::chrono::milliseconds timeForManager);
 
-    /// Whether these are the whole contents of the clipboard within 4 s; adds a violation if not.
+    /// Adds a violation unless these are the complete contents of the clipboard within 4 s.
     void expectClipboard(Findings& findings, const std::string& when, const ClipboardContents& expected);
 
-    /// The same if either may be there.
+    /// The same if any of several contents are allowed.
     void expectClipboard(Findings& findings, const std::string& when, const std::vector<ClipboardContents>& expected);
 
-    /// Handles all keys of the browser, and adds a violation unless its text is one of these within 4 s. Returns it.
+    /// Waits until the browser has handled all keys, adds a violation unless its text is one of these within 4 s, and
+    /// returns the text.
     std::string expectDocument(Findings& findings, const std::vector<std::string>& expected);
 
-    /// Adds violations if more than one process of the tool is left, which serves the clipboard, or a key is held.
+    /// Adds a violation if more than one process of the tool is left (one may serve the clipboard) or a key is held
+    /// down.
     void expectNothingLeft(Findings& findings);
 
 private:
@@ -45,12 +47,12 @@ private:
     std::unique_ptr<UserClipboard> clipboard_;
 };
 
-/// The desktop of this program; the browser starts with the first call. Throws if it does not.
+/// Returns the desktop of this program. The first call starts the browser and throws if it does not start.
 [[nodiscard]] StormDesktop& stormDesktop();
-/// Ends it.
+/// Ends the browser and the clipboard owner.
 void endStormDesktop();
 
-/// Whether the call failed as documented: nothing on standard output, one line for the user, status 1.
+/// True if the call failed as documented: no output, one line on standard error, status 1.
 [[nodiscard]] bool isDocumentedError(const ProcessResult& result);
 
 }  // namespace lomaris::test

@@ -4,9 +4,9 @@
 
 namespace lomaris::test {
 
-/// How long the storms last and which moments they choose.
+/// The number of rounds, and the seed of the random moments.
 struct StormOptions {
-    /// Rounds of each storm; with a clipboard manager a fifth of them, at least one.
+    /// Rounds of each storm. With a clipboard manager, a fifth of them but at least one.
     int rounds = 3;
     /// The same seed gives the same moments.
     unsigned seed = std::random_device{}();
@@ -15,12 +15,12 @@ struct StormOptions {
 /// Set by `main` before the first test.
 [[nodiscard]] StormOptions& stormOptions();
 
-/// The moments of one storm.
+/// The random moments of one storm.
 class RandomMoments {
 public:
     RandomMoments() : engine_(stormOptions().seed) {}
 
-    /// Sleeps for that many milliseconds, and returns how many were chosen.
+    /// Sleeps for a random number of milliseconds between these, and returns the number.
     int sleepBetween(int shortest, int longest);
 
     [[nodiscard]] int numberBetween(int lowest, int highest) {

@@ -6,26 +6,26 @@
 
 namespace lomaris::test {
 
-/// How a storm runs.
-struct StormCourse {
+/// The settings of one storm.
+struct StormSettings {
     int rounds = 1;
-    /// How long the clipboard manager, if any, takes to notice a change.
+    /// The time that the clipboard manager, if any, takes to notice a change.
     std::chrono::milliseconds timeForManager{};
 };
 
 /// Two reads at once.
-[[nodiscard]] Findings runPairsOfReads(const StormCourse& course);
+[[nodiscard]] Findings runPairsOfReads(const StormSettings& settings);
 
 /// A paste, and a read or another paste that starts a little later.
-[[nodiscard]] Findings runPastesWithOthers(const StormCourse& course);
+[[nodiscard]] Findings runPastesWithOthers(const StormSettings& settings);
 
 /// Reads and pastes that are killed at any moment, each followed by a read.
-[[nodiscard]] Findings runKilledCalls(const StormCourse& course);
+[[nodiscard]] Findings runKilledCalls(const StormSettings& settings);
 
-/// Reads after which another program owns the clipboard at once, so that no process of the tool has anything to serve.
-[[nodiscard]] Findings runCopiesAfterCalls(const StormCourse& course);
+/// Reads just after which another program takes the clipboard, so that no process of the tool may be left.
+[[nodiscard]] Findings runCopiesAfterCalls(const StormSettings& settings);
 
 /// Reads while nothing is selected.
-[[nodiscard]] Findings runReadsOfNothing(const StormCourse& course);
+[[nodiscard]] Findings runReadsOfNothing(const StormSettings& settings);
 
 }  // namespace lomaris::test
