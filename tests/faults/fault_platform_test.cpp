@@ -43,7 +43,7 @@ protected:
 
 using Codes = std::vector<AXError>;
 
-TEST_F(FaultyPlatform, FailsTheNumberedCallAloneOrFromThenOn) {
+TEST_F(FaultyPlatform, FailsTheNumberedCallOnceOrFromThenOn) {
     EXPECT_EQ(copyThreeTimes({Failure::noAnswer, Persistence::once, 2}),
               (Codes{AXError::success, AXError::cannotComplete, AXError::success}));
     EXPECT_EQ(copyThreeTimes({Failure::elementGone, Persistence::fromThenOn, 2}),
@@ -52,7 +52,7 @@ TEST_F(FaultyPlatform, FailsTheNumberedCallAloneOrFromThenOn) {
               (Codes{AXError::success, AXError::success, AXError::success}));
 }
 
-TEST_F(FaultyPlatform, LetsASuccessfulCopyHaveNoValue) {
+TEST_F(FaultyPlatform, ReturnsNoValueFromASuccessfulCopy) {
     CallGate gate = gateWith(Fault{Failure::noValue, Persistence::once, 1});
     FaultPlatform platform(desktop, gate);
     EXPECT_EQ(platform.accessibility().copyAttribute(text.element(), attribute::value),
@@ -60,7 +60,7 @@ TEST_F(FaultyPlatform, LetsASuccessfulCopyHaveNoValue) {
     EXPECT_EQ(desktop.journal(), std::vector<std::string>());
 }
 
-TEST_F(FaultyPlatform, WritesAlthoughTheAnswerIsLost) {
+TEST_F(FaultyPlatform, WritesEvenIfTheReplyIsLost) {
     CallGate gate = gateWith(Fault{Failure::answerLost, Persistence::once, 1});
     FaultPlatform platform(desktop, gate);
     EXPECT_EQ(platform.accessibility().setAttribute(text.element(), attribute::selectedText, u"red fox"),
@@ -68,7 +68,7 @@ TEST_F(FaultyPlatform, WritesAlthoughTheAnswerIsLost) {
     EXPECT_EQ(text.text(), u"The quick red fox");
 }
 
-TEST_F(FaultyPlatform, RefusesWithoutAnEffect) {
+TEST_F(FaultyPlatform, RefusesWithoutEffect) {
     CallGate gate = gateWith(Fault{Failure::noAnswer, Persistence::fromThenOn, 1});
     FaultPlatform platform(desktop, gate);
     EXPECT_EQ(platform.accessibility().setAttribute(text.element(), attribute::selectedText, u"red fox"),
@@ -82,7 +82,7 @@ TEST_F(FaultyPlatform, RefusesWithoutAnEffect) {
     EXPECT_EQ(desktop.journal(), std::vector<std::string>());
 }
 
-TEST_F(FaultyPlatform, FailsAWholeBatchAtOnce) {
+TEST_F(FaultyPlatform, FailsAWholeBatch) {
     CallGate gate = gateWith(Fault{Failure::elementGone, Persistence::once, 1});
     FaultPlatform platform(desktop, gate);
     const std::vector<Element> elements(2, text.element());
@@ -91,7 +91,7 @@ TEST_F(FaultyPlatform, FailsAWholeBatchAtOnce) {
     EXPECT_EQ(platform.accessibility().copyAttributes(elements, attributes), std::vector(2, std::vector(3, gone)));
 }
 
-TEST_F(FaultyPlatform, CountsOnlyTheCallsThatCanFailSo) {
+TEST_F(FaultyPlatform, CountsOnlyCallsThatCanFailInThisWay) {
     CallGate gate = gateWith(Fault{Failure::noAnswer, Persistence::once, 2});
     FaultPlatform platform(desktop, gate);
     EXPECT_TRUE(platform.workspace().frontmostApplication());
@@ -114,7 +114,7 @@ TEST_F(FaultyPlatform, InterruptsBeforeTheNumberedCall) {
     EXPECT_EQ(desktop.journal().size(), 2U);
 }
 
-TEST_F(FaultyPlatform, RemembersWhatThePasteboardTold) {
+TEST_F(FaultyPlatform, RecordsWhatThePasteboardReturned) {
     desktop.userCopies(u"mine");
     CallGate gate = gateWith(std::nullopt);
     FaultPlatform platform(desktop, gate);

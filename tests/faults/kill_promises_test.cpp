@@ -43,7 +43,7 @@ TEST(PromisesOfAKill, AreBrokenWithoutAKeeper) {
     EXPECT_EQ(brokenAtAnyLine("KeyOnly", Command::replace, Kill::Keeper::exists), std::set<std::string>());
 }
 
-TEST(PromisesOfAKill, AreEachNoticedIfBroken) {
+TEST(PromisesOfAKill, AreEachDetectedIfBroken) {
     const Scenario scenario{
         .world = planNamed("WebAddress"), .command = Command::replace, .kill = Kill{40, Kill::Keeper::exists}};
     const test::Run run = perform(scenario);

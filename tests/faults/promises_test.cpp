@@ -229,7 +229,7 @@ const std::vector<Breach>& breaches() {
     return all;
 }
 
-TEST(Promises, AreSeenToBeBroken) {
+TEST(Promises, AreEachDetectedIfBroken) {
     for (const Breach& breach : breaches()) {
         const Scenario scenario{
             .world = planNamed(breach.world), .command = breach.command, .disturbance = breach.disturbance};
@@ -240,7 +240,7 @@ TEST(Promises, AreSeenToBeBroken) {
     }
 }
 
-TEST(Promises, CountAKeyThatGoesAstrayAsBroken) {
+TEST(Promises, AreBrokenByAKeyToAnotherApplication) {
     const Scenario scenario{.world = planNamed("KeyOnly"), .command = Command::replace};
     auto run = perform(scenario);
     run.otherAfter = withSelectionReplaced(run.otherAfter, u"red fox");
@@ -248,7 +248,7 @@ TEST(Promises, CountAKeyThatGoesAstrayAsBroken) {
               (Lines{"the other application's document changed", "the other application was written into"}));
 }
 
-TEST(Promises, CountATextWithoutItsLineFeedAsBroken) {
+TEST(Promises, AreBrokenByATextWithoutALineFeed) {
     const Scenario scenario{.world = planNamed("Editor"), .command = Command::readText};
     auto run = perform(scenario);
     run.output = {"brown fox"};
@@ -256,7 +256,7 @@ TEST(Promises, CountATextWithoutItsLineFeedAsBroken) {
                                                     "what was read is not what was selected at the last look"}));
 }
 
-TEST(Promises, AddUpTheWaitsOfEachCommand) {
+TEST(Promises, LimitTheTimeToTheSumOfTheWaits) {
     using namespace std::chrono_literals;
     const auto longest = [](std::string_view world, Command command) {
         return longestTime({.world = planNamed(world), .command = command});

@@ -13,7 +13,7 @@ protected:
     Sweep sweep;
 };
 
-TEST_P(EveryCommand, DoesItsWorkWhereNothingGoesWrong) {
+TEST_P(EveryCommand, SucceedsWithoutFaults) {
     for (const Command command : commands()) {
         const Scenario scenario{.world = GetParam(), .command = command};
         sweep.run(scenario);
@@ -23,25 +23,25 @@ TEST_P(EveryCommand, DoesItsWorkWhereNothingGoesWrong) {
     }
 }
 
-TEST_P(EveryCommand, KeepsItsPromisesWhateverCallFails) {
+TEST_P(EveryCommand, KeepsItsPromisesIfAnyCallFails) {
     for (const Command command : commands()) {
         sweep.runFaults({.world = GetParam(), .command = command});
     }
 }
 
-TEST_P(EveryCommand, KeepsItsPromisesWhateverTheUserDoesMeanwhile) {
+TEST_P(EveryCommand, KeepsItsPromisesIfTheUserActs) {
     for (const Command command : commands()) {
         sweep.runDisturbances({.world = GetParam(), .command = command});
     }
 }
 
-TEST_P(EveryCommand, KeepsItsPromisesWhenAnotherProcessUsesTheClipboard) {
+TEST_P(EveryCommand, KeepsItsPromisesIfTheClipboardIsInUse) {
     for (const Command command : commands()) {
         sweep.runContentions({.world = GetParam(), .command = command});
     }
 }
 
-TEST_P(EveryCommand, KeepsItsPromisesWhereverItIsKilled) {
+TEST_P(EveryCommand, KeepsItsPromisesIfKilledAnywhere) {
     for (const Command command : commands()) {
         sweep.runKills({.world = GetParam(), .command = command});
     }
@@ -54,7 +54,7 @@ INSTANTIATE_TEST_SUITE_P(On, EveryCommand, testing::ValuesIn(worldPlans()), name
 /// The commands that write. If nothing can be copied, none of them writes.
 class EveryReplacement : public EveryCommand {};
 
-TEST_P(EveryReplacement, KeepsItsPromisesWhenACallFailsAndTheUserActs) {
+TEST_P(EveryReplacement, KeepsItsPromisesIfACallFailsAndTheUserActs) {
     for (const Command command : {Command::replace, Command::replaceIfCurrent}) {
         sweep.runPairs({.world = GetParam(), .command = command});
     }
