@@ -154,7 +154,10 @@ private:
         if (serial == 0 || serial != publishedSerial_) {
             return;
         }
-        static_cast<void>(channel_.send({.kind = Kind::textRead, .serial = serial}));
+        // Once, as many readings would fill the channel of a partner that is busy, and leave no room for replies.
+        if (std::exchange(reportedSerial_, serial) != serial) {
+            static_cast<void>(channel_.send({.kind = Kind::textRead, .serial = serial}));
+        }
         wasTextRead_ = true;
     }
 
@@ -274,6 +277,8 @@ private:
     std::shared_ptr<KeptContents> contents_;
     FileDescriptor saved_;
     std::uint32_t publishedSerial_ = 0;
+    /// The serial of the contents whose first reading was reported.
+    std::uint32_t reportedSerial_ = 0;
     ProcessIdentifier targetProcess_ = 0;
     std::vector<std::uint32_t> targetClients_;
     /// New owners of the clipboard that were not decided on yet.

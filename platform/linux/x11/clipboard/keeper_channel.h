@@ -30,7 +30,7 @@ struct KeeperMessage {
         // From the keeper.
         /// The request with this `serial` was carried out, or failed if `window` is 0.
         confirmed,
-        /// A program has read the promised text of the contents published with this `serial`.
+        /// A program has read the promised text of the contents published with this `serial`. Sent once for them.
         textRead,
     };
 

@@ -42,8 +42,7 @@ public:
     /// another program since; nullopt if the keeper did not carry it out.
     [[nodiscard]] std::optional<xcb_window_t> publish(std::span<const KeptTarget> contents);
 
-    /// Whether a program has read the promised text of the contents published last, once for each such reading or
-    /// several together.
+    /// Whether a program has read the promised text of the contents published last. True once for them.
     [[nodiscard]] bool textWasRead();
 
     /// Leaves the keeper on its own, an operation that is under way ended. From then on there is no keeper.

@@ -15,10 +15,6 @@ namespace {
 using namespace std::chrono_literals;
 using Kind = KeeperMessage::Kind;
 
-std::vector<KeptTarget> words(const char* text) {
-    return {{.target = "UTF8_STRING", .form = {"UTF8_STRING", 8}, .bytes = std::make_shared<const Bytes>(text)}};
-}
-
 /// Another program that takes the clipboard again and again.
 class Taker {
 public:
@@ -51,20 +47,51 @@ private:
     std::thread thread_;
 };
 
-TEST_F(ClipboardKeeper, ConfirmsWhatIsOverwrittenAtOnce) {
+/// The channel of a new keeper.
+KeeperChannel startKeeper() {
     StartedKeeper keeper = forkKeeper();
-    KeeperChannel channel(std::move(keeper.socket));
     reapKeeper(keeper);
+    return KeeperChannel(std::move(keeper.socket));
+}
+
+/// The next message of the keeper; one without a meaning if none arrives.
+KeeperMessage receiveFrom(KeeperChannel& channel) {
+    const auto received = channel.receive(later(monotonicNow(), 60s));
+    return received ? received->message : KeeperMessage();
+}
+
+/// Has the keeper publish a promised text.
+void publish(KeeperChannel& channel, std::uint32_t serial) {
+    const FileDescriptor file = writeKeptTargets({{{.target = "UTF8_STRING",
+                                                    .form = {"UTF8_STRING", 8},
+                                                    .bytes = std::make_shared<const Bytes>("published"),
+                                                    .isPromisedText = true}}});
+    const Moment deadline = later(monotonicNow(), 60s);
+    EXPECT_TRUE(channel.send({.kind = Kind::publish, .serial = serial, .deadline = deadline.count()}, file.number()));
+}
+
+TEST_F(ClipboardKeeper, ConfirmsWhatIsOverwrittenAtOnce) {
+    KeeperChannel channel = startKeeper();
     const Taker taker;
     for (std::uint32_t serial = 1; serial <= 5; ++serial) {
-        const Moment deadline = later(monotonicNow(), 60s);
-        const FileDescriptor file = writeKeptTargets(words("published"));
-        ASSERT_TRUE(
-            channel.send({.kind = Kind::publish, .serial = serial, .deadline = deadline.count()}, file.number()));
-        const auto received = channel.receive(deadline);
-        ASSERT_TRUE(received);
-        EXPECT_EQ(received->message.kind, Kind::confirmed);
-        EXPECT_NE(received->message.window, XCB_WINDOW_NONE);
+        publish(channel, serial);
+        const KeeperMessage reply = receiveFrom(channel);
+        EXPECT_EQ(reply.kind, Kind::confirmed);
+        EXPECT_NE(reply.window, XCB_WINDOW_NONE);
+    }
+}
+
+TEST_F(ClipboardKeeper, ReportsTheFirstReadingOfATextOnly) {
+    KeeperChannel channel = startKeeper();
+    for (std::uint32_t serial = 1; serial <= 2; ++serial) {
+        publish(channel, serial);
+        EXPECT_EQ(receiveFrom(channel).kind, Kind::confirmed);
+        for (int reading = 0; reading < 3; ++reading) {
+            EXPECT_TRUE(OtherReader().read("UTF8_STRING"));
+        }
+        const KeeperMessage report = receiveFrom(channel);
+        EXPECT_EQ(report.kind, Kind::textRead);
+        EXPECT_EQ(report.serial, serial);
     }
 }
 
