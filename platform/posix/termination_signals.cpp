@@ -114,4 +114,15 @@ void TerminationSignals::endProcess() { endBy(firstSignal); }
 
 int terminationDescriptor() { return readEnd; }
 
+TerminationSignalsBlock::TerminationSignalsBlock() : before_() {
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    for (const int signal : signals) {
+        sigaddset(&blocked, signal);
+    }
+    pthread_sigmask(SIG_BLOCK, &blocked, &before_);
+}
+
+TerminationSignalsBlock::~TerminationSignalsBlock() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
 }  // namespace lomaris

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <optional>
 
 namespace lomaris {
@@ -36,5 +37,18 @@ public:
 /// The `descriptor` of the current instance; negative if there is none. For waits that do not know which code catches
 /// the signals. Any thread.
 [[nodiscard]] int terminationDescriptor();
+
+/// Blocks the signals that ask the process to end in the current thread until it is destroyed, on the same thread; they
+/// are delivered then. For short work that must not be interrupted in the middle, in a process with one thread.
+class TerminationSignalsBlock {
+public:
+    TerminationSignalsBlock();
+    TerminationSignalsBlock(const TerminationSignalsBlock&) = delete;
+    TerminationSignalsBlock& operator=(const TerminationSignalsBlock&) = delete;
+    ~TerminationSignalsBlock();
+
+private:
+    sigset_t before_;
+};
 
 }  // namespace lomaris

@@ -1,4 +1,6 @@
+#include "platform/linux/key_poster.h"
 #include "platform/native_platform.h"
+#include "platform/posix/termination_signals.h"
 #include "tests/support/process.h"
 #include "tests/support/running_program.h"
 #include "tests/x11/key_hand.h"
@@ -8,8 +10,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <memory>
 #include <string>
 #include <thread>
@@ -154,6 +158,31 @@ TEST_F(KeyPosting, UnlocksTheCapitalsForThePressAndLocksThemAgain) {
     EXPECT_EQ(window().takeKeys(), (Keys{"+v lock", "-v lock"}));
     turn(capsLock);
     EXPECT_EQ(post(deleteKey), deleteArrived);
+}
+
+TEST_F(KeyPosting, IsCompletedBeforeASecondSignalEndsTheProcess) {
+    turn(capsLock);
+    static_cast<void>(window().takeKeys());
+    const pid_t process = fork();
+    if (process == 0) {
+        TerminationSignals signals;
+        signals.setSecondSignalEnds(true);
+        X11Connection connection;
+        KeyPoster(connection).press({.keysym = 'c', .withControl = true}, [] {
+            std::raise(SIGTERM);
+            std::raise(SIGINT);
+            return true;
+        });
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(process, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(window().takeKeys(), copyArrived);
+    hand().holdAsUser(key('v'));
+    hand().releaseAsUser(key('v'));
+    EXPECT_EQ(window().takeKeys(), (Keys{"+v lock", "-v lock"}));
+    turn(capsLock);
 }
 
 TEST_F(KeyPosting, LeavesNumLockAlone) {

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/keyboard/key_poster.h"
 
+#include "platform/posix/termination_signals.h"
+
 #include <array>
 #include <cstring>
 
@@ -38,6 +40,8 @@ void KeyPoster::press(KeyWish wish, const std::function<bool()>& mayPress) {
     if (!isReady()) {
         return;
     }
+    // A signal that ended the process between the press and the putting back would leave the keyboard changed.
+    const TerminationSignalsBlock block;
     connection_.xcb().grab_server(connection_.handle());
     if (mayPress()) {
         pressWhileGrabbed(wish);

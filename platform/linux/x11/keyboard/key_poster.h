@@ -11,7 +11,8 @@ namespace lomaris {
 /// Presses keys through an X server. Main thread; never throws.
 ///
 /// A press is one batch of requests, written to the server at once: it arrives whole or not at all, so that no key
-/// stays down when this process or the connection ends in the middle. While the keyboard is looked at, the key pressed
+/// stays down when this process or the connection ends in the middle. Modifiers and locks are put back by a second
+/// batch; signals that ask the process to end are blocked until then. While the keyboard is looked at, the key pressed
 /// and the modifiers put back, no other program can come between (the server is grabbed); the user's own keys can.
 class KeyPoster {
 public:
