@@ -40,14 +40,14 @@ TEST_P(AccessibilityContract, IsTrustedWithAndWithoutPrompt) {
     EXPECT_TRUE(accessibility().isProcessTrusted(TrustPrompt::ask));
 }
 
-TEST_P(AccessibilityContract, ReadsTheSelectionTheRangeAndTheWholeText) {
+TEST_P(AccessibilityContract, ReadsTheSelectionTheRangeAndTheValue) {
     EXPECT_EQ(accessibility().copyAttribute(text(), attribute::selectedText), answerOf(Text(u"brown fox")));
     EXPECT_EQ(accessibility().copyAttribute(text(), attribute::selectedTextRange), answerOf(TextRange{10, 9}));
     EXPECT_EQ(accessibility().copyAttribute(text(), attribute::value), answerOf(Text(u"The quick brown fox")));
     EXPECT_EQ(accessibility().copyAttribute(text(), attribute::role), answerOf(Text(u"AXTextArea")));
 }
 
-TEST_P(AccessibilityContract, FindsTheSameFocusedElementThroughTheSystemWideElement) {
+TEST_P(AccessibilityContract, SystemWideElementReturnsTheSameFocusedElement) {
     Accessibility& service = accessibility();
     const ElementAnswer focused =
         service.copyElementAttribute(service.systemWideElement(), attribute::focusedUIElement);
@@ -56,7 +56,7 @@ TEST_P(AccessibilityContract, FindsTheSameFocusedElementThroughTheSystemWideElem
     EXPECT_EQ(*focused.element, text());
 }
 
-TEST_P(AccessibilityContract, ElementsAreEqualWhenTheyDenoteTheSame) {
+TEST_P(AccessibilityContract, ElementsAreEqualIfTheyDenoteTheSame) {
     EXPECT_EQ(application(), application());
     EXPECT_EQ(text(), text());
     EXPECT_EQ(window(), window());
@@ -66,7 +66,7 @@ TEST_P(AccessibilityContract, ElementsAreEqualWhenTheyDenoteTheSame) {
     EXPECT_EQ(accessibility().systemWideElement(), accessibility().systemWideElement());
 }
 
-TEST_P(AccessibilityContract, ReachesTheTextThroughTheChildrenOfTheWindow) {
+TEST_P(AccessibilityContract, FindsTheTextAmongTheChildrenOfTheWindow) {
     const Element sought = text();
     std::deque<Element> queue{window()};
     for (int visits = 0; !queue.empty() && visits < 3000; ++visits) {
@@ -83,7 +83,7 @@ TEST_P(AccessibilityContract, ReachesTheTextThroughTheChildrenOfTheWindow) {
     FAIL() << "the text area is not below the window";
 }
 
-TEST_P(AccessibilityContract, AnErrorComesWithoutAValue) {
+TEST_P(AccessibilityContract, AnErrorHasNoValue) {
     for (const Element& element : {application(), window(), text(), accessibility().systemWideElement()}) {
         const AttributeAnswer answer = accessibility().copyAttribute(element, unknownAttribute);
         EXPECT_NE(answer.error, AXError::success);
@@ -94,7 +94,7 @@ TEST_P(AccessibilityContract, AnErrorComesWithoutAValue) {
     }
 }
 
-TEST_P(AccessibilityContract, AValueTakenAsAnElementAnswersErrors) {
+TEST_P(AccessibilityContract, AValueReadAsAnElementFailsEveryCall) {
     const ElementAnswer answer = accessibility().copyElementAttribute(text(), attribute::value);
     ASSERT_EQ(answer.error, AXError::success);
     ASSERT_TRUE(answer.element.has_value());
@@ -107,7 +107,7 @@ TEST_P(AccessibilityContract, AValueTakenAsAnElementAnswersErrors) {
     EXPECT_FALSE(*answer.element == text());
 }
 
-TEST_P(AccessibilityContract, ABatchAnswersWhatSingleCopiesAnswer) {
+TEST_P(AccessibilityContract, ABatchReturnsWhatSingleCopiesReturn) {
     const std::vector<Element> elements{text(), application(), window(), text()};
     constexpr std::array<std::string_view, 7> attributes{
         attribute::role,  attribute::selectedText, attribute::selectedTextRange, attribute::value, attribute::children,
@@ -122,7 +122,7 @@ TEST_P(AccessibilityContract, ABatchAnswersWhatSingleCopiesAnswer) {
     EXPECT_EQ(accessibility().copyAttributes(elements, attributes), expected);
 }
 
-TEST_P(AccessibilityContract, ABatchOfNothingAnswersNothing) {
+TEST_P(AccessibilityContract, AnEmptyBatchReturnsNothing) {
     const std::vector<Element> elements{text(), window()};
     constexpr std::array<std::string_view, 1> attributes{attribute::role};
     EXPECT_EQ(accessibility().copyAttributes({}, attributes), std::vector<std::vector<AttributeAnswer>>{});
@@ -130,7 +130,7 @@ TEST_P(AccessibilityContract, ABatchOfNothingAnswersNothing) {
     EXPECT_EQ(accessibility().areAttributesSettable({}, attribute::role), std::vector<SettableAnswer>{});
 }
 
-TEST_P(AccessibilityContract, SaysWhichAttributesCanBeSet) {
+TEST_P(AccessibilityContract, ReportsWhichAttributesAreSettable) {
     EXPECT_EQ(accessibility().isAttributeSettable(text(), attribute::selectedText),
               (SettableAnswer{AXError::success, true}));
     const SettableAnswer role = accessibility().isAttributeSettable(text(), attribute::role);
@@ -139,7 +139,7 @@ TEST_P(AccessibilityContract, SaysWhichAttributesCanBeSet) {
     EXPECT_FALSE(unknown.error == AXError::success && unknown.settable);
 }
 
-TEST_P(AccessibilityContract, SettableQuestionsInABatchAnswerAsSingleOnes) {
+TEST_P(AccessibilityContract, ABatchReportsSettabilityAsSingleQueries) {
     const std::vector<Element> elements{window(), text(), application(), text()};
     for (const std::string_view name : {attribute::selectedText, attribute::role, unknownAttribute}) {
         std::vector<SettableAnswer> expected;
@@ -157,7 +157,7 @@ TEST_P(AccessibilityContract, SettingTheSelectedTextReplacesTheSelection) {
     EXPECT_EQ(accessibility().copyAttribute(text(), attribute::selectedText), answerOf(Text()));
 }
 
-TEST_P(AccessibilityContract, RefusesToSetWhatCannotBeSet) {
+TEST_P(AccessibilityContract, RefusesToSetAnAttributeThatIsNotSettable) {
     EXPECT_NE(accessibility().setAttribute(text(), unknownAttribute, true), AXError::success);
     EXPECT_NE(accessibility().setAttribute(text(), attribute::selectedText, NullValue{}), AXError::success);
     EXPECT_EQ(accessibility().copyAttribute(text(), attribute::value), answerOf(Text(u"The quick brown fox")));
@@ -167,13 +167,13 @@ TEST_P(AccessibilityContract, RefusesAnUnknownAction) {
     EXPECT_NE(accessibility().performAction(text(), "AXNoSuchActionAtAll"), AXError::success);
 }
 
-TEST_P(AccessibilityContract, TellsTheProcessOfAnElement) {
+TEST_P(AccessibilityContract, ReturnsTheProcessOfAnElement) {
     EXPECT_EQ(accessibility().processIdentifier(application()), world().application());
     EXPECT_EQ(accessibility().processIdentifier(window()), world().application());
     EXPECT_EQ(accessibility().processIdentifier(text()), world().application());
 }
 
-TEST_P(AccessibilityContract, ElementsOfAnApplicationThatQuitAnswerErrors) {
+TEST_P(AccessibilityContract, ElementsOfAnApplicationThatQuitReturnErrors) {
     const std::vector<Element> elements{application(), window(), text()};
     world().quitApplication();
     for (const Element& element : elements) {

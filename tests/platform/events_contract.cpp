@@ -13,7 +13,7 @@ constexpr KeyStroke copyKey{8, commandFlag};
 constexpr KeyStroke pasteKey{9, commandFlag};
 constexpr KeyStroke deleteKey{51, 0};
 
-TEST_P(EventsContract, ThePermissionIsThereWithAndWithoutAsking) {
+TEST_P(EventsContract, ThePermissionIsGrantedWithAndWithoutRequest) {
     EXPECT_TRUE(events().preflightPostEventAccess());
     EXPECT_TRUE(events().requestPostEventAccess());
     EXPECT_TRUE(events().preflightPostEventAccess());
@@ -31,20 +31,20 @@ TEST_P(EventsContract, CreatingAKeyStrokePostsNothing) {
     EXPECT_EQ(events().inputCounter(InputEventType::keyDown), before);
 }
 
-TEST_P(EventsContract, CountersStandStillWhileNobodyTypes) {
+TEST_P(EventsContract, CountersDoNotChangeWithoutInput) {
     for (const InputEventType type : {InputEventType::keyDown, InputEventType::leftMouseDown,
                                       InputEventType::rightMouseDown, InputEventType::otherMouseDown}) {
         EXPECT_EQ(events().inputCounter(type), events().inputCounter(type)) << static_cast<std::uint32_t>(type);
     }
 }
 
-TEST_P(EventsContract, TheKeyCounterMovesWhenTheUserTypes) {
+TEST_P(EventsContract, TheKeyCounterIncreasesWhenTheUserTypes) {
     const std::uint32_t before = events().inputCounter(InputEventType::keyDown);
     world().userTypes();
     EXPECT_NE(events().inputCounter(InputEventType::keyDown), before);
 }
 
-TEST_P(EventsContract, TheKeyCounterMovesWhenAKeyIsPostedToTheSession) {
+TEST_P(EventsContract, TheKeyCounterIncreasesWhenAKeyIsPosted) {
     const auto keyStroke = events().createKeyStroke(deleteKey);
     ASSERT_NE(keyStroke, nullptr);
     world().prepareForKeys();

@@ -78,13 +78,13 @@ std::vector<Contents> contentsOf(Pasteboard& pasteboard) {
     return contents;
 }
 
-TEST_P(PasteboardContract, IsEmptyOnceCleared) {
+TEST_P(PasteboardContract, IsEmptyAfterClearing) {
     pasteboard().clearContents();
     EXPECT_EQ(contentsOf(pasteboard()), std::vector<Contents>{});
     EXPECT_EQ(pasteboard().string(), std::nullopt);
 }
 
-TEST_P(PasteboardContract, GivesBackWhatWasWritten) {
+TEST_P(PasteboardContract, ReturnsWhatWasWritten) {
     const Bytes binary("\0\x01\xff\n\0", 5);
     NewPasteboardItem item = plainItem("caf\xc3\xa9");
     item.data.emplace_back(privateType, binary);
@@ -108,14 +108,14 @@ TEST_P(PasteboardContract, AnEmptyTextIsAText) {
     EXPECT_EQ(pasteboard().string(), Text());
 }
 
-TEST_P(PasteboardContract, HasNoBytesForATypeThatIsNotThere) {
+TEST_P(PasteboardContract, HasNoBytesForAMissingType) {
     ASSERT_TRUE(write(pasteboard(), plainItem("words")));
     const auto items = pasteboard().items();
     ASSERT_EQ(items.size(), 1U);
     EXPECT_EQ(items[0]->data(privateType), std::nullopt);
 }
 
-TEST_P(PasteboardContract, ItemsAnswerNothingOnceTheContentsChanged) {
+TEST_P(PasteboardContract, ItemsReturnNothingOnceTheContentsChanged) {
     ASSERT_TRUE(write(pasteboard(), plainItem("old")));
     const auto items = pasteboard().items();
     ASSERT_EQ(items.size(), 1U);
@@ -124,7 +124,7 @@ TEST_P(PasteboardContract, ItemsAnswerNothingOnceTheContentsChanged) {
     EXPECT_EQ(items[0]->data(stringType), std::nullopt);
 }
 
-TEST_P(PasteboardContract, TheChangeCountMovesWithWritesAndStandsStillWithReads) {
+TEST_P(PasteboardContract, TheChangeCountChangesWithWritesButNotWithReads) {
     const std::int64_t first = pasteboard().changeCount();
     ASSERT_TRUE(write(pasteboard(), plainItem("words")));
     const std::int64_t second = pasteboard().changeCount();
@@ -136,7 +136,7 @@ TEST_P(PasteboardContract, TheChangeCountMovesWithWritesAndStandsStillWithReads)
     EXPECT_NE(pasteboard().changeCount(), second);
 }
 
-TEST_P(PasteboardContract, SeesWhatAnotherProgramCopies) {
+TEST_P(PasteboardContract, ReadsWhatAnotherProgramCopies) {
     ASSERT_TRUE(write(pasteboard(), plainItem("mine")));
     const std::int64_t before = pasteboard().changeCount();
     world().otherProgramCopies({{stringType, "theirs"}});
@@ -153,7 +153,7 @@ TEST_P(PasteboardContract, AnotherProgramReadsWhatWasWritten) {
     EXPECT_EQ(world().otherProgramReads("com.example.missing"), std::nullopt);
 }
 
-TEST_P(PasteboardContract, AsksForAPromiseOnlyWhenItsTypeIsRead) {
+TEST_P(PasteboardContract, RequestsPromisedDataOnlyWhenItsTypeIsRead) {
     const auto provider = std::make_shared<RecordingProvider>("promised words");
     ASSERT_TRUE(write(pasteboard(), promisedItem(provider)));
     const std::int64_t count = pasteboard().changeCount();
@@ -174,7 +174,7 @@ TEST_P(PasteboardContract, AsksForAPromiseOnlyWhenItsTypeIsRead) {
     EXPECT_EQ(pasteboard().changeCount(), count) << "keeping a promise is no change";
 }
 
-TEST_P(PasteboardContract, LetsGoOfTheProviderOnceTheContentsChanged) {
+TEST_P(PasteboardContract, ReleasesTheProviderOnceTheContentsChanged) {
     auto provider = std::make_shared<RecordingProvider>("promised words");
     const std::weak_ptr<RecordingProvider> watched = provider;
     ASSERT_TRUE(write(pasteboard(), promisedItem(provider)));
@@ -192,7 +192,7 @@ TEST_P(PasteboardContract, HasOneHoldAtATime) {
     EXPECT_NE(pasteboard().tryHold(), nullptr);
 }
 
-TEST_P(PasteboardContract, HoldsNothingThatAnotherProcessHolds) {
+TEST_P(PasteboardContract, CannotBeHeldWhileAnotherProcessHoldsIt) {
     ASSERT_TRUE(world().otherProcessHolds());
     EXPECT_EQ(pasteboard().tryHold(), nullptr);
     world().otherProcessReleases();
@@ -203,7 +203,7 @@ TEST_P(PasteboardContract, HoldsNothingThatAnotherProcessHolds) {
     EXPECT_TRUE(world().otherProcessHolds());
 }
 
-TEST_P(PasteboardContract, AHoldLeavesTheContentsAsTheyAre) {
+TEST_P(PasteboardContract, AHoldDoesNotChangeTheContents) {
     world().otherProgramCopies({{stringType, "theirs"}});
     const std::int64_t count = pasteboard().changeCount();
     auto hold = pasteboard().tryHold();
@@ -226,14 +226,14 @@ TEST_P(PasteboardContract, IsHeldAgainAfterThePastedTextWasRead) {
     EXPECT_FALSE(world().otherProcessHolds());
 }
 
-TEST_P(PasteboardContract, ResolvesItsPromisesAtItsEnd) {
+TEST_P(PasteboardContract, ProvidesItsPromisedDataOnDestruction) {
     const auto provider = std::make_shared<RecordingProvider>("promised words");
     ASSERT_TRUE(write(pasteboard(), promisedItem(provider)));
     world().endPlatform();
     EXPECT_EQ(provider->asked, (std::vector<PasteboardType>{stringType}));
 }
 
-TEST_P(PasteboardContract, ResolvesNothingAtItsEndThatIsNoLongerThere) {
+TEST_P(PasteboardContract, ProvidesNoReplacedPromisesOnDestruction) {
     const auto provider = std::make_shared<RecordingProvider>("promised words");
     ASSERT_TRUE(write(pasteboard(), promisedItem(provider)));
     world().otherProgramCopies({{stringType, "theirs"}});

@@ -47,7 +47,7 @@ struct Signal {
     bool isRaised = false;
 };
 
-TEST_P(SchedulingContract, SleepsAtLeastAsLongAsAsked) {
+TEST_P(SchedulingContract, SleepsAtLeastAsLongAsRequested) {
     for (const Duration duration : {Duration(1), Duration(milliseconds(2)), Duration(milliseconds(20))}) {
         const Moment start = scheduling().now();
         scheduling().sleep(duration);
@@ -55,14 +55,14 @@ TEST_P(SchedulingContract, SleepsAtLeastAsLongAsAsked) {
     }
 }
 
-TEST_P(SchedulingContract, ReturnsFromASleepOfNothing) {
+TEST_P(SchedulingContract, ReturnsFromASleepOfZeroOrLess) {
     scheduling().sleep(Duration(0));
     scheduling().sleep(-seconds(1));
     scheduling().sleep(Duration::min());
     SUCCEED();
 }
 
-TEST_P(SchedulingContract, TheClockNeverGoesBack) {
+TEST_P(SchedulingContract, TheClockNeverDecreases) {
     Moment last = scheduling().now();
     for (int reading = 0; reading < 1000; ++reading) {
         const Moment now = scheduling().now();
@@ -71,13 +71,13 @@ TEST_P(SchedulingContract, TheClockNeverGoesBack) {
     }
 }
 
-TEST_P(SchedulingContract, ASliceLastsItsFullTimeWithNothingToServe) {
+TEST_P(SchedulingContract, ASliceLastsItsFullTimeWithoutBlocks) {
     const Moment start = scheduling().now();
     scheduling().runLoopSlice(milliseconds(20));
     EXPECT_GE(scheduling().now() - start, milliseconds(20));
 }
 
-TEST_P(SchedulingContract, ASliceLastsItsFullTimeWithBlocksToServe) {
+TEST_P(SchedulingContract, ASliceLastsItsFullTimeWithBlocks) {
     bool hasRun = false;
     scheduling().runOnMainQueue([&hasRun] { hasRun = true; });
     const Moment start = scheduling().now();
@@ -86,13 +86,13 @@ TEST_P(SchedulingContract, ASliceLastsItsFullTimeWithBlocksToServe) {
     EXPECT_TRUE(hasRun);
 }
 
-TEST_P(SchedulingContract, ASliceOfNothingReturns) {
+TEST_P(SchedulingContract, ASliceOfZeroOrLessReturns) {
     scheduling().runLoopSlice(Duration(0));
     scheduling().runLoopSlice(-seconds(1));
     SUCCEED();
 }
 
-TEST_P(SchedulingContract, TheMainQueueRunsInOrderOnTheMainThreadAndOnlyInSlices) {
+TEST_P(SchedulingContract, TheMainQueueRunsInOrderOnTheMainThreadInSlices) {
     const std::thread::id mainThread = std::this_thread::get_id();
     std::vector<int> order;
     for (int number = 1; number <= 3; ++number) {
@@ -131,7 +131,7 @@ TEST_P(SchedulingContract, BackgroundBlocksRunOnAnotherThreadAndReachTheMainQueu
     EXPECT_TRUE(turnUntil([&hasReturned] { return hasReturned; }));
 }
 
-TEST_P(SchedulingContract, ASliceServesWhatABackgroundBlockQueuesDuringIt) {
+TEST_P(SchedulingContract, ASliceRunsBlocksQueuedDuringIt) {
     bool hasReturned = false;
     scheduling().runInBackground([this, &hasReturned] {
         scheduling().sleep(milliseconds(30));
@@ -147,7 +147,7 @@ TEST_P(SchedulingContract, AWaitEndsAtItsDeadline) {
     EXPECT_GE(scheduling().now(), deadline);
 }
 
-TEST_P(SchedulingContract, AWaitForAMomentThatIsPastEnds) {
+TEST_P(SchedulingContract, AWaitForAPastMomentEnds) {
     Signal signal(scheduling());
     const std::lock_guard guard(*signal.condition);
     signal.condition->waitUntil(scheduling().now());
@@ -178,7 +178,7 @@ TEST_P(SchedulingContract, ABroadcastWakesEveryBackgroundBlock) {
     EXPECT_EQ(woken, 3);
 }
 
-TEST_P(SchedulingContract, TheLockLetsOneInAtATime) {
+TEST_P(SchedulingContract, TheLockExcludesOtherThreads) {
     const std::shared_ptr<Condition> condition = scheduling().makeCondition();
     int inside = 0;
     int entries = 0;
@@ -202,14 +202,14 @@ TEST_P(SchedulingContract, TheLockLetsOneInAtATime) {
     EXPECT_EQ(crowds, 0);
 }
 
-TEST_P(SchedulingContract, ReleasesWhatABlockHeldOnceItRan) {
+TEST_P(SchedulingContract, ReleasesTheCapturesOfABlockThatRan) {
     auto held = std::make_shared<int>(7);
     const std::weak_ptr<int> watched = held;
     scheduling().runInBackground([this, moved = std::move(held)] { scheduling().runOnMainQueue([moved] {}); });
     EXPECT_TRUE(turnUntil([&watched] { return watched.expired(); }));
 }
 
-TEST_P(SchedulingContract, EndsWhileABackgroundBlockStillWaits) {
+TEST_P(SchedulingContract, IsDestroyedWhileABackgroundBlockWaits) {
     const auto condition = scheduling().makeCondition();
     const Moment deadline = scheduling().now() + seconds(10);
     scheduling().runInBackground([condition, deadline] {
@@ -221,14 +221,14 @@ TEST_P(SchedulingContract, EndsWhileABackgroundBlockStillWaits) {
     SUCCEED();
 }
 
-TEST_P(SchedulingContract, DropsTheMainQueueAtItsEnd) {
+TEST_P(SchedulingContract, DropsTheMainQueueOnDestruction) {
     bool hasRun = false;
     scheduling().runOnMainQueue([&hasRun] { hasRun = true; });
     endWorld();
     EXPECT_FALSE(hasRun);
 }
 
-TEST_P(SchedulingContract, ATerminationGuardThatNobodyNeedsRunsNothing) {
+TEST_P(SchedulingContract, ATerminationGuardRunsNothingWithoutASignal) {
     int cleanUps = 0;
     {
         const auto outer = scheduling().onTermination([&cleanUps] { ++cleanUps; });

@@ -62,7 +62,7 @@ TEST(SimulatedAccessibility, WithoutAScriptNothingIsSupported) {
     EXPECT_EQ(world.service.processIdentifier(element), 812);
 }
 
-TEST(SimulatedAccessibility, AnswersEveryKindOfValueAsItWasScripted) {
+TEST(SimulatedAccessibility, ReturnsEveryKindOfScriptedValue) {
     OneElement world;
     const Element element = world.field.element();
     const std::vector<AttributeValue> values{NullValue{},
@@ -83,13 +83,13 @@ TEST(SimulatedAccessibility, AnswersEveryKindOfValueAsItWasScripted) {
     }
 }
 
-TEST(SimulatedAccessibility, AnErrorNeverComesWithAValue) {
+TEST(SimulatedAccessibility, AnErrorHasNoValue) {
     OneElement world;
     world.field.answers(attribute::value, AttributeAnswer{AXError::noValue, Text(u"ignored")});
     EXPECT_EQ(world.read(attribute::value), answer(AXError::noValue));
 }
 
-TEST(SimulatedAccessibility, AnswersInTurnCountSingleAndBatchedReads) {
+TEST(SimulatedAccessibility, RepliesInTurnCountSingleAndBatchedReads) {
     OneElement world;
     const AttributeAnswer first = answer(AXError::cannotComplete);
     const AttributeAnswer second = answer(Text(u"two"));
@@ -123,7 +123,7 @@ TEST(SimulatedAccessibility, AnElementCopyCountsAsAReadAndKeepsTheErrorCode) {
     EXPECT_EQ(third.element, world.field.element());
 }
 
-TEST(SimulatedAccessibility, WhateverIsTakenAsAnElementAnswersIllegalArgument) {
+TEST(SimulatedAccessibility, AValueReadAsAnElementReturnsIllegalArgument) {
     OneElement world;
     world.field.answers(attribute::focusedUIElement, Text(u"no element"));
     const ElementAnswer taken = world.service.copyElementAttribute(world.field.element(), attribute::focusedUIElement);
@@ -209,7 +209,7 @@ TEST(SimulatedAccessibility, AnApplicationThatStartsAgainHasNewElements) {
     EXPECT_EQ(root, again.element().element());
 }
 
-TEST(SimulatedTextArea, WritesOverTheSelectionAndLeavesTheInsertionPointBehind) {
+TEST(SimulatedTextArea, WritesOverTheSelectionAndMovesTheInsertionPoint) {
     OneElement world;
     SimulatedTextElement text = world.notes.addTextElement(u"The quick brown fox", {4, 5});
     Accessibility& service = world.service;
@@ -223,7 +223,7 @@ TEST(SimulatedTextArea, WritesOverTheSelectionAndLeavesTheInsertionPointBehind) 
     EXPECT_EQ(text.selection(), (TextRange{3, 0}));
 }
 
-TEST(SimulatedTextArea, RefusesRangesOutsideAndValuesOfAnotherKind) {
+TEST(SimulatedTextArea, RefusesRangesOutsideTheTextAndOtherTypes) {
     OneElement world;
     SimulatedTextElement text = world.notes.addTextElement(u"fox", {0, 3});
     constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
@@ -240,7 +240,7 @@ TEST(SimulatedTextArea, RefusesRangesOutsideAndValuesOfAnotherKind) {
     EXPECT_EQ(text.selection(), (TextRange{0, 3}));
 }
 
-TEST(SimulatedTextArea, AScriptTakesThePlaceOfItsBehaviour) {
+TEST(SimulatedTextArea, AScriptReplacesItsBehavior) {
     OneElement world;
     SimulatedTextElement text = world.notes.addTextElement(u"fox", {0, 3});
     text.answers(attribute::selectedText, AXError::cannotComplete);
@@ -256,7 +256,7 @@ TEST(SimulatedTextArea, AScriptTakesThePlaceOfItsBehaviour) {
     EXPECT_EQ(text.text(), u"dog");
 }
 
-TEST(SimulatedLatency, PassesBeforeTheApplicationAnswers) {
+TEST(SimulatedLatency, PassesBeforeTheApplicationReplies) {
     OneElement world;
     world.field.answers(attribute::value, Text(u"before"));
     world.desktop.setLatency(milliseconds(3));
@@ -265,7 +265,7 @@ TEST(SimulatedLatency, PassesBeforeTheApplicationAnswers) {
     EXPECT_EQ(world.desktop.now(), milliseconds(3));
 }
 
-TEST(SimulatedLatency, IsPaidOnceForEachCallThatCrosses) {
+TEST(SimulatedLatency, PassesOncePerCallToAnApplication) {
     OneElement world;
     world.desktop.setLatency(milliseconds(1));
     const Element element = world.field.element();
@@ -289,7 +289,7 @@ TEST(SimulatedLatency, IsPaidOnceForEachCallThatCrosses) {
     EXPECT_EQ(timeOf([&] { return service.applicationElement(812); }), milliseconds(0));
 }
 
-TEST(SimulatedLatency, OfOneCallTakesThePlaceOfTheOther) {
+TEST(SimulatedLatency, OfOneCallReplacesTheGeneralOne) {
     OneElement world;
     world.desktop.setLatency(milliseconds(1));
     world.desktop.setLatencyOf("performAction", milliseconds(5));
@@ -302,7 +302,7 @@ TEST(SimulatedLatency, OfOneCallTakesThePlaceOfTheOther) {
     EXPECT_EQ(world.desktop.now(), milliseconds(6));
 }
 
-TEST(SimulatedJournal, NamesEveryAccessibilityCallItsArgumentsAndItsAnswer) {
+TEST(SimulatedJournal, RecordsAccessibilityCallsArgumentsAndResults) {
     OneElement world;
     Accessibility& service = world.service;
     const Element field = world.field.element();
@@ -352,7 +352,7 @@ TEST(SimulatedAccessibility, ComparesUnderTheLanguageOfTheUser) {
     EXPECT_FALSE(desktop.accessibility().containsIgnoringCase(u"ED\u0130TOR", u"editor"));
 }
 
-TEST(SimulatedAccessibility, FindsTheWordOfEditorsAsTheReferenceDoes) {
+TEST(SimulatedAccessibility, ComparesAsInEveryReferenceCase) {
     SimulatedDesktop desktop;
     for (const Vector& vector : readVectors("editor-identifier")) {
         EXPECT_EQ(desktop.accessibility().containsIgnoringCase(textOf(vector.value.at("text")), u"editor"),

@@ -44,7 +44,7 @@ TEST(SimulatedCondition, WakesAtTheMomentOfTheBroadcast) {
     EXPECT_EQ(scheduling.now(), milliseconds(5700)) << "the deadline that was left moves nothing";
 }
 
-TEST(SimulatedCondition, WhoWaitsForTheLockGetsItInTheOrderOfAsking) {
+TEST(SimulatedCondition, GrantsTheLockInTheOrderOfRequests) {
     SimulatedDesktop desktop;
     Scheduling& scheduling = desktop.scheduling();
     const auto condition = scheduling.makeCondition();
@@ -85,7 +85,7 @@ TEST(SimulatedCondition, ABroadcastAtTheDeadlineWakesOnce) {
     EXPECT_EQ(wakes, 2);
 }
 
-TEST(SimulatedCondition, ABroadcastAfterTheDeadlineWakesNobodyFromALaterSleep) {
+TEST(SimulatedCondition, ABroadcastAfterTheDeadlineEndsNoLaterSleep) {
     SimulatedDesktop desktop;
     Scheduling& scheduling = desktop.scheduling();
     const auto condition = scheduling.makeCondition();

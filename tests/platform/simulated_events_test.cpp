@@ -31,7 +31,7 @@ TEST(SimulatedEvents, PermissionIsScripted) {
     }
 }
 
-TEST(SimulatedEvents, RemembersWhatWasPostedWhereAndWhen) {
+TEST(SimulatedEvents, RecordsWhatWasPostedWhereAndWhen) {
     SimulatedDesktop desktop;
     const auto copy = desktop.events().createKeyStroke({8, commandFlag});
     const auto remove = desktop.events().createKeyStroke({51, 0});
@@ -57,7 +57,7 @@ TEST(SimulatedEvents, FailsToCreateAsManyKeyStrokesAsScripted) {
     EXPECT_EQ(desktop.postedKeyStrokes(), std::vector<PostedKeyStroke>{});
 }
 
-TEST(SimulatedEvents, CountsWhatTheUserDoes) {
+TEST(SimulatedEvents, CountsTheInputOfTheUser) {
     SimulatedDesktop desktop;
     desktop.setInputCounters({1532, 210, 4, 0});
     desktop.userTypes();

@@ -69,7 +69,7 @@ Lines stageAndRelease() {
     return desktop.journal();
 }
 
-TEST(SimulatedJournal, TellsTheReleaseOfAStagedTextCallByCall) {
+TEST(SimulatedJournal, RecordsTheReleaseOfAStagedTextCallByCall) {
     EXPECT_EQ(stageAndRelease(), (Lines{
                                      "0.000000000 makeCondition() -> condition 1",
                                      "0.000000000 clearContents()",
@@ -130,7 +130,7 @@ TEST(SimulatedJournal, IsTheSameForTheSameScenario) {
     }
 }
 
-TEST(SimulatedJournal, HasTheLineOfACallWhileItStillLasts) {
+TEST(SimulatedJournal, HasTheLineOfACallDuringTheCall) {
     SimulatedDesktop desktop;
     SimulatedApplication notes = desktop.addApplication(812, std::nullopt, std::nullopt);
     desktop.setLatency(milliseconds(5));
@@ -141,7 +141,7 @@ TEST(SimulatedJournal, HasTheLineOfACallWhileItStillLasts) {
     EXPECT_EQ(desktop.journal(), (Lines{"0.000000000 copyAttribute(812, AXRole) -> error -25205"}));
 }
 
-TEST(SimulatedJournal, TakesNobodyForTheUserAfterAnActionThatFailed) {
+TEST(SimulatedJournal, DoesNotMarkCallsAsTheUsersAfterAFailedAction) {
     SimulatedDesktop desktop;
     desktop.beforeCall(1, [] { throw std::runtime_error("failed"); });
     EXPECT_THROW(static_cast<void>(desktop.pasteboard().changeCount()), std::runtime_error);

@@ -90,7 +90,7 @@ protected:
     Looks looks;
 };
 
-TEST_F(SimulatedKeeper, RestoresAtOnceIfTheProcessIsKilled) {
+TEST_F(SimulatedKeeper, RestoresImmediatelyIfTheProcessIsKilled) {
     begin();
     desktop.kill();
     EXPECT_EQ(text(), "mine");
@@ -131,7 +131,7 @@ TEST_F(SimulatedKeeper, RestoresOverALateCopyOfTheTargetWithinTheWait) {
     EXPECT_EQ(looks, (Looks{"mine, in use", "mine, in use", "mine, free"}));
 }
 
-TEST_F(SimulatedKeeper, LeavesALaterCopyOfTheTargetAlone) {
+TEST_F(SimulatedKeeper, KeepsALaterCopyOfTheTarget) {
     notes.onCopy(copies(u"late").after(1s));
     begin();
     hold->expectCopy(812, 1s);
@@ -141,7 +141,7 @@ TEST_F(SimulatedKeeper, LeavesALaterCopyOfTheTargetAlone) {
     EXPECT_EQ(text(), "late");
 }
 
-TEST_F(SimulatedKeeper, TellsTheTargetFromAnotherApplication) {
+TEST_F(SimulatedKeeper, DistinguishesTheTargetFromAnotherApplication) {
     desktop.addApplication(900, std::nullopt, std::nullopt).onCopy(copies(u"theirs").after(100ms));
     desktop.bringToFront(900);
     begin();
@@ -153,7 +153,7 @@ TEST_F(SimulatedKeeper, TellsTheTargetFromAnotherApplication) {
     EXPECT_EQ(looks, (Looks{"mine, in use", "theirs, free"}));
 }
 
-TEST_F(SimulatedKeeper, TellsTheTargetFromTheUser) {
+TEST_F(SimulatedKeeper, DistinguishesTheTargetFromTheUser) {
     begin();
     hold->expectCopy(812, 1s);
     desktop.kill();
@@ -162,7 +162,7 @@ TEST_F(SimulatedKeeper, TellsTheTargetFromTheUser) {
     EXPECT_EQ(text(), "newer");
 }
 
-TEST_F(SimulatedKeeper, TakesNoCopyForTheTargetsIfTheTargetIsUnknown) {
+TEST_F(SimulatedKeeper, KeepsEveryCopyIfTheTargetIsUnknown) {
     notes.onCopy(copies(u"late").after(100ms));
     begin();
     hold->expectCopy(std::nullopt, 1s);
@@ -172,7 +172,7 @@ TEST_F(SimulatedKeeper, TakesNoCopyForTheTargetsIfTheTargetIsUnknown) {
     EXPECT_EQ(text(), "late");
 }
 
-TEST_F(SimulatedKeeper, GivesTheTextToAReaderThatWaitsWhenTheProcessIsKilled) {
+TEST_F(SimulatedKeeper, ProvidesTheTextToAReaderThatWaitsDuringAKill) {
     begin();
     hold->expectPaste(300ms, 2500ms);
     const auto read = readAt(100ms);
@@ -185,7 +185,7 @@ TEST_F(SimulatedKeeper, GivesTheTextToAReaderThatWaitsWhenTheProcessIsKilled) {
     EXPECT_EQ(staged->requests, 0);
 }
 
-TEST_F(SimulatedKeeper, GivesTheTextToAReaderThatComesLaterAndRestoresThen) {
+TEST_F(SimulatedKeeper, ProvidesTheTextToALaterReaderAndThenRestores) {
     begin();
     hold->expectPaste(300ms, 2500ms);
     desktop.kill();
@@ -205,7 +205,7 @@ TEST_F(SimulatedKeeper, RestoresAfterTheGraceWaitIfNoProgramReadsTheText) {
     EXPECT_EQ(looks, (Looks{"staged, in use", "mine, free"}));
 }
 
-TEST_F(SimulatedKeeper, KeepsTheUseAfterAnOrderlyEndUntilTheTextIsRead) {
+TEST_F(SimulatedKeeper, KeepsTheHoldAfterANormalEndUntilTheTextIsRead) {
     begin();
     hold->expectPaste(300ms, 2500ms);
     const auto read = readAt(400ms);
@@ -216,7 +216,7 @@ TEST_F(SimulatedKeeper, KeepsTheUseAfterAnOrderlyEndUntilTheTextIsRead) {
     EXPECT_EQ(text(), "staged");
 }
 
-TEST_F(SimulatedKeeper, KeepsTheUseAfterAnOrderlyEndForTheGraceWaitAtMost) {
+TEST_F(SimulatedKeeper, KeepsTheHoldAfterANormalEndForTheGraceWaitAtMost) {
     begin();
     hold->expectPaste(300ms, 2500ms);
     hold.reset();
@@ -225,7 +225,7 @@ TEST_F(SimulatedKeeper, KeepsTheUseAfterAnOrderlyEndForTheGraceWaitAtMost) {
     EXPECT_EQ(looks, (Looks{"staged, in use", "staged, free"}));
 }
 
-TEST_F(SimulatedKeeper, ReleasesTheUseOfAProcessThatDoesNotRestore) {
+TEST_F(SimulatedKeeper, ReleasesTheHoldOfAProcessThatDoesNotRestore) {
     begin();
     hold->expectPaste(300ms, 2500ms);
     lookAt({3000ms - 1ns, 3000ms});
@@ -235,7 +235,7 @@ TEST_F(SimulatedKeeper, ReleasesTheUseOfAProcessThatDoesNotRestore) {
     EXPECT_FALSE(isFree());
 }
 
-TEST_F(SimulatedKeeper, CannotRetakeTheUseFromAnotherProcess) {
+TEST_F(SimulatedKeeper, CannotRetakeTheHoldFromAnotherProcess) {
     begin();
     hold->expectPaste(300ms, 2500ms);
     desktop.scheduling().sleep(3s);
@@ -245,7 +245,7 @@ TEST_F(SimulatedKeeper, CannotRetakeTheUseFromAnotherProcess) {
     EXPECT_TRUE(hold->retake());
 }
 
-TEST_F(SimulatedKeeper, KeepsNothingThatWasWrittenBeforeTheFirstHold) {
+TEST_F(SimulatedKeeper, DoesNotServeContentsWrittenBeforeTheFirstHold) {
     desktop.pasteboard().clearContents();
     stage();
     const auto read = readAt(100ms);
@@ -255,7 +255,7 @@ TEST_F(SimulatedKeeper, KeepsNothingThatWasWrittenBeforeTheFirstHold) {
     EXPECT_EQ(text(), "promised");
 }
 
-TEST_F(SimulatedKeeper, LeavesPromisesToTheProcessWhileItRuns) {
+TEST_F(SimulatedKeeper, LetsTheRunningProcessProvidePromisedData) {
     begin();
     const auto read = readAt(100ms);
     desktop.scheduling().sleep(200ms);

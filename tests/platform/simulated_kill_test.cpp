@@ -22,7 +22,7 @@ protected:
     }
 };
 
-TEST_F(SimulatedKill, EndsAWaitAtOnce) {
+TEST_F(SimulatedKill, EndsAWaitImmediately) {
     const auto guard = scheduling.onTermination([] { ADD_FAILURE() << "a clean-up ran"; });
     desktop.at(10ms, killIt());
     EXPECT_EQ(signalOf([this] { scheduling.runLoopSlice(50ms); }), SIGKILL);
@@ -30,14 +30,14 @@ TEST_F(SimulatedKill, EndsAWaitAtOnce) {
     EXPECT_EQ(desktop.endedBySignal(), SIGKILL);
 }
 
-TEST_F(SimulatedKill, EndsACallThatWaitsForItsAnswer) {
+TEST_F(SimulatedKill, EndsACallThatWaitsForItsReply) {
     desktop.setLatencyOf("changeCount", 50ms);
     desktop.at(10ms, killIt());
     EXPECT_EQ(signalOf([this] { countChanges(); }), SIGKILL);
     EXPECT_EQ(desktop.now(), 10ms);
 }
 
-TEST_F(SimulatedKill, ComesBeforeACallOfItsNumber) {
+TEST_F(SimulatedKill, HappensBeforeTheNumberedCall) {
     desktop.beforeCall(2, killIt());
     EXPECT_EQ(signalOf([this] {
                   countChanges();
@@ -47,14 +47,14 @@ TEST_F(SimulatedKill, ComesBeforeACallOfItsNumber) {
     EXPECT_EQ(desktop.journal().size(), 1U);
 }
 
-TEST_F(SimulatedKill, IsNotHeldOffByAGuard) {
+TEST_F(SimulatedKill, IsNotDeferredByAGuard) {
     const auto guard = scheduling.onTermination([] { ADD_FAILURE() << "a clean-up ran"; });
     guard->holdOff();
     desktop.at(10ms, killIt());
     EXPECT_EQ(signalOf([this] { scheduling.sleep(50ms); }), SIGKILL);
 }
 
-TEST_F(SimulatedKill, ResolvesNoPromise) {
+TEST_F(SimulatedKill, ProvidesNoPromisedData) {
     const auto provider = promiseText(desktop);
     std::optional<Bytes> read = "not asked";
     desktop.readPasteboardAsAnotherProgram(stringType, [&](auto bytes) { read = std::move(bytes); });
@@ -85,7 +85,7 @@ TEST_F(SimulatedKill, StopsAWriteToThePasteboardWithoutAThrow) {
     EXPECT_EQ(desktop.journal(), Lines{"0.000000000 clearContents()"});
 }
 
-TEST_F(SimulatedKill, CutsACleanUpShort) {
+TEST_F(SimulatedKill, InterruptsACleanUp) {
     desktop.setLatencyOf("clearContents", 50ms);
     desktop.userCopies(u"theirs");
     const auto contents = desktop.pasteboardContents();
@@ -102,7 +102,7 @@ TEST_F(SimulatedKill, CutsACleanUpShort) {
     EXPECT_EQ(desktop.endedBySignal(), SIGKILL);
 }
 
-TEST_F(SimulatedKill, MayComeWhileTheProcessEndsByItself) {
+TEST_F(SimulatedKill, MayHappenDuringANormalEnd) {
     class Provider final : public PasteboardDataProvider {
     public:
         explicit Provider(Pasteboard& pasteboard) : pasteboard_(pasteboard) {}
@@ -124,7 +124,7 @@ TEST_F(SimulatedKill, MayComeWhileTheProcessEndsByItself) {
     EXPECT_EQ(desktop.endedBySignal(), SIGKILL);
 }
 
-TEST_F(SimulatedKill, LeavesBackgroundBlocksWithoutAnEffect) {
+TEST_F(SimulatedKill, LeavesBackgroundBlocksWithoutEffect) {
     bool ran = false;
     scheduling.runInBackground([&] {
         scheduling.sleep(100ms);
@@ -136,7 +136,7 @@ TEST_F(SimulatedKill, LeavesBackgroundBlocksWithoutAnEffect) {
     EXPECT_FALSE(ran);
 }
 
-TEST_F(SimulatedKill, LetsUserAndApplicationsGoOn) {
+TEST_F(SimulatedKill, DoesNotStopUserAndApplications) {
     const auto notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
     const auto text = notes.addTextElement(u"fox", {0, 3});
     desktop.userCopies(u"theirs");
@@ -181,12 +181,12 @@ TEST_F(SecondRequestToEnd, KillsTheProcessIfThereIsAKeeper) {
     EXPECT_EQ(cleanUps, 0);
 }
 
-TEST_F(SecondRequestToEnd, CountsForNothingWithoutAKeeper) {
+TEST_F(SecondRequestToEnd, IsIgnoredWithoutAKeeper) {
     EXPECT_EQ(outcome(), Outcome(SIGTERM, 50ms));
     EXPECT_EQ(cleanUps, 1);
 }
 
-TEST_F(SecondRequestToEnd, CountsForNothingIfAGuardHoldsTheEndOff) {
+TEST_F(SecondRequestToEnd, IsIgnoredIfAGuardDefersTheEnd) {
     desktop.addKeeper();
     guard->holdOff();
     EXPECT_EQ(outcome(), Outcome(std::nullopt, 1050ms));
@@ -195,7 +195,7 @@ TEST_F(SecondRequestToEnd, CountsForNothingIfAGuardHoldsTheEndOff) {
     EXPECT_EQ(desktop.endedBySignal(), SIGTERM);
 }
 
-TEST_F(SecondRequestToEnd, CutsTheCleanUpOfTheFirstShort) {
+TEST_F(SecondRequestToEnd, InterruptsTheCleanUpOfTheFirst) {
     desktop.addKeeper();
     desktop.userCopies(u"theirs");
     const auto contents = desktop.pasteboardContents();

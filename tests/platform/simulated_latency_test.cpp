@@ -93,7 +93,7 @@ const std::vector<Call>& calls() {
     return all;
 }
 
-TEST(SimulatedCallLatency, IsThatOfTheCallAlone) {
+TEST(SimulatedCallLatency, DoesNotAffectOtherCalls) {
     for (const Call& slow : calls()) {
         Callee callee;
         callee.desktop.setLatencyOf(slow.name, milliseconds(7));
@@ -120,7 +120,7 @@ TEST(SimulatedCallLatency, PassesBeforeTheCallHasAnEffect) {
     EXPECT_EQ(callee.desktop.postedKeyStrokes().back().moment, milliseconds(30));
 }
 
-TEST(SimulatedCallLatency, IsWaitedForByABackgroundBlockToo) {
+TEST(SimulatedCallLatency, AffectsBackgroundBlocks) {
     Callee callee;
     callee.desktop.setLatencyOf("changeCount", milliseconds(10));
     Moment answered{0};

@@ -35,7 +35,7 @@ protected:
 const AttributeAnswer absent = answer(AXError::attributeUnsupported);
 const AttributeAnswer commandAlone = answer(std::int64_t{0});
 
-TEST_F(SimulatedMenus, AreReachedFromTheApplicationDownToTheirItems) {
+TEST_F(SimulatedMenus, AreReachableFromTheApplication) {
     const SimulatedMenuBar made = notes.addMenuBar({
         {u"File", {{u"Close", u"w"}}},
         {u"Edit", {{u"Undo", u"z"}, {u"Copy", u"c"}}},
@@ -66,7 +66,7 @@ TEST_F(SimulatedMenus, AreReachedFromTheApplicationDownToTheirItems) {
                      }));
 }
 
-TEST_F(SimulatedMenus, ItemsAnswerOnlyWhatTheyHave) {
+TEST_F(SimulatedMenus, ItemsHaveOnlyTheirOwnAttributes) {
     struct Case {
         MenuItem item;
         std::vector<AttributeAnswer> expected;
@@ -92,7 +92,7 @@ TEST_F(SimulatedMenus, ItemsAnswerOnlyWhatTheyHave) {
     }
 }
 
-TEST_F(SimulatedMenus, AnItemIsPressedWithoutEffectUntilItIsScripted) {
+TEST_F(SimulatedMenus, AnUnscriptedItemIsPressedWithoutEffect) {
     const SimulatedMenuBar made = notes.addMenuBar({{u"Edit", {{u"Copy", u"c"}}}});
     const Element copy = made.item(u"Edit", u"Copy").element();
     EXPECT_EQ(desktop.accessibility().performAction(copy, action::press), AXError::success);
@@ -127,7 +127,7 @@ TEST_F(SimulatedMenus, CanBeScriptedFurther) {
     EXPECT_EQ(read(menu.element(), attribute::children), answer(AXError::noValue));
 }
 
-TEST_F(SimulatedMenus, ElementsAreNumberedInTheOrderOfTheirMaking) {
+TEST_F(SimulatedMenus, ElementsAreNumberedInTheOrderOfCreation) {
     notes.addMenuBar({{u"File", {{u"Close", u"w"}}}, {u"Edit", {{u"Copy", u"c"}}}});
     const auto bar = std::get<Element>(read(notes.element().element(), attribute::menuBar).value);
     static_cast<void>(read(children(children(children(bar)[1])[0])[0], attribute::title));

@@ -31,7 +31,7 @@ TEST_F(SimulatedPasteboardHold, IsNullWhileAnotherHoldOfTheProcessExists) {
     EXPECT_NE(tryHold(), nullptr);
 }
 
-TEST_F(SimulatedPasteboardHold, IsNullUntilAnotherProcessIsDone) {
+TEST_F(SimulatedPasteboardHold, IsNullUntilAnotherProcessReleasesIt) {
     EXPECT_TRUE(desktop.holdPasteboardUntil(3s));
     EXPECT_FALSE(desktop.holdPasteboardUntil(4s));
     EXPECT_EQ(tryHold(), nullptr);
@@ -41,13 +41,13 @@ TEST_F(SimulatedPasteboardHold, IsNullUntilAnotherProcessIsDone) {
     EXPECT_NE(tryHold(), nullptr);
 }
 
-TEST_F(SimulatedPasteboardHold, IsNullForGoodIfAnotherProcessNeverReleasesIt) {
+TEST_F(SimulatedPasteboardHold, IsAlwaysNullIfAnotherProcessNeverReleasesIt) {
     EXPECT_TRUE(desktop.holdPasteboardUntil(Moment::max()));
     desktop.scheduling().sleep(1000000s);
     EXPECT_EQ(tryHold(), nullptr);
 }
 
-TEST_F(SimulatedPasteboardHold, KeepsOtherProcessesOutUntilItIsDestroyed) {
+TEST_F(SimulatedPasteboardHold, ExcludesOtherProcessesUntilItIsDestroyed) {
     auto hold = tryHold();
     EXPECT_FALSE(isFree());
     hold->expectPaste(300ms, 2500ms);

@@ -71,7 +71,7 @@ TEST(SimulatedPasteboard, JoinsThePlainTextOfAllItemsWithLineFeeds) {
                                          {{{stringType, "three"}, {"public.html", "<b>"}}, {}}}));
 }
 
-TEST(SimulatedPasteboard, AsksAnotherProgramForItsPromiseOnceItKeptIt) {
+TEST(SimulatedPasteboard, RequestsPromisedDataUntilItIsProvided) {
     SimulatedDesktop desktop;
     int asked = 0;
     CopiedItem item;
@@ -99,7 +99,7 @@ TEST(SimulatedPasteboard, RefusesAsManyWritesAsScripted) {
     EXPECT_EQ(desktop.pasteboardContents(), (std::vector<StandingItem>{{{{concealedType, ""}}, {stringType}}}));
 }
 
-TEST(SimulatedPasteboard, RefusesTheWritesWhoseNumbersAreScripted) {
+TEST(SimulatedPasteboard, RefusesTheWritesWithScriptedNumbers) {
     SimulatedDesktop desktop;
     const auto provider = std::make_shared<TextProvider>(desktop);
     desktop.refusePasteboardWriteNumber(2);
@@ -111,7 +111,7 @@ TEST(SimulatedPasteboard, RefusesTheWritesWhoseNumbersAreScripted) {
     EXPECT_TRUE(promise(desktop, provider));
 }
 
-TEST(SimulatedPasteboard, RefusesAWriteWhenAnotherProgramTookItOver) {
+TEST(SimulatedPasteboard, RefusesAWriteAfterACopyByAnotherProgram) {
     SimulatedDesktop desktop;
     desktop.pasteboard().clearContents();
     desktop.userCopies(u"theirs");
@@ -121,7 +121,7 @@ TEST(SimulatedPasteboard, RefusesAWriteWhenAnotherProgramTookItOver) {
     EXPECT_EQ(desktop.pasteboard().string(), Text(u"theirs"));
 }
 
-TEST(SimulatedPasteboard, KeepsAPromiseInASliceAtTheMomentOfTheRequestAndNotInASleep) {
+TEST(SimulatedPasteboard, RequestsPromisedDataInASliceButNotInASleep) {
     SimulatedDesktop desktop;
     const auto provider = std::make_shared<TextProvider>(desktop);
     Reading first;
@@ -140,7 +140,7 @@ TEST(SimulatedPasteboard, KeepsAPromiseInASliceAtTheMomentOfTheRequestAndNotInAS
     EXPECT_EQ(provider->asked, (std::vector<std::pair<PasteboardType, Moment>>{{stringType, milliseconds(50)}}));
 }
 
-TEST(SimulatedPasteboard, ServesARequestDuringASlice) {
+TEST(SimulatedPasteboard, ServesARequestAtItsMomentInASlice) {
     SimulatedDesktop desktop;
     const auto provider = std::make_shared<TextProvider>(desktop);
     Reading reading;
@@ -151,7 +151,7 @@ TEST(SimulatedPasteboard, ServesARequestDuringASlice) {
     EXPECT_EQ(desktop.now(), milliseconds(20));
 }
 
-TEST(SimulatedPasteboard, AProviderThatGivesNothingIsAskedAgain) {
+TEST(SimulatedPasteboard, RequestsDataAgainIfTheProviderProvidedNone) {
     SimulatedDesktop desktop;
     const auto provider = std::make_shared<TextProvider>(desktop);
     provider->provides = false;
@@ -166,7 +166,7 @@ TEST(SimulatedPasteboard, AProviderThatGivesNothingIsAskedAgain) {
     EXPECT_EQ(provider->asked.size(), 2U);
 }
 
-TEST(SimulatedPasteboard, WhoWaitsForContentsThatGoAwayGetsNothing) {
+TEST(SimulatedPasteboard, AWaitingReaderGetsNothingIfTheContentsChange) {
     SimulatedDesktop desktop;
     const auto provider = std::make_shared<TextProvider>(desktop);
     ASSERT_TRUE(promise(desktop, provider));
@@ -180,7 +180,7 @@ TEST(SimulatedPasteboard, WhoWaitsForContentsThatGoAwayGetsNothing) {
     EXPECT_TRUE(provider->asked.empty());
 }
 
-TEST(SimulatedPasteboard, WhoWaitsAtTheEndGetsTheText) {
+TEST(SimulatedPasteboard, AWaitingReaderGetsTheTextOnDestruction) {
     Reading reading;
     {
         SimulatedDesktop desktop;
@@ -190,7 +190,7 @@ TEST(SimulatedPasteboard, WhoWaitsAtTheEndGetsTheText) {
     EXPECT_EQ(reading.bytes, Bytes("promised"));
 }
 
-TEST(SimulatedPasteboard, CountsAClearAndAWriteThatFollowsNone) {
+TEST(SimulatedPasteboard, CountsAClearAndTheNextWriteAsOneChange) {
     SimulatedDesktop desktop;
     std::vector<std::int64_t> counts;
     const auto write = [&desktop] {
@@ -214,7 +214,7 @@ TEST(SimulatedPasteboard, CountsAClearAndAWriteThatFollowsNone) {
     EXPECT_EQ(counts, (std::vector<std::int64_t>{100, 101, 101, 102, 104, 105}));
 }
 
-TEST(SimulatedPasteboard, TellsWhatAnotherProgramFindsNow) {
+TEST(SimulatedPasteboard, ReturnsWhatAnotherProgramWouldRead) {
     SimulatedDesktop desktop;
     EXPECT_EQ(desktop.pasteboardStringForOthers(), std::nullopt);
     const auto provider = std::make_shared<TextProvider>(desktop);
@@ -230,7 +230,7 @@ TEST(SimulatedPasteboard, TellsWhatAnotherProgramFindsNow) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), std::nullopt);
 }
 
-TEST(SimulatedPasteboard, JournalsItsCalls) {
+TEST(SimulatedPasteboard, RecordsItsCallsInTheJournal) {
     SimulatedDesktop desktop;
     ASSERT_TRUE(promise(desktop, std::make_shared<TextProvider>(desktop)));
     static_cast<void>(desktop.pasteboard().changeCount());

@@ -20,7 +20,7 @@ namespace {
 using std::chrono::milliseconds;
 using Lines = std::vector<std::string>;
 
-TEST_F(SimulatedProcessEnd, NobodyGetsWhatAProcessThatEndedDidNotGive) {
+TEST_F(SimulatedProcessEnd, PromisedDataThatWasNotProvidedIsLost) {
     const auto provider = promiseText(desktop);
     provider->provides = false;
     desktop.terminate(15);
@@ -36,7 +36,7 @@ TEST_F(SimulatedProcessEnd, NobodyGetsWhatAProcessThatEndedDidNotGive) {
     EXPECT_EQ(provider->asked, 1);
 }
 
-TEST_F(SimulatedProcessEnd, CallsAfterTheEndDoNothingAndAreNotJournalled) {
+TEST_F(SimulatedProcessEnd, CallsAfterTheEndDoNothingAndAreNotRecorded) {
     SimulatedTextElement text =
         desktop.addApplication(812, u"com.example.notes", u"Notes").addTextElement(u"a", {0, 1});
     desktop.bringToFront(812);
@@ -118,7 +118,7 @@ TEST_F(SimulatedProcessEnd, CallsOfUnwindingCodeDoNothing) {
     EXPECT_EQ(desktop.journal(), (Lines{"0.000000000 sleep(0.050000000)"}));
 }
 
-TEST_F(SimulatedProcessEnd, BackgroundBlocksGoOnWithoutAnEffect) {
+TEST_F(SimulatedProcessEnd, BackgroundBlocksContinueWithoutEffect) {
     bool isFinished = false;
     scheduling.runInBackground([&] {
         scheduling.sleep(milliseconds(300));
@@ -135,7 +135,7 @@ TEST_F(SimulatedProcessEnd, BackgroundBlocksGoOnWithoutAnEffect) {
     EXPECT_EQ(desktop.journal().back(), "0.000000000 [background 1] sleep(0.300000000)");
 }
 
-TEST_F(SimulatedProcessEnd, AnEndByItselfLetsTheOthersGoOn) {
+TEST_F(SimulatedProcessEnd, ANormalEndDoesNotStopTheUser) {
     std::vector<std::pair<int, Moment>> steps;
     const auto note = [&](int number) { return [&, number] { steps.emplace_back(number, desktop.now()); }; };
     desktop.at(milliseconds(50), note(1));
@@ -153,7 +153,7 @@ TEST_F(SimulatedProcessEnd, AnEndByItselfLetsTheOthersGoOn) {
     EXPECT_EQ(desktop.endedBySignal(), std::nullopt) << "who has ended cannot be told to";
 }
 
-TEST_F(SimulatedProcessEnd, AnEndByItselfObeysASignalThatWasPutOff) {
+TEST_F(SimulatedProcessEnd, ANormalEndHonorsADeferredSignal) {
     int cleanUps = 0;
     const auto guard = scheduling.onTermination([&cleanUps] { ++cleanUps; });
     desktop.terminate(15);

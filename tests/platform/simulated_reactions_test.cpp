@@ -65,7 +65,7 @@ protected:
     SimulatedTextElement text = notes.addTextElement(u"The quick brown fox", {10, 9});
 };
 
-TEST_F(SimulatedReactions, AStrokeReachesTheApplicationInFrontOrTheGivenProcess) {
+TEST_F(SimulatedReactions, AKeyStrokeReachesTheFrontOrTheGivenProcess) {
     Lines reached;
     notes.onCopy([&reached] { reached.emplace_back("notes"); });
     mail.onCopy([&reached] { reached.emplace_back("mail"); });
@@ -83,7 +83,7 @@ TEST_F(SimulatedReactions, AStrokeReachesTheApplicationInFrontOrTheGivenProcess)
     EXPECT_EQ(desktop.postedKeyStrokes().size(), 7U) << "every stroke is remembered, whoever it reaches";
 }
 
-TEST_F(SimulatedReactions, EachStrokeHasItsOwnReactionAndFlagsCount) {
+TEST_F(SimulatedReactions, EachKeyStrokeAndFlagsHaveTheirOwnReaction) {
     Lines reached;
     const auto note = [&reached](const char* name) { return [&reached, name] { reached.emplace_back(name); }; };
     notes.onCopy(note("copy")).onPaste(note("paste")).onDelete(note("delete")).onKeyStroke({8, 0}, note("c"));
@@ -93,7 +93,7 @@ TEST_F(SimulatedReactions, EachStrokeHasItsOwnReactionAndFlagsCount) {
     EXPECT_EQ(reached, (Lines{"copy", "paste", "delete", "c"}));
 }
 
-TEST_F(SimulatedReactions, AStrokeThatNobodyScriptedDoesNothing) {
+TEST_F(SimulatedReactions, AnUnscriptedKeyStrokeDoesNothing) {
     press(desktop, copyKey);
     notes.onCopy(ignores());
     press(desktop, copyKey);
@@ -103,7 +103,7 @@ TEST_F(SimulatedReactions, AStrokeThatNobodyScriptedDoesNothing) {
     EXPECT_EQ(desktop.pasteboard().changeCount(), 100);
 }
 
-TEST_F(SimulatedReactions, CopyingLeavesWhatWasScripted) {
+TEST_F(SimulatedReactions, CopyingWritesTheScriptedContents) {
     struct Case {
         const char* name;
         Reaction reaction;
@@ -130,7 +130,7 @@ TEST_F(SimulatedReactions, CopyingLeavesWhatWasScripted) {
     }
 }
 
-TEST_F(SimulatedReactions, CopiesWhatIsSelectedWhenItReactsAndNothingWhereNothingIs) {
+TEST_F(SimulatedReactions, CopiesTheSelectionOfTheMomentOfTheReaction) {
     notes.onCopy(copiesSelectionOf(text).after(milliseconds(40)));
     desktop.at(milliseconds(30), [this] { text.select({4, 5}); });
     press(desktop, copyKey);
@@ -160,7 +160,7 @@ TEST_F(SimulatedReactions, DelaysAddUp) {
     EXPECT_EQ(reached, milliseconds(25));
 }
 
-TEST_F(SimulatedReactions, StrokesMeetTheirReactionsInTurnAndTheLastOneStays) {
+TEST_F(SimulatedReactions, ReactionsHappenInTurnAndTheLastOneRepeats) {
     notes.onCopyInTurn({ignores(), copies(u"second").after(milliseconds(10)), copies(u"third")});
     std::vector<std::optional<Text>> seen;
     for (int stroke = 0; stroke < 4; ++stroke) {
@@ -174,7 +174,7 @@ TEST_F(SimulatedReactions, StrokesMeetTheirReactionsInTurnAndTheLastOneStays) {
                                                       u"third", u"third"}));
 }
 
-TEST_F(SimulatedReactions, PastesWhatStandsThereOverTheSelection) {
+TEST_F(SimulatedReactions, PastesTheClipboardOverTheSelection) {
     notes.onPaste(pastesInto(text));
     desktop.userCopies(u"cat");
     press(desktop, pasteKey);
@@ -185,7 +185,7 @@ TEST_F(SimulatedReactions, PastesWhatStandsThereOverTheSelection) {
     EXPECT_EQ(text.text(), u"The quick cat");
 }
 
-TEST_F(SimulatedReactions, APasteWaitsForThePromiseOfThisProcess) {
+TEST_F(SimulatedReactions, APasteWaitsForPromisedData) {
     notes.onPaste(pastesInto(text).after(milliseconds(30)));
     const auto provider = promiseText(desktop);
     press(desktop, pasteKey);
@@ -208,7 +208,7 @@ TEST_F(SimulatedReactions, APasteIsServedDuringASliceAtItsMoment) {
     EXPECT_EQ(seen, (std::vector<Text>{u"The quick brown fox", u"The quick promised"}));
 }
 
-TEST_F(SimulatedReactions, APasteFindsItsTextAfterTheEndOfThisProcess) {
+TEST_F(SimulatedReactions, APasteGetsPromisedDataAfterTheEndOfTheProcess) {
     notes.onPaste(pastesInto(text).after(milliseconds(50)));
     const auto provider = promiseText(desktop);
     press(desktop, pasteKey);
@@ -220,7 +220,7 @@ TEST_F(SimulatedReactions, APasteFindsItsTextAfterTheEndOfThisProcess) {
     EXPECT_EQ(desktop.journal(), atTheEnd);
 }
 
-TEST_F(SimulatedReactions, APasteThatWasWaitingGetsItsTextAtTheEndOfThisProcess) {
+TEST_F(SimulatedReactions, AWaitingPasteGetsItsTextAtTheEndOfTheProcess) {
     notes.onPaste(pastesInto(text));
     promiseText(desktop);
     press(desktop, pasteKey);
@@ -229,7 +229,7 @@ TEST_F(SimulatedReactions, APasteThatWasWaitingGetsItsTextAtTheEndOfThisProcess)
     EXPECT_EQ(text.text(), u"The quick promised");
 }
 
-TEST_F(SimulatedReactions, APasteWritesNothingWhenTheContentsGoAwayBeforeItGetsThem) {
+TEST_F(SimulatedReactions, AWaitingPasteWritesNothingIfTheContentsChange) {
     notes.onPaste(pastesInto(text));
     promiseText(desktop);
     press(desktop, pasteKey);
@@ -238,7 +238,7 @@ TEST_F(SimulatedReactions, APasteWritesNothingWhenTheContentsGoAwayBeforeItGetsT
     EXPECT_EQ(text.text(), u"The quick brown fox");
 }
 
-TEST_F(SimulatedReactions, DeleteTakesTheSelectionOrWhatStandsBeforeTheInsertionPoint) {
+TEST_F(SimulatedReactions, DeleteRemovesTheSelectionOrTheCharacterBefore) {
     struct Case {
         Text text;
         TextRange selection;
@@ -256,7 +256,7 @@ TEST_F(SimulatedReactions, DeleteTakesTheSelectionOrWhatStandsBeforeTheInsertion
     }
 }
 
-TEST_F(SimulatedReactions, AnApplicationThatQuitMeanwhileDoesNothing) {
+TEST_F(SimulatedReactions, AnApplicationThatQuitDoesNotReact) {
     notes.onCopy(copies(u"too late").after(milliseconds(30)));
     press(desktop, copyKey);
     desktop.at(milliseconds(20), [this] { desktop.quit(812); });
@@ -264,7 +264,7 @@ TEST_F(SimulatedReactions, AnApplicationThatQuitMeanwhileDoesNothing) {
     EXPECT_EQ(desktop.pasteboard().changeCount(), 100);
 }
 
-TEST_F(SimulatedReactions, AnApplicationThatHangsReactsToNothingAndAnswersNothing) {
+TEST_F(SimulatedReactions, AnApplicationThatHangsDoesNotReactOrReply) {
     notes.onCopy(copies(u"too late").after(milliseconds(30))).onPaste(pastesInto(text)).onDelete(copies(u"never"));
     promiseText(desktop);
     press(desktop, copyKey);
@@ -291,7 +291,7 @@ TEST_F(SimulatedReactions, AnApplicationThatHangsReactsToNothingAndAnswersNothin
     EXPECT_EQ(accessibility.processIdentifier(text.element()), 812);
 }
 
-TEST_F(SimulatedReactions, WhoCopiesLastWins) {
+TEST_F(SimulatedReactions, TheLastCopyWins) {
     notes.onCopy(copies(u"of the application").after(milliseconds(40)));
     desktop.at(milliseconds(20), [this] { desktop.userCopies(u"of the user"); });
     desktop.at(milliseconds(100), [this] { desktop.userCopies(u"of the user again"); });
@@ -306,7 +306,7 @@ TEST_F(SimulatedReactions, WhoCopiesLastWins) {
     EXPECT_EQ(desktop.pasteboard().changeCount(), 103);
 }
 
-TEST_F(SimulatedReactions, TheSecondStrokeReachesWhomeverTheUserSwitchedTo) {
+TEST_F(SimulatedReactions, ALaterKeyStrokeReachesTheNewFrontApplication) {
     notes.onCopy(copies(u"notes"));
     mail.onCopy(copies(u"mail"));
     desktop.at(milliseconds(50), [this] { desktop.bringToFront(913); });
@@ -317,7 +317,7 @@ TEST_F(SimulatedReactions, TheSecondStrokeReachesWhomeverTheUserSwitchedTo) {
     EXPECT_EQ(desktop.pasteboard().string(), Text(u"mail"));
 }
 
-TEST_F(SimulatedReactions, AnApplicationInTheBackgroundStillReactsLate) {
+TEST_F(SimulatedReactions, AnApplicationInTheBackgroundReactsAfterItsDelay) {
     notes.onCopy(copies(u"notes").after(milliseconds(30)));
     press(desktop, copyKey);
     desktop.at(milliseconds(10), [this] { desktop.bringToFront(913); });
@@ -325,7 +325,7 @@ TEST_F(SimulatedReactions, AnApplicationInTheBackgroundStillReactsLate) {
     EXPECT_EQ(desktop.pasteboard().string(), Text(u"notes"));
 }
 
-TEST_F(SimulatedReactions, AFailureToCreateAStrokeReachesNobody) {
+TEST_F(SimulatedReactions, AKeyStrokeThatCannotBeCreatedHasNoEffect) {
     notes.onCopy(copies(u"copied"));
     desktop.failKeyStrokes();
     EXPECT_EQ(desktop.events().createKeyStroke(copyKey), nullptr);
@@ -334,7 +334,7 @@ TEST_F(SimulatedReactions, AFailureToCreateAStrokeReachesNobody) {
     EXPECT_EQ(desktop.pasteboard().changeCount(), 101);
 }
 
-TEST_F(SimulatedReactions, AnActionReachesTheApplicationOnceItsLatencyPassed) {
+TEST_F(SimulatedReactions, AnActionReachesTheApplicationAfterItsLatency) {
     SimulatedElement item = notes.addElement();
     std::optional<Moment> reached;
     item.onAction(action::press, [&] { reached = desktop.now(); });
@@ -343,7 +343,7 @@ TEST_F(SimulatedReactions, AnActionReachesTheApplicationOnceItsLatencyPassed) {
     EXPECT_EQ(reached, milliseconds(5));
 }
 
-TEST_F(SimulatedReactions, ActionsReactInTurnWithTheirCodeAndWhatWasScriptedLastHolds) {
+TEST_F(SimulatedReactions, ActionsReactInTurnAndTheLastScriptApplies) {
     SimulatedElement item = notes.addElement();
     const auto perform = [&] {
         const AXError error = desktop.accessibility().performAction(item.element(), action::press);
@@ -361,7 +361,7 @@ TEST_F(SimulatedReactions, ActionsReactInTurnWithTheirCodeAndWhatWasScriptedLast
     EXPECT_EQ(perform(), (Seen{AXError::success, u"last"}));
 }
 
-TEST_F(SimulatedReactions, AreNoCallsAndDoNotReachTheJournal) {
+TEST_F(SimulatedReactions, AreNotCallsAndNotInTheJournal) {
     notes.onCopyInTurn({copies(u"copied"), [this] { static_cast<void>(desktop.pasteboard().changeCount()); }});
     press(desktop, copyKey);
     press(desktop, copyKey);
@@ -374,7 +374,7 @@ TEST_F(SimulatedReactions, AreNoCallsAndDoNotReachTheJournal) {
                                  }));
 }
 
-TEST(SimulatedUser, DoesWhatAnApplicationWouldDoAtOnceOrLater) {
+TEST(SimulatedUser, PerformsReactionsImmediatelyOrDelayed) {
     SimulatedDesktop desktop;
     desktop.perform(copies(u"now"));
     EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"now"));
@@ -384,7 +384,7 @@ TEST(SimulatedUser, DoesWhatAnApplicationWouldDoAtOnceOrLater) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"later"));
 }
 
-TEST(SimulatedApplications, AreKnownByWhoIsInFront) {
+TEST(SimulatedApplications, ReportTheFrontmostOne) {
     SimulatedDesktop desktop;
     EXPECT_EQ(desktop.front(), std::nullopt);
     desktop.addApplication(812, std::nullopt, std::nullopt);

@@ -17,7 +17,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 using Lines = std::vector<std::string>;
 
-TEST(SimulatedTime, BeginsAtZeroAndMovesOnlyWithWaits) {
+TEST(SimulatedTime, BeginsAtZeroAndAdvancesOnlyWithWaits) {
     SimulatedDesktop desktop;
     EXPECT_EQ(desktop.now(), Moment(0));
     static_cast<void>(desktop.workspace().frontmostApplication());
@@ -29,7 +29,7 @@ TEST(SimulatedTime, BeginsAtZeroAndMovesOnlyWithWaits) {
     EXPECT_EQ(desktop.scheduling().now(), desktop.now());
 }
 
-TEST(SimulatedTime, WaitsOfNothingTakeNoTime) {
+TEST(SimulatedTime, WaitsOfZeroOrLessTakeNoTime) {
     SimulatedDesktop desktop;
     desktop.scheduling().sleep(Duration(0));
     desktop.scheduling().sleep(-seconds(1));
@@ -38,14 +38,14 @@ TEST(SimulatedTime, WaitsOfNothingTakeNoTime) {
     EXPECT_EQ(desktop.now(), Moment(0));
 }
 
-TEST(SimulatedTime, ASleepForEverEndsAtTheLastMoment) {
+TEST(SimulatedTime, AnEndlessSleepEndsAtTheLastMoment) {
     SimulatedDesktop desktop;
     desktop.scheduling().sleep(seconds(1));
     desktop.scheduling().sleep(Duration::max());
     EXPECT_EQ(desktop.now(), Moment::max());
 }
 
-TEST(SimulatedTime, TheUserActsAtHisMomentsAndInTheirOrder) {
+TEST(SimulatedTime, TheUserActsAtTheScriptedMomentsInOrder) {
     SimulatedDesktop desktop;
     std::vector<std::pair<int, Moment>> acts;
     const auto act = [&](int number) {
@@ -72,7 +72,7 @@ TEST(SimulatedTime, AtTheEndOfAWaitTheUserActsFirst) {
     EXPECT_TRUE(hasActed);
 }
 
-TEST(SimulatedTime, AnActionMayGiveAnother) {
+TEST(SimulatedTime, AnActionMayScheduleAnother) {
     SimulatedDesktop desktop;
     std::vector<Moment> acts;
     desktop.at(milliseconds(10), [&] {
@@ -84,7 +84,7 @@ TEST(SimulatedTime, AnActionMayGiveAnother) {
     EXPECT_EQ(acts, (std::vector<Moment>{milliseconds(10), milliseconds(10), milliseconds(30)}));
 }
 
-TEST(SimulatedTime, AnActionWhoseMomentIsPastRunsBeforeTheNextCall) {
+TEST(SimulatedTime, AnActionOfThePastRunsBeforeTheNextCall) {
     SimulatedDesktop desktop;
     desktop.scheduling().sleep(seconds(1));
     desktop.addApplication(812, std::nullopt, std::nullopt);
@@ -115,7 +115,7 @@ TEST(SimulatedHooks, CallsOfTheUserCountAndAreMarked) {
                                         "0.000000000 inputCounter(10) -> 1"}));
 }
 
-TEST(SimulatedBackground, BeginsWhenTheMainThreadWaits) {
+TEST(SimulatedBackground, StartsWhenTheMainThreadWaits) {
     SimulatedDesktop desktop;
     bool hasRun = false;
     desktop.scheduling().runInBackground([&] { hasRun = true; });
@@ -126,7 +126,7 @@ TEST(SimulatedBackground, BeginsWhenTheMainThreadWaits) {
     EXPECT_TRUE(hasRun);
 }
 
-TEST(SimulatedBackground, BlocksTakeTurnsInTheOrderInWhichTheyBecameReady) {
+TEST(SimulatedBackground, BlocksRunInTheOrderInWhichTheyBecameReady) {
     SimulatedDesktop desktop;
     Scheduling& scheduling = desktop.scheduling();
     std::vector<std::string> turns;
@@ -172,7 +172,7 @@ TEST(SimulatedBackground, ExactlyOneThreadRunsAtATime) {
     EXPECT_EQ(crowds, 0);
 }
 
-TEST(SimulatedBackground, TimeStandsStillWhileSomebodyIsReady) {
+TEST(SimulatedBackground, TimeDoesNotAdvanceWhileABlockIsReady) {
     SimulatedDesktop desktop;
     Scheduling& scheduling = desktop.scheduling();
     std::vector<Moment> moments;
@@ -184,7 +184,7 @@ TEST(SimulatedBackground, TimeStandsStillWhileSomebodyIsReady) {
     EXPECT_EQ(moments, (std::vector<Moment>{Moment(0), Moment(0)}));
 }
 
-TEST(SimulatedBackground, ManyBlocksOneAfterTheOtherLeaveNoThreadsBehind) {
+TEST(SimulatedBackground, ManySuccessiveBlocksLeaveNoThreads) {
     SimulatedDesktop desktop;
     int runs = 0;
     for (int block = 0; block < 500; ++block) {
@@ -194,7 +194,7 @@ TEST(SimulatedBackground, ManyBlocksOneAfterTheOtherLeaveNoThreadsBehind) {
     EXPECT_EQ(runs, 500);
 }
 
-TEST(SimulatedRunLoop, ServesABlockAtTheMomentAtWhichItIsQueued) {
+TEST(SimulatedRunLoop, RunsABlockAtTheMomentAtWhichItIsQueued) {
     SimulatedDesktop desktop;
     Scheduling& scheduling = desktop.scheduling();
     std::vector<Moment> served;
@@ -214,7 +214,7 @@ TEST(SimulatedRunLoop, ServesABlockAtTheMomentAtWhichItIsQueued) {
     EXPECT_EQ(scheduling.now(), milliseconds(180));
 }
 
-TEST(SimulatedRunLoop, ABlockThatTurnsTheRunLoopIsNotInterruptedByTheNext) {
+TEST(SimulatedRunLoop, ABlockThatRunsTheRunLoopIsNotInterrupted) {
     SimulatedDesktop desktop;
     Scheduling& scheduling = desktop.scheduling();
     std::vector<int> order;
@@ -229,7 +229,7 @@ TEST(SimulatedRunLoop, ABlockThatTurnsTheRunLoopIsNotInterruptedByTheNext) {
     EXPECT_EQ(scheduling.now(), milliseconds(20));
 }
 
-TEST(SimulatedEnd, FinishesBlocksThatHaveBegunAtTheirDeadlines) {
+TEST(SimulatedEnd, FinishesStartedBlocksAtTheirDeadlines) {
     std::vector<Moment> moments;
     bool mainQueueRan = false;
     bool userActed = false;
@@ -259,7 +259,7 @@ TEST(SimulatedEnd, FinishesBlocksThatHaveBegunAtTheirDeadlines) {
     EXPECT_FALSE(userActed);
 }
 
-TEST(SimulatedEnd, DropsBlocksThatHaveNotBegun) {
+TEST(SimulatedEnd, DropsBlocksThatHaveNotStarted) {
     bool hasRun = false;
     auto held = std::make_shared<int>(1);
     const std::weak_ptr<int> watched = held;
@@ -271,7 +271,7 @@ TEST(SimulatedEnd, DropsBlocksThatHaveNotBegun) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(SimulatedEnd, ABlockThatIsSpawnedDuringTheEndNeverBegins) {
+TEST(SimulatedEnd, ABlockQueuedDuringTheEndNeverStarts) {
     bool hasRun = false;
     {
         SimulatedDesktop desktop;
@@ -285,7 +285,7 @@ TEST(SimulatedEnd, ABlockThatIsSpawnedDuringTheEndNeverBegins) {
     EXPECT_FALSE(hasRun);
 }
 
-TEST(SimulatedScenarioDeathTest, AWaitThatNothingCanEndSaysSo) {
+TEST(SimulatedScenarioDeathTest, ADeadlockEndsTheProcessWithAMessage) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_DEATH(
         {
@@ -298,7 +298,7 @@ TEST(SimulatedScenarioDeathTest, AWaitThatNothingCanEndSaysSo) {
         "simulated desktop: everybody waits for something that cannot come");
 }
 
-TEST(SimulatedScenarioDeathTest, AnActionOfTheUserThatWaitsSaysSo) {
+TEST(SimulatedScenarioDeathTest, AWaitingUserActionEndsTheProcessWithAMessage) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_DEATH(
         {

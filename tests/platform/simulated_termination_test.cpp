@@ -20,7 +20,7 @@ namespace {
 using std::chrono::milliseconds;
 using Lines = std::vector<std::string>;
 
-TEST_F(SimulatedProcessEnd, WithoutAGuardTheNextCallIsNotMade) {
+TEST_F(SimulatedProcessEnd, NextCallIsNotMadeWithoutAGuard) {
     desktop.beforeCall(2, tellToEnd());
     EXPECT_EQ(signalOf([this] {
                   countChanges();
@@ -31,7 +31,7 @@ TEST_F(SimulatedProcessEnd, WithoutAGuardTheNextCallIsNotMade) {
     EXPECT_EQ(desktop.journal(), (Lines{"0.000000000 changeCount() -> 100"}));
 }
 
-TEST_F(SimulatedProcessEnd, WithoutAGuardAWaitEndsAtTheMomentOfTheSignal) {
+TEST_F(SimulatedProcessEnd, WaitEndsAtTheMomentOfTheSignalWithoutAGuard) {
     struct Case {
         const char* name;
         std::function<void(SimulatedDesktop&)> wait;
@@ -53,7 +53,7 @@ TEST_F(SimulatedProcessEnd, WithoutAGuardAWaitEndsAtTheMomentOfTheSignal) {
     }
 }
 
-TEST_F(SimulatedProcessEnd, AGuardPutsItOffUntilTheNextWaitBegins) {
+TEST_F(SimulatedProcessEnd, AGuardDefersItUntilTheNextWait) {
     const auto guard = scheduling.onTermination([this] { desktop.pasteboard().clearContents(); });
     desktop.beforeCall(2, tellToEnd());
     EXPECT_EQ(signalOf([this] {
@@ -73,7 +73,7 @@ TEST_F(SimulatedProcessEnd, AGuardPutsItOffUntilTheNextWaitBegins) {
                                  }));
 }
 
-TEST_F(SimulatedProcessEnd, AGuardLetsItHappenInAWaitAtTheMomentOfTheSignal) {
+TEST_F(SimulatedProcessEnd, AGuardAllowsItDuringAWait) {
     for (const bool turns : {false, true}) {
         SimulatedDesktop waiting;
         const auto guard = waiting.scheduling().onTermination([&] { waiting.pasteboard().clearContents(); });
@@ -91,7 +91,7 @@ TEST_F(SimulatedProcessEnd, AGuardLetsItHappenInAWaitAtTheMomentOfTheSignal) {
     }
 }
 
-TEST_F(SimulatedProcessEnd, AGuardLetsAnAnswerComeFirst) {
+TEST_F(SimulatedProcessEnd, AGuardDefersItUntilAReplyArrives) {
     SimulatedElement element = desktop.addApplication(812, std::nullopt, std::nullopt).addElement();
     element.answers(attribute::role, u"AXButton");
     desktop.setLatency(milliseconds(100));
@@ -107,7 +107,7 @@ TEST_F(SimulatedProcessEnd, AGuardLetsAnAnswerComeFirst) {
     EXPECT_EQ(desktop.now(), milliseconds(100));
 }
 
-TEST_F(SimulatedProcessEnd, AGuardThatGoesCleansUpAndTheNextCallEnds) {
+TEST_F(SimulatedProcessEnd, ADestroyedGuardCleansUpAndTheNextCallEnds) {
     bool goesOn = false;
     EXPECT_EQ(signalOf([&] {
                   {
@@ -129,7 +129,7 @@ TEST_F(SimulatedProcessEnd, AGuardThatGoesCleansUpAndTheNextCallEnds) {
                                  }));
 }
 
-TEST_F(SimulatedProcessEnd, AGuardThatGoesWithoutASignalRunsNothing) {
+TEST_F(SimulatedProcessEnd, ADestroyedGuardRunsNothingWithoutASignal) {
     int cleanUps = 0;
     scheduling.onTermination([&cleanUps] { ++cleanUps; }).reset();
     EXPECT_EQ(signalOf([this] {
@@ -141,7 +141,7 @@ TEST_F(SimulatedProcessEnd, AGuardThatGoesWithoutASignalRunsNothing) {
     EXPECT_EQ(cleanUps, 0);
 }
 
-TEST_F(SimulatedProcessEnd, AfterAGuardACallIsStillMadeAndTheNextWaitEnds) {
+TEST_F(SimulatedProcessEnd, AfterAGuardACallIsMadeAndTheNextWaitEnds) {
     scheduling.onTermination([] {}).reset();
     desktop.beforeCall(2, tellToEnd());
     EXPECT_EQ(signalOf([this] {
@@ -159,7 +159,7 @@ TEST_F(SimulatedProcessEnd, AfterAGuardACallIsStillMadeAndTheNextWaitEnds) {
                                  }));
 }
 
-TEST_F(SimulatedProcessEnd, AGuardThatHoldsItOffLetsEveryWaitPassUntilItGoes) {
+TEST_F(SimulatedProcessEnd, AGuardThatHoldsOffDefersItUntilItsDestruction) {
     std::vector<Moment> cleanUps;
     desktop.at(milliseconds(37), tellToEnd());
     EXPECT_EQ(signalOf([&] {
@@ -176,7 +176,7 @@ TEST_F(SimulatedProcessEnd, AGuardThatHoldsItOffLetsEveryWaitPassUntilItGoes) {
     EXPECT_EQ(cleanUps, std::vector<Moment>{milliseconds(200)});
 }
 
-TEST_F(SimulatedProcessEnd, HoldingOffComesTooLateForWhatHasCome) {
+TEST_F(SimulatedProcessEnd, HoldingOffDoesNotDeferAnEarlierSignal) {
     int cleanUps = 0;
     const auto guard = scheduling.onTermination([&cleanUps] { ++cleanUps; });
     desktop.terminate(15);
@@ -197,7 +197,7 @@ private:
     SimulatedDesktop& desktop_;
 };
 
-TEST_F(SimulatedProcessEnd, IsNotInterruptedByASignalThatComesWhileTheDesktopGoes) {
+TEST_F(SimulatedProcessEnd, DestructionOfTheDesktopIgnoresASignal) {
     bool wasTold = false;
     {
         SimulatedDesktop going;
@@ -214,7 +214,7 @@ TEST_F(SimulatedProcessEnd, IsNotInterruptedByASignalThatComesWhileTheDesktopGoe
     EXPECT_TRUE(wasTold);
 }
 
-TEST_F(SimulatedProcessEnd, IsNotInterruptedByASignalThatComesWhileItEndsByItself) {
+TEST_F(SimulatedProcessEnd, ANormalEndIgnoresALaterSignal) {
     const auto provider = promiseText(desktop);
     const std::size_t calls = desktop.journal().size();
     desktop.beforeCall(calls + 1, tellToEnd());
@@ -223,7 +223,7 @@ TEST_F(SimulatedProcessEnd, IsNotInterruptedByASignalThatComesWhileItEndsByItsel
     EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"promised"));
 }
 
-TEST_F(SimulatedProcessEnd, OfSeveralGuardsTheNewestCleansUp) {
+TEST_F(SimulatedProcessEnd, TheNewestOfSeveralGuardsCleansUp) {
     std::vector<int> cleanUps;
     const auto outer = scheduling.onTermination([&] { cleanUps.push_back(1); });
     auto gone = scheduling.onTermination([&] { cleanUps.push_back(2); });
@@ -234,7 +234,7 @@ TEST_F(SimulatedProcessEnd, OfSeveralGuardsTheNewestCleansUp) {
     EXPECT_EQ(cleanUps, std::vector<int>{3});
 }
 
-TEST_F(SimulatedProcessEnd, TheOuterGuardHoldsOnceTheInnerOneIsGone) {
+TEST_F(SimulatedProcessEnd, TheOuterGuardCleansUpOnceTheInnerOneIsDestroyed) {
     std::vector<int> cleanUps;
     const auto outer = scheduling.onTermination([&] { cleanUps.push_back(1); });
     scheduling.onTermination([&] { cleanUps.push_back(2); }).reset();
@@ -257,7 +257,7 @@ TEST_F(SimulatedProcessEnd, TheFirstSignalCountsAndNoneInterruptsTheCleanUp) {
     EXPECT_EQ(desktop.now(), milliseconds(20));
 }
 
-TEST_F(SimulatedProcessEnd, ResolvesItsPromisesAfterTheCleanUp) {
+TEST_F(SimulatedProcessEnd, ProvidesPromisedDataAfterTheCleanUp) {
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
     SimulatedTextElement text = notes.addTextElement(u"", {0, 0});
     notes.onPaste(pastesInto(text));
@@ -274,7 +274,7 @@ TEST_F(SimulatedProcessEnd, ResolvesItsPromisesAfterTheCleanUp) {
     EXPECT_EQ(desktop.pasteboardStringForOthers(), Text(u"promised"));
 }
 
-TEST_F(SimulatedProcessEnd, ASignalDuringAnotherFailureComesOutAfterIt) {
+TEST_F(SimulatedProcessEnd, ASignalDuringAnExceptionIsHonoredAfterIt) {
     struct Restore {
         SimulatedDesktop& desktop;
         ~Restore() {
@@ -312,7 +312,7 @@ TEST_F(SimulatedProcessEnd, ASignalWhileABackgroundBlockRunsEndsTheMainThread) {
                                  }));
 }
 
-TEST_F(SimulatedProcessEnd, ABlockOfTheMainQueueIsLeftInItsWait) {
+TEST_F(SimulatedProcessEnd, ABlockOfTheMainQueueEndsInItsWait) {
     std::vector<int> steps;
     const auto guard = scheduling.onTermination([&] { steps.push_back(2); });
     scheduling.runOnMainQueue([&] {

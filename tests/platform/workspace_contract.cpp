@@ -8,23 +8,23 @@ GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(WorkspaceContract);
 
 namespace {
 
-TEST_P(WorkspaceContract, NamesTheApplicationInFront) {
+TEST_P(WorkspaceContract, ReturnsTheFrontmostApplication) {
     EXPECT_EQ(workspace().frontmostApplication(), std::optional(world().first()));
     EXPECT_EQ(workspace().frontmostApplication(), std::optional(world().first()));
 }
 
-TEST_P(WorkspaceContract, FindsRunningApplicationsInFrontOrNot) {
+TEST_P(WorkspaceContract, FindsRunningApplications) {
     EXPECT_EQ(workspace().runningApplication(world().first().processIdentifier), std::optional(world().first()));
     EXPECT_EQ(workspace().runningApplication(world().second().processIdentifier), std::optional(world().second()));
 }
 
-TEST_P(WorkspaceContract, FindsNothingForAProcessThatIsNone) {
+TEST_P(WorkspaceContract, FindsNothingForAMissingProcess) {
     EXPECT_EQ(workspace().runningApplication(world().missingProcess()), std::nullopt);
     EXPECT_EQ(workspace().runningApplication(0), std::nullopt);
     EXPECT_EQ(workspace().runningApplication(-1), std::nullopt);
 }
 
-TEST_P(WorkspaceContract, FollowsTheUserToAnotherApplication) {
+TEST_P(WorkspaceContract, ReportsASwitchToAnotherApplication) {
     ASSERT_EQ(workspace().frontmostApplication(), std::optional(world().first()));
     world().bringSecondToFront();
     EXPECT_EQ(workspace().frontmostApplication(), std::optional(world().second()));
