@@ -172,7 +172,7 @@ TEST_F(GuardedReplacement, RefusesAnElementWithoutAProcess) {
     expectRefusal(entries(Reason::applicationChanged));
 }
 
-TEST_F(GuardedReplacement, RefusesIfAnotherApplicationComesForwardWhileRaising) {
+TEST_F(GuardedReplacement, RefusesIfAnotherApplicationIsFrontmostAfterRaising) {
     notes.element().answers(attribute::focusedWindow, window.element());
     const auto other = desktop.addApplication(900, u"com.example.notes", u"Notes");
     const auto otherText = other.addTextElement(u"The quick brown fox", TextRange{10, 9});

@@ -215,7 +215,7 @@ TEST_F(SelectionReadRouting, UsesTheApplicationInFrontBeforeTheRead) {
     EXPECT_EQ(desktop.postedKeyStrokes().at(0).processIdentifier, 812);
 }
 
-TEST_F(SelectionReadRouting, UsesAnApplicationThatComesForwardDuringTheRead) {
+TEST_F(SelectionReadRouting, UsesAnApplicationThatBecomesFrontmostInTheRead) {
     hideSelection();
     desktop.leaveNothingInFront();
     desktop.systemWide().answers(attribute::focusedUIElement, AXError::cannotComplete);

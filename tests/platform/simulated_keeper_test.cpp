@@ -255,7 +255,7 @@ TEST_F(SimulatedKeeper, DoesNotServeContentsWrittenBeforeTheFirstHold) {
     EXPECT_EQ(text(), "promised");
 }
 
-TEST_F(SimulatedKeeper, LetsTheRunningProcessProvidePromisedData) {
+TEST_F(SimulatedKeeper, RequestsPromisedDataFromTheRunningProcess) {
     begin();
     const auto read = readAt(100ms);
     desktop.scheduling().sleep(200ms);
