@@ -1,4 +1,4 @@
-#include "platform/linux/key_poster.h"
+#include "platform/linux/x11/keyboard/key_poster.h"
 #include "platform/native_platform.h"
 #include "platform/posix/termination_signals.h"
 #include "tests/support/process.h"
