@@ -9,7 +9,8 @@ set(LOMARIS_LAYERS
   "platform/linux/process <- platform/linux/process platform/posix platform text"
   "platform/linux/dbus <- platform/linux/dbus platform text"
   "platform/linux/atspi <- platform/linux/atspi platform/linux/dbus platform/linux/process platform text"
-  "platform/linux/x11/keyboard <- platform/linux/x11/keyboard platform/linux/x11 platform/linux/applications platform text"
+  "platform/linux/x11/keyboard <- platform/linux/x11/keyboard platform/linux/x11 platform/linux/applications platform/posix
+     platform text"
   "platform/linux/x11/clipboard <- platform/linux/x11/clipboard platform/linux/x11 platform/linux/process platform/keeping
      platform/posix platform text"
   "platform/linux/x11 <- platform/linux/x11 platform/linux/applications platform/linux/process platform text"
