@@ -26,7 +26,7 @@ namespace CommandLineOptions {
 [[nodiscard]] std::optional<double> parseDouble(TextView value);
 
 /// Returns the help text: 21 lines, without a final line feed.
-[[nodiscard]] TextView usage();
+[[nodiscard]] Text usage();
 
 }  // namespace CommandLineOptions
 
