@@ -1,17 +1,16 @@
 #pragma once
 
+#include "accessibility/model/context_limits.h"
 #include "text/text.h"
 
-#include <cstdint>
 #include <optional>
 #include <variant>
 
 namespace lomaris {
 
-/// The default context limit, in UTF-16 units.
-inline constexpr std::int64_t defaultContextLimit = 500;
+inline constexpr ContextLimits defaultContextLimits{.before = 500, .after = 500};
 
-/// The parsed command. `delay` is in seconds, 0 to 60; limits are UTF-16 units of context, 0 to 10000.
+/// The parsed command. `delay` is in seconds, 0 to 60; limits are 0 to 10000.
 namespace command {
 
 struct PermissionStatus {
@@ -21,8 +20,7 @@ struct PermissionStatus {
 
 struct ReadSelection {
     double delay = 0;
-    std::int64_t beforeLimit = defaultContextLimit;
-    std::int64_t afterLimit = defaultContextLimit;
+    ContextLimits limits = defaultContextLimits;
     bool json = false;
     friend bool operator==(const ReadSelection&, const ReadSelection&) = default;
 };
@@ -31,15 +29,13 @@ struct ReplaceSelection {
     double delay = 0;
     /// If absent, the text is read from standard input. May be present and empty.
     std::optional<Text> replacement;
-    std::int64_t beforeLimit = defaultContextLimit;
-    std::int64_t afterLimit = defaultContextLimit;
+    ContextLimits limits = defaultContextLimits;
     friend bool operator==(const ReplaceSelection&, const ReplaceSelection&) = default;
 };
 
 struct ReplaceSelectionRequest {
     double delay = 0;
-    std::int64_t beforeLimit = defaultContextLimit;
-    std::int64_t afterLimit = defaultContextLimit;
+    ContextLimits limits = defaultContextLimits;
     friend bool operator==(const ReplaceSelectionRequest&, const ReplaceSelectionRequest&) = default;
 };
 

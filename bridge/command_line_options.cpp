@@ -25,9 +25,11 @@ struct OptionValues {
     bool prompt = false;
     bool json = false;
     double delay = 0;
-    std::int64_t beforeLimit = defaultContextLimit;
-    std::int64_t afterLimit = defaultContextLimit;
+    std::int64_t beforeLimit = defaultContextLimits.before;
+    std::int64_t afterLimit = defaultContextLimits.after;
     std::optional<Text> replacement;
+
+    [[nodiscard]] ContextLimits limits() const { return {beforeLimit, afterLimit}; }
 };
 
 /// One bit for each command.
@@ -110,18 +112,17 @@ constexpr std::array<Command, 6> commandTable = {{
     {command_bit::readSelection, u"read-selection", u"[--delay <seconds>] [--json]",
      u"read-selection does not accept that option.",
      [](OptionValues&& values) -> BridgeCommand {
-         return command::ReadSelection{values.delay, values.beforeLimit, values.afterLimit, values.json};
+         return command::ReadSelection{values.delay, values.limits(), values.json};
      }},
     {command_bit::replaceSelection, u"replace-selection", u"[--replacement <text>] [--delay <seconds>]",
      u"replace-selection does not accept that option.",
      [](OptionValues&& values) -> BridgeCommand {
-         return command::ReplaceSelection{values.delay, std::move(values.replacement), values.beforeLimit,
-                                          values.afterLimit};
+         return command::ReplaceSelection{values.delay, std::move(values.replacement), values.limits()};
      }},
     {command_bit::replaceSelectionRequest, u"replace-selection-request", u"[--delay <seconds>]",
      u"replace-selection-request accepts context limits and --delay only.",
      [](OptionValues&& values) -> BridgeCommand {
-         return command::ReplaceSelectionRequest{values.delay, values.beforeLimit, values.afterLimit};
+         return command::ReplaceSelectionRequest{values.delay, values.limits()};
      }},
     {command_bit::diagnoseSelection, u"diagnose-selection", u"[--delay <seconds>]",
      u"diagnose-selection only accepts --delay.",

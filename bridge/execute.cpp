@@ -37,9 +37,9 @@ public:
     int operator()(const command::ReadSelection& command) {
         wait(command.delay);
         if (command.json) {
-            writeJson(service_.readSelectionJSON(command.beforeLimit, command.afterLimit));
+            writeJson(service_.readSelectionJSON(command.limits));
         } else {
-            writeLine(utf8FromText(service_.readSelectionText(command.beforeLimit, command.afterLimit)));
+            writeLine(utf8FromText(service_.readSelectionText(command.limits)));
         }
         return exit_status::success;
     }
@@ -47,7 +47,7 @@ public:
     int operator()(const command::ReplaceSelection& command) {
         const Text replacement = command.replacement ? *command.replacement : readReplacementFromStandardInput();
         wait(command.delay);
-        service_.replaceCurrentSelection(replacement, command.beforeLimit, command.afterLimit);
+        service_.replaceCurrentSelection(replacement, command.limits);
         writeLine("replaced");
         return exit_status::success;
     }
@@ -58,7 +58,7 @@ public:
             throw BridgeInputError::missingGuardedReplacementRequest();
         }
         wait(command.delay);
-        service_.replaceSelectionIfCurrent(request, command.beforeLimit, command.afterLimit);
+        service_.replaceSelectionIfCurrent(request, command.limits);
         writeLine("replaced");
         return exit_status::success;
     }

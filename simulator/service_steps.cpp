@@ -3,6 +3,7 @@
 #include "simulator/json_text.h"
 #include "simulator/value_reader.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -22,15 +23,15 @@ HostAct readReadStep(const JsonNode& node) {
     node.allowKeys({"read", "beforeLimit", "afterLimit"});
     const ContextLimits limits = readLimits(node);
     if (node.get("read").choice({"text", "json"}) == "text") {
-        return [limits](Host& host) { return jsonOf(host.service.readSelectionText(limits.before, limits.after)); };
+        return [limits](Host& host) { return jsonOf(host.service.readSelectionText(limits)); };
     }
-    return [limits](Host& host) { return Json::parse(host.service.readSelectionJSON(limits.before, limits.after)); };
+    return [limits](Host& host) { return Json::parse(host.service.readSelectionJSON(limits)); };
 }
 
 HostAct readReplaceStep(const JsonNode& node) {
     node.allowKeys({"replace", "beforeLimit", "afterLimit"});
     return [limits = readLimits(node), text = node.get("replace").text()](Host& host) {
-        host.service.replaceCurrentSelection(text, limits.before, limits.after);
+        host.service.replaceCurrentSelection(text, limits);
         return Json("replaced");
     };
 }
@@ -38,7 +39,7 @@ HostAct readReplaceStep(const JsonNode& node) {
 HostAct readReplaceByRequestStep(const JsonNode& node) {
     node.allowKeys({"replaceByRequest", "beforeLimit", "afterLimit"});
     return [limits = readLimits(node), request = readBytes(node.get("replaceByRequest"))](Host& host) {
-        host.service.replaceSelectionIfCurrent(request, limits.before, limits.after);
+        host.service.replaceSelectionIfCurrent(request, limits);
         return Json("replaced");
     };
 }

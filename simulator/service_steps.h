@@ -1,18 +1,11 @@
 #pragma once
 
+#include "accessibility/model/context_limits.h"
 #include "simulator/host.h"
 #include "simulator/json_node.h"
 
-#include <cstdint>
-
 /// The steps of a host that use the library without a session.
 namespace lomaris::simulator {
-
-/// Context limits in UTF-16 units, as `LomarisAccessibilityService` takes them.
-struct ContextLimits {
-    std::int64_t before = 0;
-    std::int64_t after = 0;
-};
 
 /// Reads `beforeLimit` and `afterLimit` of a step.
 [[nodiscard]] ContextLimits readLimits(const JsonNode& node);

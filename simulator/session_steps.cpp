@@ -22,7 +22,7 @@ HostAct SessionSteps::readCapture(const JsonNode& node) {
     const bool isPlain = node.get("capture").choice({"selection", "selectionOrChat"}) == "selection";
     const ContextLimits limits = readLimits(node);
     const auto fallback = node.find("fallback");
-    const SelectionReadOptions options{limits.before, limits.after, !fallback || fallback->boolean()};
+    const SelectionReadOptions options{limits, !fallback || fallback->boolean()};
     const auto as = node.find("as");
     const std::string name = as ? as->string() : "session";
     names_.insert(name);

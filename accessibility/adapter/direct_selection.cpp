@@ -99,9 +99,8 @@ SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallb
     }
     SelectionCaptureTrace::shared().record(SelectionCaptureTrace::Key::route, 1);
 
-    auto context =
-        TextContext::extract(selection.data.fullText, selection.data.range, options.beforeLimit, options.afterLimit)
-            .value_or(ExtractedContext());
+    auto context = TextContext::extract(selection.data.fullText, selection.data.range, options.limits)
+                       .value_or(ExtractedContext());
     const ProcessIdentifier processIdentifier = accessibility.processIdentifier(selection.element).value_or(0);
     if (!application) {
         application = platform.workspace().runningApplication(processIdentifier);

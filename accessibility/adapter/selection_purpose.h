@@ -1,5 +1,7 @@
 #pragma once
 
+#include "accessibility/model/context_limits.h"
+
 #include <cstdint>
 
 namespace lomaris {
@@ -17,9 +19,7 @@ enum class SelectionPurpose : std::uint8_t {
 
 /// The options of a read, independent of its purpose.
 struct SelectionReadOptions {
-    /// The context wanted before and after the selection, in UTF-16 units. If either is negative, there is no context.
-    std::int64_t beforeLimit = 0;
-    std::int64_t afterLimit = 0;
+    ContextLimits limits{};
     /// Whether the clipboard may be used.
     bool allowClipboardFallback = false;
 };

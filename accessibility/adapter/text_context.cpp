@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 
 namespace lomaris::TextContext {
 
@@ -29,13 +30,13 @@ std::optional<Text> selectedText(TextView fullText, const TextRange& range) {
 }
 
 std::optional<ExtractedContext> extract(const std::optional<Text>& fullText, const std::optional<TextRange>& range,
-                                        std::int64_t beforeLimit, std::int64_t afterLimit) {
-    if (!fullText || !range || beforeLimit < 0 || afterLimit < 0 || !liesInside(*range, lengthOf(*fullText))) {
+                                        ContextLimits limits) {
+    if (!fullText || !range || limits.before < 0 || limits.after < 0 || !liesInside(*range, lengthOf(*fullText))) {
         return std::nullopt;
     }
     const std::int64_t end = range->location + range->length;
-    const std::int64_t beforeLength = std::min(range->location, beforeLimit);
-    const std::int64_t afterLength = std::min(afterLimit, lengthOf(*fullText) - end);
+    const std::int64_t beforeLength = std::min(range->location, limits.before);
+    const std::int64_t afterLength = std::min(limits.after, lengthOf(*fullText) - end);
     return ExtractedContext{cut(*fullText, range->location - beforeLength, beforeLength),
                             cut(*fullText, end, afterLength)};
 }

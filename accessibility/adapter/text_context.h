@@ -1,9 +1,9 @@
 #pragma once
 
+#include "accessibility/model/context_limits.h"
 #include "platform/attribute_value.h"
 #include "text/text.h"
 
-#include <cstdint>
 #include <optional>
 
 namespace lomaris {
@@ -22,11 +22,10 @@ namespace TextContext {
 /// Returns the part of `fullText` at `range`, which is empty if the length is 0.
 [[nodiscard]] std::optional<Text> selectedText(TextView fullText, const TextRange& range);
 
-/// Returns up to `beforeLimit` units before the range and up to `afterLimit` units after it. Also returns nullopt if
-/// the text or the range is absent, or a limit is negative.
+/// Returns up to `limits.before` units before the range and up to `limits.after` units after it. Also returns nullopt
+/// if the text or the range is absent, or a limit is negative.
 [[nodiscard]] std::optional<ExtractedContext> extract(const std::optional<Text>& fullText,
-                                                      const std::optional<TextRange>& range, std::int64_t beforeLimit,
-                                                      std::int64_t afterLimit);
+                                                      const std::optional<TextRange>& range, ContextLimits limits);
 
 }  // namespace TextContext
 

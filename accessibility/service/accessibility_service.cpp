@@ -11,8 +11,8 @@ namespace lomaris {
 
 namespace {
 
-/// UTF-16 units of context on each side for the compatibility check.
-constexpr std::int64_t compatibilityContextLimit = 500;
+/// For the compatibility check.
+constexpr ContextLimits compatibilityContextLimits{.before = 500, .after = 500};
 
 }  // namespace
 
@@ -33,26 +33,24 @@ std::unique_ptr<AppSelectionSession> LomarisAccessibilityService::captureSelecti
     return capture(options, SelectionPurpose::shortcut);
 }
 
-Text LomarisAccessibilityService::readSelectionText(std::int64_t beforeLimit, std::int64_t afterLimit) {
-    return readSelection(beforeLimit, afterLimit).payload.selectedText;
+Text LomarisAccessibilityService::readSelectionText(ContextLimits limits) {
+    return readSelection(limits).payload.selectedText;
 }
 
-std::string LomarisAccessibilityService::readSelectionJSON(std::int64_t beforeLimit, std::int64_t afterLimit) {
-    return encodeJson(readSelection(beforeLimit, afterLimit).payload, SlashEscaping::unescaped);
+std::string LomarisAccessibilityService::readSelectionJSON(ContextLimits limits) {
+    return encodeJson(readSelection(limits).payload, SlashEscaping::unescaped);
 }
 
-void LomarisAccessibilityService::replaceCurrentSelection(TextView replacement, std::int64_t beforeLimit,
-                                                          std::int64_t afterLimit) {
+void LomarisAccessibilityService::replaceCurrentSelection(TextView replacement, ContextLimits limits) {
     if (replacement.empty()) {
         throw BridgeError::invalidInput(u"Replacement text must not be empty.");
     }
     const auto operation = adapter_->operation();
-    const SelectionSnapshot snapshot = readSelection(beforeLimit, afterLimit);
+    const SelectionSnapshot snapshot = readSelection(limits);
     adapter_->replaceSelection(snapshot, replacement, {.allowClipboardFallback = true, .justVerified = false});
 }
 
-void LomarisAccessibilityService::replaceSelectionIfCurrent(std::string_view requestData, std::int64_t beforeLimit,
-                                                            std::int64_t afterLimit) {
+void LomarisAccessibilityService::replaceSelectionIfCurrent(std::string_view requestData, ContextLimits limits) {
     const auto request = decodeGuardedReplacementRequest(requestData);
     if (!request) {
         throw BridgeError::invalidInput(u"Guarded replacement request is invalid JSON.");
@@ -60,8 +58,7 @@ void LomarisAccessibilityService::replaceSelectionIfCurrent(std::string_view req
     if (request->expectedText.empty() || request->replacementText.empty()) {
         throw BridgeError::invalidInput(u"Expected and replacement text must not be empty.");
     }
-    adapter_->replaceSelectionIfCurrent(
-        *request, {.beforeLimit = beforeLimit, .afterLimit = afterLimit, .allowClipboardFallback = true});
+    adapter_->replaceSelectionIfCurrent(*request, {.limits = limits, .allowClipboardFallback = true});
 }
 
 std::string LomarisAccessibilityService::selectionDiagnosticJSON() {
@@ -69,14 +66,12 @@ std::string LomarisAccessibilityService::selectionDiagnosticJSON() {
 }
 
 std::string LomarisAccessibilityService::compatibilityDiagnosticJSON() {
-    const SelectionSnapshot snapshot = readSelection(compatibilityContextLimit, compatibilityContextLimit);
+    const SelectionSnapshot snapshot = readSelection(compatibilityContextLimits);
     return encodeJson(CompatibilityDiagnosticPayload(snapshot.payload), SlashEscaping::escaped);
 }
 
-SelectionSnapshot LomarisAccessibilityService::readSelection(std::int64_t beforeLimit, std::int64_t afterLimit) {
-    return adapter_->readSelection(
-        {.beforeLimit = beforeLimit, .afterLimit = afterLimit, .allowClipboardFallback = true},
-        SelectionPurpose::standard);
+SelectionSnapshot LomarisAccessibilityService::readSelection(ContextLimits limits) {
+    return adapter_->readSelection({.limits = limits, .allowClipboardFallback = true}, SelectionPurpose::standard);
 }
 
 std::unique_ptr<AppSelectionSession> LomarisAccessibilityService::capture(const SelectionReadOptions& options,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "accessibility/adapter/macos_accessibility_adapter.h"
+#include "accessibility/model/context_limits.h"
 #include "accessibility/service/app_selection_session.h"
 #include "platform/platform.h"
 
@@ -14,8 +15,7 @@ namespace lomaris {
 /// The entry points of the library: checks the permission, and captures, reads, replaces and diagnoses the selection of
 /// the front application. Each call determines the front application again. Main thread.
 ///
-/// Limits are the UTF-16 units of context wanted before and after the selection; if either is negative, there is no
-/// context. JSON is UTF-8, pretty-printed with sorted keys, without a final line feed.
+/// Limits may also be passed as two numbers. JSON is UTF-8, pretty-printed with sorted keys, without a final line feed.
 ///
 /// After a paste the call returns immediately, and the main queue restores the user's clipboard within 2.5 s. Until
 /// then the host must keep the service, a session or its platform alive and process the main queue. On macOS, running
@@ -45,19 +45,31 @@ public:
     [[nodiscard]] std::unique_ptr<AppSelectionSession> captureSelectionOrChat(const SelectionReadOptions& options);
 
     /// Returns the selected text. Throws `BridgeError`.
-    [[nodiscard]] Text readSelectionText(std::int64_t beforeLimit, std::int64_t afterLimit);
+    [[nodiscard]] Text readSelectionText(ContextLimits limits);
+    [[nodiscard]] Text readSelectionText(std::int64_t beforeLimit, std::int64_t afterLimit) {
+        return readSelectionText({beforeLimit, afterLimit});
+    }
 
     /// Returns the selection with its context as JSON of a `SelectionPayload`, "/" not escaped. Throws `BridgeError`.
-    [[nodiscard]] std::string readSelectionJSON(std::int64_t beforeLimit, std::int64_t afterLimit);
+    [[nodiscard]] std::string readSelectionJSON(ContextLimits limits);
+    [[nodiscard]] std::string readSelectionJSON(std::int64_t beforeLimit, std::int64_t afterLimit) {
+        return readSelectionJSON({beforeLimit, afterLimit});
+    }
 
     /// Reads the selection, checks it once more and replaces it by `replacement`. Throws `BridgeError`; `invalidInput`
     /// if the replacement is empty, before any other action.
-    void replaceCurrentSelection(TextView replacement, std::int64_t beforeLimit, std::int64_t afterLimit);
+    void replaceCurrentSelection(TextView replacement, ContextLimits limits);
+    void replaceCurrentSelection(TextView replacement, std::int64_t beforeLimit, std::int64_t afterLimit) {
+        replaceCurrentSelection(replacement, {beforeLimit, afterLimit});
+    }
 
     /// Replaces the selection only if it is the one that the request expects. `requestData` is the JSON of a
     /// `GuardedReplacementRequest`. Throws `BridgeError`: `invalidInput` if that cannot be decoded or one of its texts
     /// is empty, before any other action; `selectionChanged` if the selection is not the expected one.
-    void replaceSelectionIfCurrent(std::string_view requestData, std::int64_t beforeLimit, std::int64_t afterLimit);
+    void replaceSelectionIfCurrent(std::string_view requestData, ContextLimits limits);
+    void replaceSelectionIfCurrent(std::string_view requestData, std::int64_t beforeLimit, std::int64_t afterLimit) {
+        replaceSelectionIfCurrent(requestData, {beforeLimit, afterLimit});
+    }
 
     /// Returns the selection attributes of the elements in the front application's window, as JSON of an
     /// `AccessibilityDiagnosticPayload`, "/" escaped. Contains no texts of the user and writes nothing. Throws
@@ -69,7 +81,7 @@ public:
     [[nodiscard]] std::string compatibilityDiagnosticJSON();
 
 private:
-    [[nodiscard]] SelectionSnapshot readSelection(std::int64_t beforeLimit, std::int64_t afterLimit);
+    [[nodiscard]] SelectionSnapshot readSelection(ContextLimits limits);
     [[nodiscard]] std::unique_ptr<AppSelectionSession> capture(const SelectionReadOptions& options,
                                                                SelectionPurpose purpose);
 

@@ -1,14 +1,13 @@
 #include "accessibility/service/app_selection_session.h"
 
-#include <cstdint>
 #include <utility>
 
 namespace lomaris {
 
 namespace {
 
-/// UTF-16 units of context for the repeated read. The result does not depend on them.
-constexpr std::int64_t contextLimit = 500;
+/// For the repeated read. The result does not depend on them.
+constexpr ContextLimits contextLimits{.before = 500, .after = 500};
 
 AppSelectionDetails detailsOf(const SelectionSnapshot& snapshot) {
     const SelectionPayload& payload = snapshot.payload;
@@ -42,9 +41,8 @@ void AppSelectionSession::replaceIfCurrent(TextView text) {
                                             .expectedSelectedRange = payload.selectedRange,
                                             .expectedInputActivity = expectedInputActivity_,
                                             .replacementText = Text(text)};
-    adapter_->replaceSelectionIfCurrent(
-        request,
-        {.beforeLimit = contextLimit, .afterLimit = contextLimit, .allowClipboardFallback = allowClipboardFallback_});
+    adapter_->replaceSelectionIfCurrent(request,
+                                        {.limits = contextLimits, .allowClipboardFallback = allowClipboardFallback_});
 }
 
 }  // namespace lomaris

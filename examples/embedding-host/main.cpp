@@ -54,8 +54,8 @@ std::optional<Request> parse(int argumentCount, char** arguments) {
 /// The session outlives the service that captured it; only the platform must stay.
 std::unique_ptr<lomaris::AppSelectionSession> capture(lomaris::Platform& platform, const Request& request) {
     lomaris::LomarisAccessibilityService service(platform);
-    const lomaris::SelectionReadOptions options{
-        .beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = request.clipboard};
+    const lomaris::SelectionReadOptions options{.limits = {.before = 500, .after = 500},
+                                                .allowClipboardFallback = request.clipboard};
     return request.chat ? service.captureSelectionOrChat(options) : service.captureSelection(options);
 }
 

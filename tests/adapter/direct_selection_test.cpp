@@ -53,7 +53,7 @@ protected:
     KeyboardClipboardFallback fallback{desktop};
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
     SimulatedTextElement field = notes.addTextElement(u"The quick brown fox jumps", TextRange{10, 9});
-    SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
+    SelectionReadOptions options{.limits = {.before = 500, .after = 500}, .allowClipboardFallback = true};
     SelectionPurpose purpose = SelectionPurpose::standard;
 };
 
@@ -89,18 +89,18 @@ TEST_F(DirectSelection, FailsWithoutAFocusedElement) {
 }
 
 TEST_F(DirectSelection, CutsTheContextToTheLimits) {
-    options.beforeLimit = 5;
-    options.afterLimit = 3;
+    options.limits.before = 5;
+    options.limits.after = 3;
     const auto payload = read().payload;
     EXPECT_EQ(payload.contextBefore, u"uick ");
     EXPECT_EQ(payload.contextAfter, u" ju");
 }
 
 TEST_F(DirectSelection, HasNoContextForANegativeLimitOrWithoutRange) {
-    options.afterLimit = -1;
+    options.limits.after = -1;
     EXPECT_EQ(read().payload.contextBefore, u"");
     EXPECT_EQ(read().payload.contextAfter, u"");
-    options.afterLimit = 500;
+    options.limits.after = 500;
     field.answers(attribute::selectedTextRange, AXError::noValue);
     const auto payload = read().payload;
     EXPECT_EQ(payload.selectedText, u"brown fox");
@@ -120,7 +120,7 @@ TEST_F(DirectSelection, KeepsAContradictingRangeButCutsNoContext) {
 
 TEST_F(DirectSelection, MayCutASurrogatePairInTheContext) {
     field.setText(u"\U0001f600fox", TextRange{2, 3});
-    options.beforeLimit = 1;
+    options.limits.before = 1;
     EXPECT_EQ(read().payload.contextBefore, Text(1, u'\xde00'));
 }
 

@@ -92,7 +92,7 @@ protected:
                                       .expectedSelectedRange = TextRange{10, 9},
                                       .expectedInputActivity = {1, 2, 3, 4},
                                       .replacementText = u"red fox"};
-    SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
+    SelectionReadOptions options{.limits = {.before = 500, .after = 500}, .allowClipboardFallback = true};
 };
 
 }  // namespace lomaris::test

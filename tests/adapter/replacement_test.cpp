@@ -26,7 +26,7 @@ protected:
     }
 
     SelectionSnapshot captureDirectly() {
-        return adapter.readSelection({.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true},
+        return adapter.readSelection({.limits = {.before = 500, .after = 500}, .allowClipboardFallback = true},
                                      SelectionPurpose::standard);
     }
     SelectionSnapshot captureByKeyboard() {

@@ -69,7 +69,7 @@ protected:
     SimulatedApplication notes = desktop.addApplication(812, u"com.example.notes", u"Notes");
     SimulatedTextElement field = notes.addTextElement(u"The quick brown fox", TextRange{10, 9});
     std::vector<StandingItem> before;
-    SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
+    SelectionReadOptions options{.limits = {.before = 500, .after = 500}, .allowClipboardFallback = true};
     SelectionPurpose purpose = SelectionPurpose::standard;
 };
 

@@ -35,9 +35,9 @@ struct Bounds {
         if constexpr (requires { command.delay; }) {
             require(command.delay >= 0 && command.delay <= 60, "a delay is 0 to 60 seconds");
         }
-        if constexpr (requires { command.beforeLimit; }) {
-            requireLimit(command.beforeLimit);
-            requireLimit(command.afterLimit);
+        if constexpr (requires { command.limits; }) {
+            requireLimit(command.limits.before);
+            requireLimit(command.limits.after);
         }
     }
 };

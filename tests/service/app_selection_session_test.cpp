@@ -43,15 +43,15 @@ protected:
         return application.addTextElement(u"ls -l", TextRange{0, 5});
     }
 
-    SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
+    SelectionReadOptions options{.limits = {.before = 500, .after = 500}, .allowClipboardFallback = true};
 };
 
 // The details.
 
 TEST_F(AppSelectionSessions, ReturnTheDetailsOfTheCapture) {
     text.select({4, 5});
-    options.beforeLimit = 2;
-    options.afterLimit = 3;
+    options.limits.before = 2;
+    options.limits.after = 3;
     EXPECT_EQ(capture()->details(), (AppSelectionDetails{.applicationName = u"Notes",
                                                          .selectedText = u"quick",
                                                          .contextBefore = u"e ",

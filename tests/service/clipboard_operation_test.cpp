@@ -28,7 +28,7 @@ protected:
     /// Another process holds the clipboard and never releases it.
     void holdForever() { EXPECT_TRUE(desktop.holdPasteboardUntil(Moment::max())); }
 
-    SelectionReadOptions options{.beforeLimit = 500, .afterLimit = 500, .allowClipboardFallback = true};
+    SelectionReadOptions options{.limits = {.before = 500, .after = 500}, .allowClipboardFallback = true};
 };
 
 TEST_F(ClipboardOperations, ExcludeOtherProcessesFromTheSnapshotToTheEnd) {
