@@ -27,18 +27,6 @@ std::function<void()> pressOf(Accessibility& accessibility, const std::optional<
 
 }  // namespace
 
-ClipboardSelectionReadPolicy readPolicyFor(SelectionPurpose purpose) {
-    switch (purpose) {
-        case SelectionPurpose::standard:
-            return ClipboardSelectionReadPolicy::standard;
-        case SelectionPurpose::shortcut:
-            return ClipboardSelectionReadPolicy::shortcut;
-        case SelectionPurpose::guardedReplacement:
-            return ClipboardSelectionReadPolicy::guardedReplacement;
-    }
-    return ClipboardSelectionReadPolicy::standard;
-}
-
 std::optional<CopyCommand> findCopyCommandWithRetry(Platform& platform,
                                                     const std::optional<RunningApplication>& application) {
     auto command = findCopyCommand(platform.accessibility(), application);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "accessibility/adapter/copy_command.h"
-#include "accessibility/adapter/selection_purpose.h"
 #include "accessibility/fallback/keyboard_clipboard_fallback.h"
 #include "accessibility/model/selection.h"
 #include "platform/platform.h"
@@ -9,9 +8,6 @@
 #include <optional>
 
 namespace lomaris {
-
-/// Returns the clipboard policy for a purpose.
-[[nodiscard]] ClipboardSelectionReadPolicy readPolicyFor(SelectionPurpose purpose);
 
 /// Finds the application's Copy command. Tries again after 0.05 s if there is none, because menus may still be loading.
 [[nodiscard]] std::optional<CopyCommand> findCopyCommandWithRetry(Platform& platform,

@@ -72,7 +72,7 @@ SelectionSnapshot readWebContent(Platform& platform, KeyboardClipboardFallback& 
     trace.record(SelectionCaptureTrace::Key::web, 1);
     const auto copyCommand = findCopyCommandWithRetry(platform, application);
     return readSelectionWithKeyboardClipboardFallback(platform, fallback, application, options.allowClipboardFallback,
-                                                      readPolicyFor(purpose), copyCommand);
+                                                      purpose, copyCommand);
 }
 
 }  // namespace

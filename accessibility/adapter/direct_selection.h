@@ -1,8 +1,9 @@
 #pragma once
 
-#include "accessibility/adapter/selection_purpose.h"
+#include "accessibility/adapter/selection_read_options.h"
 #include "accessibility/fallback/keyboard_clipboard_fallback.h"
 #include "accessibility/model/selection.h"
+#include "accessibility/model/selection_purpose.h"
 #include "platform/platform.h"
 
 namespace lomaris {

@@ -73,8 +73,7 @@ SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError&
         copyCommand.reset();
     }
     return readSelectionWithKeyboardClipboardFallback(*platform_, keyboardClipboardFallback_, application,
-                                                      options.allowClipboardFallback, readPolicyFor(purpose),
-                                                      copyCommand);
+                                                      options.allowClipboardFallback, purpose, copyCommand);
 }
 
 void MacOSAccessibilityAdapter::replaceSelection(const SelectionSnapshot& snapshot, TextView replacement,

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "accessibility/adapter/replacement.h"
-#include "accessibility/adapter/selection_purpose.h"
+#include "accessibility/adapter/selection_read_options.h"
 #include "accessibility/fallback/keyboard_clipboard_fallback.h"
 #include "accessibility/model/bridge_error.h"
 #include "accessibility/model/diagnostics.h"
 #include "accessibility/model/guarded_replacement_request.h"
 #include "accessibility/model/selection.h"
+#include "accessibility/model/selection_purpose.h"
 #include "platform/platform.h"
 
 #include <memory>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "accessibility/fallback/clipboard_hold.h"
+#include "accessibility/model/selection_purpose.h"
 #include "platform/platform.h"
 #include "text/text.h"
 
@@ -10,16 +11,8 @@
 
 namespace lomaris {
 
-/// The number of attempts and the waits of a read through the clipboard. The values are those of `SelectionPurpose`.
-enum class ClipboardSelectionReadPolicy : std::uint8_t {
-    /// Three attempts. The read ends if a press of the menu item yields no text within 0.2 s.
-    standard = 0,
-    /// As `standard`, but two attempts.
-    shortcut = 1,
-    /// Three attempts, the last one with the key. After a press of the menu item it waits for up to 1.0 s, and then
-    /// makes the next attempt.
-    guardedReplacement = 2,
-};
+/// The number of attempts and the waits of a read through the clipboard, which its purpose determines.
+using ClipboardSelectionReadPolicy = SelectionPurpose;
 
 /// Reads and replaces the selection of applications that do not expose it, by making them copy and paste. Saves the
 /// user's clipboard first and restores it afterwards. It is also restored if the process is told to terminate before
