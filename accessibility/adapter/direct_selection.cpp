@@ -68,8 +68,8 @@ SelectionSnapshot readWebContent(Platform& platform, KeyboardClipboardFallback& 
                                  const std::optional<RunningApplication>& application,
                                  const SelectionReadOptions& options, SelectionPurpose purpose) {
     SelectionCaptureTrace& trace = SelectionCaptureTrace::shared();
-    trace.record(SelectionCaptureTrace::Key::route, 2);
-    trace.record(SelectionCaptureTrace::Key::web, 1);
+    trace.record(SelectionCaptureTrace::Route::clipboardForWebContent);
+    trace.recordWebContent();
     const auto copyCommand = findCopyCommandWithRetry(platform, application);
     return readSelectionWithKeyboardClipboardFallback(platform, fallback, application, options.allowClipboardFallback,
                                                       purpose, copyCommand);
@@ -97,7 +97,7 @@ SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallb
     if (WebContentCompatibility::requiresClipboard(bundleIdentifier)) {
         return readWebContent(platform, fallback, application, options, purpose);
     }
-    SelectionCaptureTrace::shared().record(SelectionCaptureTrace::Key::route, 1);
+    SelectionCaptureTrace::shared().record(SelectionCaptureTrace::Route::direct);
 
     auto context = TextContext::extract(selection.data.fullText, selection.data.range, options.limits)
                        .value_or(ExtractedContext());

@@ -1,7 +1,7 @@
 #include "accessibility/adapter/attribute_access.h"
 #include "accessibility/adapter/macos_accessibility_adapter.h"
-#include "accessibility/adapter/read_failure.h"
 #include "accessibility/model/guard_trace.h"
+#include "accessibility/model/read_failure.h"
 #include "text/characters.h"
 #include "text/equality.h"
 
@@ -89,9 +89,9 @@ SelectionSnapshot MacOSAccessibilityAdapter::readAgain(const SelectionReadOption
     try {
         return readSelection(options, SelectionPurpose::guardedReplacement);
     } catch (const BridgeError& error) {
-        refuse({.reason = Reason::rereadFailed, .error = readFailureTraceValue(error)});
+        refuse({.reason = Reason::rereadFailed, .error = readFailureOf(error)});
     } catch (const std::exception&) {
-        refuse({.reason = Reason::rereadFailed, .error = otherReadFailure});
+        refuse({.reason = Reason::rereadFailed, .error = ReadFailure::other});
     }
 }
 

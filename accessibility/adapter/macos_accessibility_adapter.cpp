@@ -2,12 +2,11 @@
 
 #include "accessibility/adapter/clipboard_selection.h"
 #include "accessibility/adapter/direct_selection.h"
-#include "accessibility/adapter/read_failure.h"
 #include "accessibility/adapter/selection_diagnostics.h"
 #include "accessibility/adapter/selection_policies.h"
 #include "accessibility/model/capture_trace.h"
+#include "accessibility/model/read_failure.h"
 
-#include <cstdint>
 #include <utility>
 
 namespace lomaris {
@@ -16,11 +15,12 @@ namespace {
 
 bool isDisabled(const std::optional<CopyCommand>& command) { return command && command->isEnabled == false; }
 
-std::int64_t copyItemTraceValue(const std::optional<CopyCommand>& command) {
+SelectionCaptureTrace::CopyItem copyItemOf(const std::optional<CopyCommand>& command) {
+    using enum SelectionCaptureTrace::CopyItem;
     if (!command) {
-        return 1;
+        return notFound;
     }
-    return isDisabled(command) ? 3 : 2;
+    return isDisabled(command) ? disabled : usable;
 }
 
 }  // namespace
@@ -52,23 +52,24 @@ SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError&
                                                               const SelectionReadOptions& options,
                                                               SelectionPurpose purpose) {
     SelectionCaptureTrace& trace = SelectionCaptureTrace::shared();
-    const bool lookForCopyCommand = purpose != SelectionPurpose::standard && maySelectWithoutShowing(error);
+    const ReadFailure failure = readFailureOf(error);
+    const bool lookForCopyCommand = purpose != SelectionPurpose::standard && maySelectWithoutShowing(failure);
     std::optional<CopyCommand> copyCommand;
     if (lookForCopyCommand) {
         copyCommand = findCopyCommandWithRetry(*platform_, application);
     }
-    trace.record(SelectionCaptureTrace::Key::error, readFailureTraceValue(error));
+    trace.record(failure);
     if (lookForCopyCommand) {
-        trace.record(SelectionCaptureTrace::Key::copyItem, copyItemTraceValue(copyCommand));
+        trace.record(copyItemOf(copyCommand));
     }
-    if (!maySelectWithoutShowing(error)) {
+    if (!maySelectWithoutShowing(failure)) {
         throw error;
     }
-    const bool nothingToCopy = error.errorCase() == BridgeError::Case::noTextSelected && isDisabled(copyCommand);
+    const bool nothingToCopy = failure == ReadFailure::noTextSelected && isDisabled(copyCommand);
     if (nothingToCopy && purpose == SelectionPurpose::shortcut) {
         throw error;
     }
-    trace.record(SelectionCaptureTrace::Key::route, 3);
+    trace.record(SelectionCaptureTrace::Route::clipboardAfterFailure);
     if (isDisabled(copyCommand)) {
         copyCommand.reset();
     }

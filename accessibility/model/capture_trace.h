@@ -1,5 +1,7 @@
 #pragma once
 
+#include "accessibility/model/read_failure.h"
+
 #include <array>
 #include <cstdint>
 #include <mutex>
@@ -16,13 +18,11 @@ class SelectionCaptureTrace {
 public:
     /// The entries, in the order of `snapshot`.
     enum class Key : std::uint8_t {
-        /// The last route. 1: the direct read. 2: the clipboard, after a direct read in a browser or code editor.
-        /// 3: the clipboard, after a failed direct read.
+        /// The last `Route`.
         route,
-        /// The error of the last failed read. 1: no text selected. 2: selected text unavailable. 3: focused element
-        /// unavailable. 4: any other.
+        /// The `ReadFailure` of the last failed read.
         error,
-        /// The Copy menu item. 1: not found. 2: found enabled, or its state is unknown. 3: found disabled.
+        /// The last `CopyItem`.
         copyItem,
         /// The number of times Command+C was pressed.
         keyPresses,
@@ -30,6 +30,22 @@ public:
         menuPresses,
         /// 1 if web content was involved.
         web,
+    };
+
+    enum class Route : std::int64_t {
+        direct = 1,
+        /// The clipboard, after a direct read in a browser or code editor.
+        clipboardForWebContent = 2,
+        /// The clipboard, after a failed direct read.
+        clipboardAfterFailure = 3,
+    };
+
+    /// The Copy menu item that was looked for.
+    enum class CopyItem : std::int64_t {
+        notFound = 1,
+        /// Found enabled, or its state is unknown.
+        usable = 2,
+        disabled = 3,
     };
 
     using Entry = std::pair<std::string_view, std::int64_t>;
@@ -51,6 +67,12 @@ public:
     /// Adds one to the entry. Aborts the process on overflow.
     void increment(Key key);
 
+    void record(Route route) { record(Key::route, static_cast<std::int64_t>(route)); }
+    void record(ReadFailure failure) { record(Key::error, static_cast<std::int64_t>(failure)); }
+    void record(CopyItem item) { record(Key::copyItem, static_cast<std::int64_t>(item)); }
+    void recordWebContent() { record(Key::web, 1); }
+
+    /// Sets the entry to any number. For the four entries with a meaning of their own, see the functions above.
     void record(Key key, std::int64_t value);
 
 private:

@@ -11,7 +11,7 @@ std::vector<ReplacementGuardTrace::Entry> ReplacementGuardTrace::snapshot() cons
     const std::lock_guard guard(lock_);
     const Refusal refusal = refusal_.value_or(Refusal{});
     return {{"reason", static_cast<std::int64_t>(refusal.reason)},
-            {"error", refusal.error},
+            {"error", static_cast<std::int64_t>(refusal.error)},
             {"expected_chars", refusal.expectedCharacters},
             {"current_chars", refusal.currentCharacters}};
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "accessibility/model/read_failure.h"
+
 #include <cstdint>
 #include <mutex>
 #include <optional>
@@ -28,9 +30,8 @@ public:
 
     struct Refusal {
         Reason reason{};
-        /// If reading the selection again failed: 1 no text selected, 2 selected text unavailable, 3 focused element
-        /// unavailable, 4 any other. 0 for other reasons.
-        std::int64_t error = 0;
+        /// `none` unless reading the selection again failed.
+        ReadFailure error = ReadFailure::none;
         /// If the text changed: the number of characters (extended grapheme clusters) expected and found. 0 for other
         /// reasons.
         std::int64_t expectedCharacters = 0;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
 #include <thread>
 #include <vector>
@@ -38,6 +39,32 @@ TEST(CaptureTrace, KeepsEachRecordedValueUnderItsOwnName) {
     trace.record(Key::web, 1);
     const Entries expected = {{"route", 2},       {"error", 4},        {"copy_item", 3},
                               {"key_presses", 0}, {"menu_presses", 1}, {"web", 1}};
+    EXPECT_EQ(trace.snapshot(), expected);
+}
+
+TEST(CaptureTrace, NumbersTheNamedValuesFromOne) {
+    using enum SelectionCaptureTrace::Route;
+    using CopyItem = SelectionCaptureTrace::CopyItem;
+    SelectionCaptureTrace trace;
+    std::int64_t number = 0;
+    for (const auto route : {direct, clipboardForWebContent, clipboardAfterFailure}) {
+        trace.record(route);
+        EXPECT_EQ(trace.snapshot().at(0).second, ++number);
+    }
+    number = 0;
+    for (const auto failure : {ReadFailure::noTextSelected, ReadFailure::selectedTextUnavailable,
+                               ReadFailure::focusedElementUnavailable, ReadFailure::other}) {
+        trace.record(failure);
+        EXPECT_EQ(trace.snapshot().at(1).second, ++number);
+    }
+    number = 0;
+    for (const auto item : {CopyItem::notFound, CopyItem::usable, CopyItem::disabled}) {
+        trace.record(item);
+        EXPECT_EQ(trace.snapshot().at(2).second, ++number);
+    }
+    trace.recordWebContent();
+    const Entries expected = {{"route", 3},       {"error", 4},        {"copy_item", 3},
+                              {"key_presses", 0}, {"menu_presses", 0}, {"web", 1}};
     EXPECT_EQ(trace.snapshot(), expected);
 }
 

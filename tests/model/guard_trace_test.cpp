@@ -20,7 +20,10 @@ TEST(GuardTrace, StartsWithFourZerosInOrder) {
 
 TEST(GuardTrace, KeepsEachRecordedValueUnderItsOwnName) {
     ReplacementGuardTrace trace;
-    trace.record({.reason = Reason::textChanged, .error = 2, .expectedCharacters = 3, .currentCharacters = 7});
+    trace.record({.reason = Reason::textChanged,
+                  .error = ReadFailure::selectedTextUnavailable,
+                  .expectedCharacters = 3,
+                  .currentCharacters = 7});
     const Entries expected = {{"reason", 4}, {"error", 2}, {"expected_chars", 3}, {"current_chars", 7}};
     EXPECT_EQ(trace.snapshot(), expected);
 }
@@ -39,7 +42,10 @@ TEST(GuardTrace, NumbersTheReasonsFromOneToFive) {
 
 TEST(GuardTrace, ReplacesAnEarlierRecordCompletely) {
     ReplacementGuardTrace trace;
-    trace.record({.reason = Reason::textChanged, .error = 2, .expectedCharacters = 3, .currentCharacters = 7});
+    trace.record({.reason = Reason::textChanged,
+                  .error = ReadFailure::selectedTextUnavailable,
+                  .expectedCharacters = 3,
+                  .currentCharacters = 7});
     trace.record({.reason = Reason::notFrontmost});
     const Entries expected = {{"reason", 1}, {"error", 0}, {"expected_chars", 0}, {"current_chars", 0}};
     EXPECT_EQ(trace.snapshot(), expected);
@@ -47,7 +53,10 @@ TEST(GuardTrace, ReplacesAnEarlierRecordCompletely) {
 
 TEST(GuardTrace, IsAllZerosAfterReset) {
     ReplacementGuardTrace trace;
-    trace.record({.reason = Reason::textChanged, .error = 2, .expectedCharacters = 3, .currentCharacters = 7});
+    trace.record({.reason = Reason::textChanged,
+                  .error = ReadFailure::selectedTextUnavailable,
+                  .expectedCharacters = 3,
+                  .currentCharacters = 7});
     trace.reset();
     EXPECT_EQ(trace.snapshot(), ReplacementGuardTrace().snapshot());
 }
@@ -65,7 +74,7 @@ TEST(GuardTrace, ShowsOnlyWholeRecordsIfThreadsWriteConcurrently) {
         writers.emplace_back([&trace, thread] {
             for (int round = 0; round < roundsPerThread; ++round) {
                 trace.record({.reason = Reason::textChanged,
-                              .error = thread,
+                              .error = static_cast<ReadFailure>(thread),
                               .expectedCharacters = thread,
                               .currentCharacters = thread});
                 if (round % 16 == 0) {

@@ -1,4 +1,4 @@
-#include "accessibility/adapter/read_failure.h"
+#include "accessibility/model/read_failure.h"
 
 #include <gtest/gtest.h>
 
@@ -30,8 +30,9 @@ TEST(ReadFailure, NumbersFailuresOfHiddenSelectionsFromOneToThree) {
         {BridgeError::selectionChanged(), 4, false},
     };
     for (const auto& example : examples) {
-        EXPECT_EQ(readFailureTraceValue(example.error), example.value) << example.error.what();
-        EXPECT_EQ(maySelectWithoutShowing(example.error), example.maySelect) << example.error.what();
+        const ReadFailure failure = readFailureOf(example.error);
+        EXPECT_EQ(static_cast<std::int64_t>(failure), example.value) << example.error.what();
+        EXPECT_EQ(maySelectWithoutShowing(failure), example.maySelect) << example.error.what();
     }
 }
 
