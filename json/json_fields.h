@@ -20,8 +20,6 @@ public:
     /// `keys` are all keys of the record, which must be string literals; only these can be read. The document of
     /// `value` must outlive the reader. If `value` is not an object, the record is incomplete.
     JsonFields(const JsonValue& value, std::initializer_list<std::string_view> keys);
-    JsonFields(const JsonDocument& document, std::initializer_list<std::string_view> keys)
-        : JsonFields(document.root(), keys) {}
 
     [[nodiscard]] bool isComplete() const { return complete_; }
 

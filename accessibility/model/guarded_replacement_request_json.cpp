@@ -1,61 +1,28 @@
 #include "accessibility/model/guarded_replacement_request_json.h"
 
-#include "json/json_fields.h"
-#include "accessibility/model/selection_json.h"
+#include "accessibility/model/selection_fields.h"
+#include "json/json_record.h"
 
-#include <utility>
+#include <tuple>
 
 namespace lomaris {
 
+template <>
+constexpr auto jsonFieldsOf<GuardedReplacementRequest> = std::tuple{
+    JsonField{"expectedBundleIdentifier", &GuardedReplacementRequest::expectedBundleIdentifier},
+    JsonField{"expectedInputActivity", &GuardedReplacementRequest::expectedInputActivity},
+    JsonField{"expectedProcessIdentifier", &GuardedReplacementRequest::expectedProcessIdentifier},
+    JsonField{"expectedSelectedRange", &GuardedReplacementRequest::expectedSelectedRange},
+    JsonField{"expectedText", &GuardedReplacementRequest::expectedText},
+    JsonField{"replacementText", &GuardedReplacementRequest::replacementText},
+};
+
 std::string encodeJson(const GuardedReplacementRequest& request, SlashEscaping slashes) {
-    JsonWriter writer(slashes);
-    writer.beginObject();
-    if (request.expectedBundleIdentifier) {
-        writer.key("expectedBundleIdentifier");
-        writer.string(*request.expectedBundleIdentifier);
-    }
-    writer.key("expectedInputActivity");
-    writeJson(writer, request.expectedInputActivity);
-    writer.key("expectedProcessIdentifier");
-    writer.integer(request.expectedProcessIdentifier);
-    if (request.expectedSelectedRange) {
-        writer.key("expectedSelectedRange");
-        writeJson(writer, *request.expectedSelectedRange);
-    }
-    writer.key("expectedText");
-    writer.string(request.expectedText);
-    writer.key("replacementText");
-    writer.string(request.replacementText);
-    writer.endObject();
-    return writer.take();
+    return encodeJsonRecord(request, slashes);
 }
 
 std::optional<GuardedReplacementRequest> decodeGuardedReplacementRequest(std::string_view bytes) {
-    const auto document = parseJson(bytes);
-    if (!document) {
-        return std::nullopt;
-    }
-    JsonFields fields(*document, {"expectedText", "expectedProcessIdentifier", "expectedBundleIdentifier",
-                                  "expectedSelectedRange", "expectedInputActivity", "replacementText"});
-    GuardedReplacementRequest request;
-    request.expectedText = fields.text("expectedText");
-    request.expectedProcessIdentifier = fields.integer<ProcessIdentifier>("expectedProcessIdentifier");
-    request.expectedBundleIdentifier = fields.optionalText("expectedBundleIdentifier");
-    if (const JsonValue* const range = fields.optional("expectedSelectedRange")) {
-        request.expectedSelectedRange = decodeSelectionRange(*range);
-        if (!request.expectedSelectedRange) {
-            fields.fail();
-        }
-    }
-    if (const JsonValue* const activity = fields.required("expectedInputActivity")) {
-        if (const auto decoded = decodeInputActivity(*activity)) {
-            request.expectedInputActivity = *decoded;
-        } else {
-            fields.fail();
-        }
-    }
-    request.replacementText = fields.text("replacementText");
-    return fields.isComplete() ? std::optional(std::move(request)) : std::nullopt;
+    return decodeJsonRecord<GuardedReplacementRequest>(bytes);
 }
 
 }  // namespace lomaris

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "accessibility/model/input_activity.h"
-#include "json/json_value.h"
-#include "json/json_writer.h"
 #include "accessibility/model/selection.h"
+#include "json/json_writer.h"
 
 #include <optional>
 #include <string>
@@ -18,11 +16,5 @@ namespace lomaris {
 /// Decodes a payload from JSON. An optional field may be missing or null; unknown keys are ignored. Returns nullopt if
 /// a required key is missing, or if a value has the wrong type or is out of range.
 [[nodiscard]] std::optional<SelectionPayload> decodeSelectionPayload(std::string_view bytes);
-
-/// Encode and decode the records that are nested in others. `writeJson` writes the record as the next value.
-void writeJson(JsonWriter& writer, const SelectionRangePayload& range);
-void writeJson(JsonWriter& writer, const InputActivitySnapshot& activity);
-[[nodiscard]] std::optional<SelectionRangePayload> decodeSelectionRange(const JsonValue& value);
-[[nodiscard]] std::optional<InputActivitySnapshot> decodeInputActivity(const JsonValue& value);
 
 }  // namespace lomaris
