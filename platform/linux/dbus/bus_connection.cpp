@@ -12,13 +12,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Enough to keep an application busy while replies travel, also during a walk; few enough that the last one of a full
-/// window is answered well within its deadline by anything that still works.
+/// Enough calls to keep an application busy during a walk while replies are in transit. Few enough that an application
+/// that works replies to all of them well before their deadlines.
 constexpr std::size_t maximumUnderWay = 512;
 
 const DBusFunctions& bus() { return *dbusFunctions(); }
 
-/// The addresses of `addresses` that are local sockets. The others would start a program or go over a network.
+/// Returns the `unix:` addresses of the list. Other transports may start a program or use a network.
 std::vector<std::string> localAddresses(std::string_view addresses) {
     std::vector<std::string> result;
     while (!addresses.empty()) {
@@ -32,7 +32,7 @@ std::vector<std::string> localAddresses(std::string_view addresses) {
     return result;
 }
 
-/// What a question asks, as a key to find it by.
+/// Returns a key that is equal for identical requests.
 std::string questionOf(const ObjectReference& object, const char* interface, const char* member,
                        std::initializer_list<BusArgument> arguments) {
     constexpr char separator = '\n';
@@ -70,12 +70,12 @@ bool append(sd_bus_message* message, const BusArgument& argument) {
 
 }  // namespace
 
-/// One call from its queueing to its answer.
+/// One call from when it is queued until its handlers have run.
 struct BusConnection::Call {
     std::string peer;
     BusMessage message;
     std::vector<Handler> handlers;
-    /// Empty where the call is no question.
+    /// The key of `questionOf` if the call was queued by `ask`, otherwise empty.
     std::string question;
     sd_bus_slot* slot = nullptr;
     Clock::time_point deadline;
@@ -121,7 +121,7 @@ BusConnection::~BusConnection() {
     bus().close_unref_(bus_);
 }
 
-/// Drives the handshake, which the library would allow far more time.
+/// Completes the handshake, for which libsystemd would allow far more time. Returns false on an error or a timeout.
 bool BusConnection::becomeReady() {
     const auto deadline = Clock::now() + busCallDeadline;
     while (bus().is_ready_(bus_) <= 0) {
@@ -202,7 +202,7 @@ int BusConnection::onReply(sd_bus_message* message, void* call, sd_bus_error* /*
     return 0;
 }
 
-/// Lets the library read, write and dispatch one thing; whether there was anything.
+/// Lets libsystemd read, write or dispatch one message. Returns false if there was nothing to do.
 bool BusConnection::advance() {
     if (!connected_) {
         return false;
@@ -232,7 +232,7 @@ void BusConnection::sendWaiting() {
     }
 }
 
-/// Hands the replies that are there to their handlers; whether there were any. The handlers may queue calls.
+/// Runs the handlers of the completed calls, which may queue calls. Returns whether there was a completed call.
 bool BusConnection::deliverAnswered() {
     for (auto& call : underWay_) {
         if (call->reply != nullptr) {
@@ -257,7 +257,7 @@ bool BusConnection::deliverAnswered() {
     return hasAnswers;
 }
 
-/// Calls are under way in the order of their deadlines.
+/// `underWay_` is in the order of the deadlines.
 void BusConnection::answerOverdue() {
     const auto now = Clock::now();
     for (const auto& call : underWay_) {

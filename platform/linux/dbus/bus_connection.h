@@ -17,63 +17,73 @@
 
 namespace lomaris {
 
-/// How long a peer may take to answer one call. With the pauses of those who ask again, a hung application costs less
-/// than two seconds.
+/// The timeout of one call. Short enough that a caller that retries with pauses spends less than 2 s on a hung
+/// application.
 inline constexpr std::chrono::milliseconds busCallDeadline{1100};
 
-/// One argument of a call; a variant around a boolean is the only nested one that is needed.
+/// A boolean inside a D-Bus variant, as `Properties.Set` takes it. No other variant is needed as an argument.
 struct BooleanVariant {
     bool value = false;
 };
+/// One argument of a call. A `const char*` must be non-null and is copied when the call is queued.
 using BusArgument = std::variant<std::int32_t, const char*, std::string, BooleanVariant>;
 
-/// A connection to a message bus on which many calls are under way at once.
+/// A connection to a D-Bus message bus with many pending calls at a time.
 ///
-/// A walk over the elements of another process lives from sending its questions without waiting for each answer. `call`
-/// therefore only queues, with what to do with the reply; `finish` sends, waits and hands out the replies until nothing
-/// is left, including the calls that the handlers make. A bounded number of calls is under way at a time, and each has
-/// a deadline of its own from the moment it is sent. A peer that misses one counts as hung from then on: its calls are
-/// answered with `cannotComplete` at once, so that a hung application costs one deadline and not one per question.
+/// This folder is the D-Bus client of the Linux platform: connections (this header), replies (`bus_message.h`), errors
+/// (`bus_error.h`) and the functions of libsystemd (`dbus_library.h`). `atspi/` is its only user. It depends on the
+/// result codes of the platform and on libsystemd, which it opens at run time, and calls no AT-SPI interface itself.
 ///
-/// Nothing is ever started on behalf of a call. Main thread only.
+/// A walk over the elements of another process is fast only if it does not wait for each reply before it sends the next
+/// call. `call` therefore only queues a call with its handler; `finish` sends the queued calls, waits for the replies
+/// and runs the handlers, until no call is left, including those that handlers queue.
+///
+/// Invariants:
+/// 1. A handler runs only inside `finish`, exactly once, unless its call is abandoned.
+/// 2. The number of pending calls is limited. Each has its own deadline, `busCallDeadline` after it was sent.
+/// 3. A peer that misses a deadline counts as hung for the life of the connection: its calls complete with
+///    `cannotComplete` at once. A hung application therefore costs one timeout, not one per call.
+/// 4. If the connection is lost, all calls complete with `invalidUIElement`.
+/// 5. No call starts a service (all have the flag NO_AUTO_START).
+///
+/// Main thread only.
 class BusConnection {
 public:
     using Handler = std::function<void(const BusReply&)>;
 
-    /// Connects to the first answering bus of a list of addresses as D-Bus writes them; only local sockets are tried.
-    /// Null where none answers within a deadline, or where the D-Bus library is missing.
+    /// Connects to the first bus of a D-Bus address list ("unix:path=/a;unix:path=/b") that completes the handshake
+    /// within `busCallDeadline`. Only `unix:` addresses are tried. Null if there is none, or if libsystemd is missing.
     [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& addresses);
 
-    /// Takes the connection over.
+    /// Takes ownership of the connection, which must be connected or connecting.
     explicit BusConnection(sd_bus* connection);
     BusConnection(const BusConnection&) = delete;
     BusConnection& operator=(const BusConnection&) = delete;
     ~BusConnection();
 
-    /// Queues a call of a method. `handler` runs exactly once, inside `finish`, unless the call is abandoned.
+    /// Queues a method call.
     void call(const ObjectReference& object, const char* interface, const char* member,
               std::initializer_list<BusArgument> arguments, Handler handler);
 
-    /// Queues a call that changes nothing. A question that waits for its answer already is not sent again: whoever asks
-    /// it too gets the same answer. Nothing that changes what it asks for may be queued in between.
+    /// Queues a method call without side effects. Identical pending requests share one reply, so the caller must not
+    /// queue a call that changes the result between two of them.
     void ask(const ObjectReference& object, const char* interface, const char* member,
              std::initializer_list<BusArgument> arguments, Handler handler);
 
-    /// Queues the reading of a property, a question likewise.
+    /// Queues `org.freedesktop.DBus.Properties.Get`, in the same way as `ask`.
     void getProperty(const ObjectReference& object, const char* interface, const char* property, Handler handler);
 
-    /// Queues a call whose message the caller has built with `newCall`. A null message is answered with
-    /// `invalidUIElement`.
+    /// Queues a call whose message the caller has built with `newCall`. `peer` is the destination of the message. A
+    /// null message completes with `invalidUIElement`.
     void call(BusMessage message, const std::string& peer, Handler handler);
 
-    /// A call without its arguments, or null where a name or path is none.
+    /// Returns a method call without arguments. Null if a name or the object path is not valid.
     [[nodiscard]] BusMessage newCall(const ObjectReference& object, const char* interface, const char* member);
 
-    /// Drops every call that has no answer yet, queued or under way; their handlers do not run. May be called from a
-    /// handler.
+    /// Drops every call whose handler has not run yet. A handler may call it.
     void abandon();
 
-    /// Runs until every call is answered. Not to be called from a handler.
+    /// Blocks until every call is complete. A handler must not call it.
     void finish();
 
 private:
@@ -95,10 +105,10 @@ private:
     std::deque<std::unique_ptr<Call>> waiting_;
     std::deque<std::unique_ptr<Call>> underWay_;
     std::deque<std::unique_ptr<Call>> answered_;
-    /// The questions among the calls in `waiting_` and `underWay_`.
+    /// The calls queued by `ask` among those in `waiting_` and `underWay_`, by `Call::question`.
     std::unordered_map<std::string, Call*> questions_;
     std::unordered_set<std::string> hungPeers_;
-    /// How often calls were dropped, so that whoever hands out an answer notices.
+    /// The number of calls of `abandon`, so that `deliverAnswered` notices one made by a handler.
     std::size_t abandonments_ = 0;
 };
 

@@ -14,7 +14,7 @@ struct NamedFailure {
 
 constexpr std::string_view prefix = "org.freedesktop.DBus.Error.";
 
-/// `NoReply` comes from the bus when the peer leaves without an answer; a deadline of our own needs no error name.
+/// The bus sends `NoReply` when the peer disconnects before it replies. A missed deadline of ours is no error reply.
 constexpr std::array<NamedFailure, 10> namedFailures{{
     {"ServiceUnknown", BusFailure::peerGone},
     {"NameHasNoOwner", BusFailure::peerGone},

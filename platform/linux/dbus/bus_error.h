@@ -6,15 +6,14 @@
 
 namespace lomaris {
 
-/// What an error that a call was answered with says about the element. `unknownObject` is ambiguous: some toolkits
-/// answer it for an object that is gone, others for any method that an object lacks; only another question to the
-/// object can tell.
+/// What an error reply means for the object called. `unknownObject` is ambiguous: some toolkits return it for an object
+/// that no longer exists, others for any method that an object lacks. Only another call to the object can tell.
 enum class BusFailure { peerGone, unknownObject, unsupported, refused };
 
-/// `name` is the D-Bus name of the error ("org.freedesktop.DBus.Error.UnknownMethod"). Unknown names are refusals.
+/// `name` is a D-Bus error name ("org.freedesktop.DBus.Error.UnknownMethod"). Returns `refused` for any other name.
 [[nodiscard]] BusFailure busFailureFromName(std::string_view name);
 
-/// The result code of a failure, where nothing more is known.
+/// The result code for a failure if nothing more is known.
 [[nodiscard]] AXError axErrorOf(BusFailure failure);
 
 }  // namespace lomaris

@@ -18,13 +18,13 @@ std::optional<Value> readBasic(sd_bus_message* message, char type) {
     return value;
 }
 
-/// The library hands a boolean over as an int.
+/// libsystemd returns a boolean as an int.
 std::optional<bool> readBool(sd_bus_message* message) {
     const auto value = readBasic<int>(message, SD_BUS_TYPE_BOOLEAN);
     return value ? std::optional(*value != 0) : std::nullopt;
 }
 
-/// The string stays the message's; the library has checked that it is UTF-8.
+/// Copies the string, which the message owns. libsystemd has checked that it is well-formed UTF-8.
 std::optional<std::string> readText(sd_bus_message* message, char type) {
     const auto value = readBasic<const char*>(message, type);
     return value ? std::optional<std::string>(*value) : std::nullopt;
@@ -83,7 +83,7 @@ constexpr const char* listedObjectMembers = "(so)(so)(so)iiassusau";
 constexpr const char* listedObject = "((so)(so)(so)iiassusau)";
 constexpr const char* listedObjectArray = "a((so)(so)(so)iiassusau)";
 
-/// In the order of the wire; the application, the index, the name and the description are passed over.
+/// Reads the fields in the order of the signature; skips the application, the index, the name and the description.
 std::optional<ListedObject> readListedObject(sd_bus_message* message) {
     if (bus().message_enter_container_(message, SD_BUS_TYPE_STRUCT, listedObjectMembers) <= 0) {
         return std::nullopt;

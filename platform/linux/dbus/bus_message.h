@@ -17,23 +17,25 @@ struct BusMessageDeleter {
     void operator()(sd_bus_message* message) const;
 };
 
-/// A message of the bus, owned.
+/// A D-Bus message. Holds one reference to it.
 using BusMessage = std::unique_ptr<sd_bus_message, BusMessageDeleter>;
 
-/// An object of a peer on the bus.
+/// An object of a peer.
 struct ObjectReference {
-    /// Unique name of the peer (":1.5").
+    /// The unique bus name of the peer (":1.5"), or the well-known name of a service.
     std::string name;
+    /// The object path.
     std::string path;
 
     friend bool operator==(const ObjectReference&, const ObjectReference&) = default;
 };
 
-/// What an object says of itself in the list of all objects of its application.
+/// One item of a reply with the signature `a((so)(so)(so)iiassusau)`: the data of one object in the list of all objects
+/// of its application.
 struct ListedObject {
     ObjectReference object;
     ObjectReference parent;
-    /// Negative where the application does not count them.
+    /// Negative if the application does not count them.
     std::int32_t childCount = 0;
     std::vector<std::string> interfaces;
     std::uint32_t role = 0;
@@ -41,27 +43,28 @@ struct ListedObject {
     std::uint64_t states = 0;
 };
 
-/// The most members that any list in a reply may have; a longer one is nonsense or nothing that a walk could use.
+/// The most members that any array in a reply may have. A longer array counts as malformed.
 inline constexpr std::size_t maximumListLength = 10000;
 
-/// The answer to one call: values, an error of the peer, or no answer at all. Each reader answers nothing unless the
-/// reply consists of exactly the kind of value asked for; only one reader is called per reply, once, unless the reply
-/// is rewound in between.
+/// The outcome of one call: a reply with values, an error reply, or no reply.
+///
+/// Each reader returns nullopt unless the reply has exactly the signature of its type. A reader consumes the reply:
+/// call one reader, once, or call `rewind` in between.
 class BusReply {
 public:
-    /// `message` is a reply of any kind, owned by the result.
+    /// `message` is a method return or an error reply.
     explicit BusReply(BusMessage message);
 
-    /// A call that no reply came for.
+    /// A call that got no reply; `error` says why.
     explicit BusReply(AXError error) : error_(error) {}
 
-    /// `success` for values, else the code that the missing answer or the error of the peer stands for.
+    /// `success` if the reply has values, otherwise the code for the error reply or the missing reply.
     [[nodiscard]] AXError error() const { return error_; }
 
-    /// The error that the peer answered, or nothing.
+    /// The failure that the error reply means. nullopt if there is no error reply.
     [[nodiscard]] std::optional<BusFailure> failure() const { return failure_; }
 
-    /// Lets the reply be read once more.
+    /// Moves the read position back to the start of the reply.
     void rewind() const;
 
     [[nodiscard]] std::optional<bool> readBoolean() const;
@@ -70,15 +73,16 @@ public:
     [[nodiscard]] std::optional<std::uint32_t> readUnsigned() const;
     /// Well-formed UTF-8.
     [[nodiscard]] std::optional<std::string> readString() const;
-    /// A bit set in words of 32 bits, lowest first; only the first two words count.
+    /// A set of bits in 32-bit words, lowest word first. Words after the second are ignored.
     [[nodiscard]] std::optional<std::uint64_t> readBits() const;
-    /// One object; an empty name stands for nothing to read.
+    /// One object reference. Name and path are returned as the peer sent them, also if they are empty.
     [[nodiscard]] std::optional<ObjectReference> readReference() const;
     [[nodiscard]] std::optional<std::vector<ObjectReference>> readReferences() const;
     [[nodiscard]] std::optional<std::vector<std::string>> readStrings() const;
     [[nodiscard]] std::optional<std::vector<ListedObject>> readListedObjects() const;
 
-    /// The readers of a property: a variant around the value.
+    // Readers for the reply to `Properties.Get`: one variant around the value.
+
     [[nodiscard]] std::optional<bool> readBooleanProperty() const;
     [[nodiscard]] std::optional<std::int32_t> readIntegerProperty() const;
     [[nodiscard]] std::optional<double> readNumberProperty() const;

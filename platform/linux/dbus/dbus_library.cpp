@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* libraryName = "libsystemd.so.0";
 
-/// Stores the address of `symbol` in `target`; whether there is one.
+/// Stores the address of `symbol` in `target`. Returns false if the library has no such symbol.
 template <typename Pointer>
 bool load(void* library, const char* symbol, Pointer& target) {
     target = reinterpret_cast<Pointer>(dlsym(library, symbol));

@@ -4,7 +4,7 @@
 
 namespace lomaris {
 
-/// The functions of the D-Bus library that this platform calls, without their prefix.
+/// The functions of libsystemd that this platform calls, without the prefix `sd_bus_`.
 #define LOMARIS_DBUS_FUNCTIONS(X) \
     X(call_async)                 \
     X(close_unref)                \
@@ -33,8 +33,8 @@ namespace lomaris {
     X(slot_unref)                 \
     X(start)
 
-// The library is loaded at the first use: a run that prints help, and a machine without the library, do without it. The
-// table lives as long as the process. The members end in an underscore as one of the functions is called `new`.
+// The library is opened at the first use, so that a run that only prints help does not load it and a machine without it
+// can run the tool. The members end in an underscore because one of the functions is called `new`.
 
 #define LOMARIS_DECLARE(name) decltype(&::sd_bus_##name) name##_ = nullptr;
 struct DBusFunctions {
@@ -42,7 +42,7 @@ struct DBusFunctions {
 };
 #undef LOMARIS_DECLARE
 
-/// The D-Bus library, or null where it is not installed or lacks a function. Main thread.
+/// The functions of libsystemd. Null if it is not installed or lacks one of them. Static storage. Main thread.
 [[nodiscard]] const DBusFunctions* dbusFunctions();
 
 }  // namespace lomaris
