@@ -21,7 +21,7 @@ std::string environment(const char* name) {
     return value == nullptr ? std::string() : std::string(value);
 }
 
-/// `path` with every byte that an address does not take as it is written as two hexadecimal digits.
+/// Returns `path` with every byte that a D-Bus address must escape as `%` and two hexadecimal digits.
 std::string escaped(std::string_view path) {
     constexpr std::string_view plain = "-_/.\\*";
     constexpr std::string_view digits = "0123456789abcdef";
@@ -71,7 +71,7 @@ BusConnection* AccessibilityBus::connection() {
 }
 
 AccessibilityStatus AccessibilityBus::status() {
-    // The front application is known from the X server alone.
+    // Without an X server there is no front application.
     if (environment("DISPLAY").empty() || connection() == nullptr) {
         return AccessibilityStatus::unavailable;
     }

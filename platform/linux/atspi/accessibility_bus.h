@@ -8,20 +8,22 @@
 
 namespace lomaris {
 
-/// Whether the desktop's switch for accessibility is on; applications show their elements only then.
+/// The state of the accessibility setting of the desktop, `org.a11y.Status.IsEnabled`. Applications expose their
+/// objects only if it is enabled.
 enum class AccessibilityStatus { unavailable, disabled, enabled };
 
-/// The way to the accessibility bus: the session bus knows its address and the switch. Both connections are made at the
-/// first use and kept; one that failed is not tried again in the same run. Main thread only.
+/// The connections to the session bus, whose service `org.a11y.Bus` has the address of the accessibility bus and the
+/// accessibility setting, and to the accessibility bus. Each is opened at its first use and kept; one that failed is
+/// not tried again in the same run. Every call may block for up to `busCallDeadline` per request. Main thread only.
 class AccessibilityBus {
 public:
-    /// Asks afresh each time. `unavailable` where there is no display, no session bus, or no accessibility bus.
+    /// Reads the setting, without a cache. `unavailable` if there is no display, session bus or accessibility bus.
     [[nodiscard]] AccessibilityStatus status();
 
-    /// Turns the switch on, without looking whether that worked.
+    /// Sets `IsEnabled` to true. Does not check whether that succeeded.
     void enable();
 
-    /// The connection to the accessibility bus, or null where there is none.
+    /// The connection to the accessibility bus. Null if there is none. Owned by this object.
     [[nodiscard]] BusConnection* connection();
 
 private:
@@ -31,8 +33,8 @@ private:
     std::optional<std::unique_ptr<BusConnection>> accessibility_;
 };
 
-/// The addresses of the session bus as the D-Bus library finds them: the variable for it, else the socket in the
-/// run-time directory, else an empty string.
+/// The D-Bus address list of the session bus: `DBUS_SESSION_BUS_ADDRESS` if it is set, otherwise the socket `bus` in
+/// `XDG_RUNTIME_DIR`, otherwise an empty string.
 [[nodiscard]] std::string sessionBusAddresses();
 
 }  // namespace lomaris

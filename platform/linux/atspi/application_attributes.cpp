@@ -29,7 +29,7 @@ AttributeAnswer windowsAnswer(const ApplicationWindows& windows) {
     return {AXError::success, std::move(elements)};
 }
 
-/// The first window for which `matches` holds.
+/// The first window for which `matches` returns true, or `noValue`.
 template <typename Predicate>
 AttributeAnswer windowAnswer(const ApplicationWindows& windows, Predicate matches) {
     const auto found = std::find_if(windows.windows.begin(), windows.windows.end(), matches);
@@ -42,7 +42,7 @@ AttributeAnswer windowAnswer(const ApplicationWindows& windows, Predicate matche
 bool isActive(const ApplicationWindow& window) { return window.isActive; }
 bool isShowing(const ApplicationWindow& window) { return window.isShowing; }
 
-/// The menu bar of the active window; the desktop has none for all of an application.
+/// The menu bar of the active window, or of the first showing one. AT-SPI has no menu bar of an application.
 AttributeAnswer menuBarAnswer(BusConnection& bus, const ApplicationWindows& windows) {
     const auto begin = windows.windows.begin();
     const auto end = windows.windows.end();
@@ -81,7 +81,7 @@ AttributeAnswer copyApplicationAttribute(BusConnection& bus, const ObjectReferen
     }
     AttributeAnswer answer = windowAnswer(windows, isActive);
     if (attribute == attribute::mainWindow && answer.error == AXError::noValue) {
-        // An application in the background has a main window, though none that is active.
+        // An application in the background has no active window, but has a main window.
         answer = windowAnswer(windows, isShowing);
     }
     return answer;

@@ -7,11 +7,10 @@
 
 namespace lomaris {
 
-/// Whether the attribute is one that only the element of an application has: its windows, its menu bar
-/// and what has the focus.
+/// True if only the element of an application has the attribute: its windows, its menu bar, its focused element.
 [[nodiscard]] bool isApplicationAttribute(std::string_view attribute);
 
-/// Copies such an attribute of the application with this root object. Finishes the bus's calls.
+/// Copies such an attribute of the application with this root object. Calls `bus.finish`.
 [[nodiscard]] AttributeAnswer copyApplicationAttribute(BusConnection& bus, const ObjectReference& root,
                                                        std::string_view attribute);
 

@@ -9,23 +9,25 @@
 
 namespace lomaris {
 
-/// The root object of an application, or why there is none.
+/// The root object of an application. `object` is valid only if `error` is `success`.
 struct ApplicationRoot {
     AXError error = AXError::success;
     ObjectReference object;
 };
 
-/// Which process stands behind which name on the accessibility bus. A name is never given out twice, so what was learnt
-/// about one stays true. Main thread only.
+/// Maps process identifiers to applications on the accessibility bus, and unique bus names to processes. Caches the
+/// process of a name, as the bus never reuses a unique bus name. Main thread only.
 class ApplicationDirectory {
 public:
+    /// `bus` must outlive this object.
     explicit ApplicationDirectory(BusConnection& bus) : bus_(bus) {}
 
-    /// Looks afresh each time, as process identifiers are given out again. `apiDisabled` for a process that shows
-    /// nothing on the bus.
+    /// Lists the applications of the registry, each time, as the system reuses process identifiers. `apiDisabled` if
+    /// the process has no application there, `cannotComplete` if the registry does not reply in time. Calls
+    /// `bus.finish`.
     [[nodiscard]] ApplicationRoot rootOf(ProcessIdentifier processIdentifier);
 
-    /// The process that owns the bus name, or nothing where nobody does.
+    /// The process that owns the bus name, or nullopt if none does. Calls `bus.finish` if the name is not cached.
     [[nodiscard]] std::optional<ProcessIdentifier> processOf(const std::string& name);
 
 private:

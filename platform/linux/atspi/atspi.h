@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// Names and numbers of the accessibility protocol of the desktop, as its interface descriptions fix them.
+/// Interface names, object paths and state numbers of AT-SPI.
 namespace lomaris::atspi {
 
 inline constexpr const char* accessible = "org.a11y.atspi.Accessible";
@@ -22,15 +22,15 @@ inline constexpr const char* editableText = "org.a11y.atspi.EditableText";
 inline constexpr const char* text = "org.a11y.atspi.Text";
 inline constexpr const char* value = "org.a11y.atspi.Value";
 
-/// The path of the root object of every application, and of the registry whose children are those roots.
+/// The path of the root object of every application, and of the registry's root object, whose children are those roots.
 inline constexpr const char* rootPath = "/org/a11y/atspi/accessible/root";
-/// The path of the list that some applications keep of all their objects.
+/// The path of the object that implements `cache`, in applications that have it.
 inline constexpr const char* cachePath = "/org/a11y/atspi/cache";
-/// The path that stands for no object.
+/// The path of a null reference.
 inline constexpr const char* nullPath = "/org/a11y/atspi/null";
 inline constexpr const char* registryName = "org.a11y.atspi.Registry";
 
-/// States of an object, each the number of its bit.
+/// AT-SPI states. The value is the number of the bit in `States`.
 enum class State : unsigned {
     active = 1,
     defunct = 6,
@@ -46,7 +46,7 @@ enum class State : unsigned {
     readOnly = 43,
 };
 
-/// The states of an object together.
+/// The set of states of an object.
 class States {
 public:
     explicit constexpr States(std::uint64_t bits) : bits_(bits) {}
@@ -67,13 +67,12 @@ private:
     std::uint64_t bits_;
 };
 
-/// Whether an object that offers these interfaces offers that one.
+/// True if `interfaces`, the list of an object, contains `interface`.
 [[nodiscard]] inline bool isAmong(const std::vector<std::string>& interfaces, const char* interface) {
     return std::find(interfaces.begin(), interfaces.end(), interface) != interfaces.end();
 }
 
-/// The object that a peer referred to, or nothing where the reference stands for none. Some toolkits leave their own
-/// name out.
+/// Completes a reference sent by `peer`: some toolkits leave out their own bus name. nullopt for a null reference.
 [[nodiscard]] inline std::optional<ObjectReference> resolved(ObjectReference reference, const std::string& peer) {
     if (reference.path.empty() || reference.path == nullPath) {
         return std::nullopt;

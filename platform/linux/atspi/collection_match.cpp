@@ -12,7 +12,7 @@ constexpr std::uint32_t canonicalOrder = 1;
 
 const DBusFunctions& bus() { return *dbusFunctions(); }
 
-/// Appends to one message and remembers whether all of it went well.
+/// Appends to a message. `isGood` is false after the first error.
 class Appender {
 public:
     explicit Appender(sd_bus_message* message) : message_(message) {}
@@ -42,7 +42,7 @@ private:
     bool isGood_ = true;
 };
 
-/// States, then attributes, roles and interfaces of which none is asked for, each with the way they are to match.
+/// Appends a match rule: the states, then empty lists of attributes, roles and interfaces, each with its match type.
 void appendRule(Appender& append, States wanted) {
     append.open(SD_BUS_TYPE_STRUCT, "aiia{ss}iaiiasib");
     append.open(SD_BUS_TYPE_ARRAY, "i");
@@ -70,7 +70,7 @@ BusMessage newGetMatches(BusConnection& connection, const ObjectReference& objec
     Appender append(message.get());
     appendRule(append, wanted);
     append.unsignedInteger(canonicalOrder);
-    // One match is enough; "no limit" makes one toolkit answer none.
+    // Limit the number of matches to 1: with 0 ("no limit"), GTK returns none.
     append.integer(1);
     append.boolean(true);
     return append.isGood() ? std::move(message) : nullptr;

@@ -5,8 +5,8 @@
 
 namespace lomaris::atspi {
 
-/// A call that lets the application look for the first object below `object` with all of the wanted states; null where
-/// `object` cannot be called.
+/// Returns a call of `Collection.GetMatches` for the first object below `object` that has all of the wanted states.
+/// Null if the reference is not valid.
 [[nodiscard]] BusMessage newGetMatches(BusConnection& connection, const ObjectReference& object, States wanted);
 
 }  // namespace lomaris::atspi

@@ -15,8 +15,8 @@ using atspi::States;
 
 constexpr std::size_t maximumExamined = 3000;
 
-/// Whether an object with these states has the focus. Some toolkits say so of the frames around a text as well, but
-/// only what can take the focus has it.
+/// Whether an object has the focus. Qt also reports the state FOCUSED for containers of the focused object, which lack
+/// FOCUSABLE: `claimed`.
 enum class Focus { none, claimed, certain };
 Focus focusOf(States states) {
     if (!states.has(State::focused)) {
@@ -25,8 +25,8 @@ Focus focusOf(States states) {
     return states.has(State::focusable) ? Focus::certain : Focus::claimed;
 }
 
-/// A breadth-first walk that asks many objects at once. What does not show is looked at last: closed menus and hidden
-/// pages make up most of a window, but a focused field may have been scrolled out of sight.
+/// A breadth-first walk with many pending calls. Objects without the state SHOWING are examined last: most of them are
+/// closed menus and hidden pages, but a focused field may have been scrolled out of view.
 class FocusWalk {
 public:
     explicit FocusWalk(BusConnection& bus) : bus_(bus) {}
@@ -79,7 +79,7 @@ private:
         const Focus focus = focusOf(states);
         if (focus == Focus::certain) {
             found_ = object;
-            // Nothing but this walk has calls under way.
+            // All pending calls belong to this walk.
             bus_.abandon();
             return;
         }
@@ -106,8 +106,8 @@ private:
     bool isHung_ = false;
 };
 
-/// Lets the application look by itself, which spares a walk from here; nothing where it cannot. An application that
-/// can answers `noValue` where nothing has the focus.
+/// Lets the application search, which is much faster than a walk. `noValue` if no object has the focus; nullopt if the
+/// application does not support it.
 std::optional<FoundObject> askForFocusedObject(BusConnection& bus, const ObjectReference& window) {
     std::optional<FoundObject> result;
     const States wanted = States::of({State::focusable, State::focused});

@@ -7,28 +7,29 @@
 
 namespace lomaris {
 
-/// What a look for an object among those of an application found: an object, or the code that says why there is none.
+/// The result of a search: an object and `success`, or no object and the reason.
 struct FoundObject {
     AXError error = AXError::noValue;
     std::optional<ObjectReference> object;
 };
 
-/// The windows of an application, in its own order, each with its states.
+/// A window of an application, with the states that matter here.
 struct ApplicationWindow {
     ObjectReference object;
     bool isActive = false;
     bool isShowing = false;
 };
+/// The windows of an application, in the application's order. With an error code the list may be incomplete.
 struct ApplicationWindows {
     AXError error = AXError::success;
     std::vector<ApplicationWindow> windows;
 };
 
-/// The children of an application's root object. Finishes the bus's calls.
+/// Returns the children of an application's root object. Calls `bus.finish`.
 [[nodiscard]] ApplicationWindows applicationWindows(BusConnection& bus, const ObjectReference& root);
 
-/// The object that has the focus, below the active window of the application, or below any where none is active. No
-/// toolkit says directly which one it is. `noValue` where nothing has the focus. Finishes the bus's calls.
+/// Searches for the focused object, as AT-SPI has no call for it: below the active windows of the application, or below
+/// all windows if none is active. `noValue` if no object has the focus. Calls `bus.finish`.
 [[nodiscard]] FoundObject findFocusedObject(BusConnection& bus, const ObjectReference& root);
 
 }  // namespace lomaris

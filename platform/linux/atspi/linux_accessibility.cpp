@@ -101,7 +101,7 @@ public:
         if (!settable.settable) {
             return AXError::attributeUnsupported;
         }
-        // The selected text is the only attribute that gets here.
+        // Only the selected text is settable here.
         const auto* const text = std::get_if<Text>(&value);
         const Target target = objectOf(element);
         if (text == nullptr || !target.object) {
@@ -183,7 +183,7 @@ public:
     }
 
 private:
-    /// The object on the bus that an element stands for, or why there is none.
+    /// The AT-SPI object of an element, or the code if there is none.
     struct Target {
         AXError error = AXError::success;
         std::optional<ObjectReference> object;
@@ -203,7 +203,8 @@ private:
         return bus;
     }
 
-    /// The connection for what looks at one element or changes it: what a walk has read before stands no more.
+    /// The connection for operations on one element. Drops the snapshots, so that later batches do not read data from
+    /// before such an operation.
     BusConnection* freshConnection() {
         BusConnection* const bus = connection();
         if (bus != nullptr) {
@@ -212,7 +213,8 @@ private:
         return bus;
     }
 
-    /// A batch that asks for children is a step of a walk, which will look at most objects of an application.
+    /// Takes a snapshot of each element's application. Called for batches with the attribute `AXChildren`: these are
+    /// steps of a walk, which reads most objects of an application.
     void takeSnapshotsFor(std::span<const Element> elements) {
         std::unordered_set<std::string_view> peers;
         for (const Element& element : elements) {
@@ -223,12 +225,13 @@ private:
         }
     }
 
-    /// What knows most about the object without a look at it alone. There must be a connection.
+    /// The current snapshot if it lists the object, otherwise the bus. There must be a connection.
     [[nodiscard]] ObjectSource sourceOf(const ObjectReference& object) {
         return ObjectSource(*connection(), snapshots_->current(object.name));
     }
 
-    /// Whose root object stands for the application in front, where the element is the system-wide one.
+    /// The object of a menu part or of an ordinary element, or the root object of an application. The system-wide
+    /// element has none.
     Target objectOf(const Element& element) {
         const ElementTarget& target = targetOf(element);
         if (const ObjectReference* const object = shownObject(target)) {
@@ -269,7 +272,7 @@ private:
         }
     }
 
-    /// Focus moves by being given, so only "true" can be set.
+    /// Only true can be set: an element loses the focus when another one gets it.
     AXError setFocus(const Element& element, std::string_view attribute, const AttributeValue& value) {
         BusConnection* const bus = freshConnection();
         if (bus == nullptr) {
@@ -288,7 +291,7 @@ private:
         return attribute == attribute::main ? AXError::attributeUnsupported : grabFocus(*bus, *target.object);
     }
 
-    /// What raising the window answered, or nothing where the object is no window or nobody can raise one.
+    /// Raises a window. nullopt if the object is not a window or there is no raiser.
     std::optional<AXError> raiseWindowOf(BusConnection& bus, const ObjectReference& object) {
         if (!raiser_ || !isWindow(bus, object)) {
             return std::nullopt;

@@ -21,11 +21,11 @@ namespace {
 using atspi::State;
 using atspi::States;
 
-// Menu bars stand beside the contents of a window or in a box or two around both.
+// A menu bar is a child of the window or inside one or two nested boxes.
 constexpr int deepestLevel = 4;
 constexpr std::size_t maximumExamined = 300;
 
-/// Walks the top of a window level by level, each level in one exchange.
+/// Searches a window level by level, with the calls for one level sent together.
 class MenuBarSearch {
 public:
     explicit MenuBarSearch(BusConnection& bus) : bus_(bus) {}
@@ -75,7 +75,7 @@ private:
         return candidates;
     }
 
-    /// What has more children than are looked at in all is a table or a page, and not worth listing.
+    /// Skips objects with more children than the search examines in total: these are tables or pages.
     void queueFewChildren(const ObjectReference& object, std::vector<ObjectReference>& list) {
         bus_.getProperty(object, atspi::accessible, "ChildCount", [this, object, &list](const BusReply& countReply) {
             note(countReply);
@@ -127,7 +127,7 @@ std::string_view roleOf(MenuLevel level) {
     return "AXMenu";
 }
 
-/// The role is known; the object is asked all the same, so that one that is gone answers that it is.
+/// The name of the role is known, but the request detects an object that no longer exists.
 void queueRole(BusConnection& bus, const MenuPart& part, AttributeAnswer& answer) {
     bus.call(part.object, atspi::accessible, "GetRole", {}, [&bus, part, &answer](const BusReply& reply) {
         if (reply.readUnsigned()) {
@@ -168,7 +168,7 @@ void queueBarItems(BusConnection& bus, const ObjectReference& bar, AttributeAnsw
     });
 }
 
-/// The one menu below a title of the bar: an object of its own where the toolkit has one, else the title itself.
+/// The menu of a title: the only child if that is a popup menu (Qt), otherwise the title's own object (GTK).
 void queueMenuOfBarItem(BusConnection& bus, const ObjectReference& item, AttributeAnswer& answer) {
     queueChildren(bus, item, answer, [&bus, item, &answer](std::vector<ObjectReference> children) {
         if (children.empty()) {

@@ -8,15 +8,14 @@
 
 namespace lomaris {
 
-/// Looks for the menu bar near the top of a window. `noValue` where none shows: browsers keep one that is hidden and
-/// whose items are not there before a person opens it. Finishes the bus's calls.
+/// Searches the top four levels of a window for a showing menu bar. `noValue` if there is none: a hidden menu bar, as
+/// in Firefox, does not count, as its menus are empty until the user opens them. Calls `bus.finish`.
 [[nodiscard]] AttributeAnswer findMenuBar(BusConnection& bus, const ObjectReference& window);
 
-/// Queues the calls that one attribute of a part of a menu bar takes. `answer` is filled inside the bus's `finish` and
-/// must live until then.
+/// Queues the calls for one attribute of a part of a menu bar. `answer` is set inside `bus.finish` and must outlive it.
 void queueMenuAttribute(BusConnection& bus, const MenuPart& part, std::string_view attribute, AttributeAnswer& answer);
 
-/// The same for the character and the modifiers of a menu item's shortcut; no value where it has none.
+/// The same for the character and the modifiers of a menu item's shortcut; `noValue` if the item has none.
 void queueMenuItemCharacter(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer);
 void queueMenuItemModifiers(BusConnection& bus, const ObjectReference& object, AttributeAnswer& answer);
 

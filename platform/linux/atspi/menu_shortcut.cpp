@@ -11,7 +11,7 @@ namespace lomaris {
 
 namespace {
 
-/// Stands for Control in the table; in the result it is the absence of `noCommand`.
+/// Control in the table of modifiers. It has no bit: in the result, `noCommand` is absent.
 constexpr std::int64_t command = 0;
 
 struct NamedModifier {
@@ -38,9 +38,10 @@ bool isSameWord(std::string_view a, std::string_view b) {
                       [](char left, char right) { return lowered(left) == lowered(right); });
 }
 
-/// The bits of a shortcut while its modifiers are read one after the other.
+/// Collects the modifiers of a shortcut.
 class Modifiers {
 public:
+    /// Returns false if the name is unknown.
     [[nodiscard]] bool add(std::string_view name) {
         const auto* const found = std::find_if(modifierNames.begin(), modifierNames.end(),
                                                [name](const auto& each) { return isSameWord(each.name, name); });
@@ -103,7 +104,7 @@ std::vector<std::string_view> split(std::string_view binding) {
     return parts;
 }
 
-/// Whether three parts are a mnemonic, the way through the menus and the shortcut, and not three shortcuts.
+/// True for three parts that are a mnemonic, the key sequence through the menus and the shortcut, not three shortcuts.
 bool beginWithMnemonic(const std::vector<std::string_view>& parts) {
     constexpr std::size_t partCount = 3;
     return parts.size() == partCount && (parts[0].size() <= 1 || parts[0].front() == '<');

@@ -8,8 +8,8 @@
 
 namespace lomaris {
 
-/// The keys of a menu item as the logic reads them. The main modifier, Control on this desktop, takes the place of
-/// Command and is implied; the modifiers tell the rest.
+/// The shortcut of a menu item, in the format of `AXMenuItemCmdChar` and `AXMenuItemCmdModifiers`. On this desktop
+/// Control takes the place of Command: it is implied unless the modifiers contain `noCommand`.
 struct MenuShortcut {
     Text character;
     std::int64_t modifiers = 0;
@@ -21,14 +21,14 @@ struct MenuShortcut {
 namespace menu_modifier {
 inline constexpr std::int64_t shift = 1;
 inline constexpr std::int64_t option = 2;
-/// Super or Meta: the second modifier for commands.
+/// Super or Meta.
 inline constexpr std::int64_t control = 4;
 inline constexpr std::int64_t noCommand = 8;
 }  // namespace menu_modifier
 
-/// Reads a key binding as the toolkits write them: "c;<Alt>e:c;<Primary>c" (mnemonic, way through the menus, shortcut),
-/// "<Control>c", or "Ctrl+C" with further shortcuts behind semicolons. Nothing where there is no shortcut, its key is
-/// not a single character, or a modifier is unknown.
+/// Parses a reply of `Action.GetKeyBinding`: "c;<Alt>e:c;<Primary>c" (mnemonic, key sequence through the menus,
+/// shortcut), "<Control>c", or "Ctrl+C" optionally followed by more shortcuts, separated by semicolons, of which the
+/// first one counts. nullopt if there is no shortcut, its key is not a single character, or a modifier is unknown.
 [[nodiscard]] std::optional<MenuShortcut> menuShortcutFromKeyBinding(std::string_view binding);
 
 }  // namespace lomaris

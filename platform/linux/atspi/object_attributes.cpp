@@ -27,7 +27,7 @@ using atspi::States;
 
 void answerName(AttributeAnswer& answer, std::string_view name) { answer = {AXError::success, textFromUtf8(name)}; }
 
-/// Asks for the states of the object; `take` gets them, anything else becomes the answer.
+/// Requests the states of the object and passes them to `take`. On a failure, or for a defunct object, sets `answer`.
 void queueStates(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer,
                  std::function<void(States)> take) {
     source.askStates(object, [&bus = source.bus(), object, &answer, take = std::move(take)](
@@ -83,7 +83,7 @@ void queueIdentifier(BusConnection& bus, const ObjectReference& object, Attribut
     });
 }
 
-/// Asks for the role of the object; `take` gets its number, anything else becomes the answer.
+/// Requests the role of the object and passes its number to `take`. On a failure, sets `answer`.
 void queueRoleNumber(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer,
                      std::function<void(std::uint32_t)> take) {
     source.askRole(object, [&bus = source.bus(), object, &answer, take = std::move(take)](
@@ -96,7 +96,7 @@ void queueRoleNumber(const ObjectSource& source, const ObjectReference& object, 
     });
 }
 
-/// A parent that cannot be asked leaves the plain name of the role.
+/// The name of a role that depends on the parent. If the parent's role is not available, the role without a parent.
 void queueRoleBelowParent(const ObjectSource& source, const ObjectReference& object, std::uint32_t role,
                           AttributeAnswer& answer) {
     answerName(answer, roleName(role));
@@ -150,8 +150,9 @@ std::vector<Element> elementsOf(std::vector<ObjectReference> references, const s
     return elements;
 }
 
-/// The number of the children is asked for first: a table of millions of cells would be busy for minutes to list them.
-/// The list comes from the object itself, as what a child calls its parent may be another.
+/// Requests the number of children first: listing a table of millions of cells would keep the application busy for
+/// minutes. The list is always requested from the object and never built from the parents in a snapshot, as a child may
+/// name another object as its parent.
 void queueChildren(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer) {
     source.askChildCount(object, [&bus = source.bus(), object, &answer](const std::optional<std::int32_t>& count,
                                                                         const BusReply& countReply) {
@@ -179,7 +180,7 @@ void queueChildren(const ObjectSource& source, const ObjectReference& object, At
 
 using AttributeReader = void (*)(const ObjectSource&, const ObjectReference&, AttributeAnswer&);
 
-/// A reader of something that no list of objects tells.
+/// Adapts a reader that always calls the object, as snapshots do not have its data.
 template <void (*Reader)(BusConnection&, const ObjectReference&, AttributeAnswer&)>
 void queueLive(const ObjectSource& source, const ObjectReference& object, AttributeAnswer& answer) {
     Reader(source.bus(), object, answer);
@@ -212,7 +213,7 @@ const NamedReader* readerOf(std::string_view attribute) {
     return found == readers.end() ? nullptr : found;
 }
 
-/// Whether the attribute needs an interface that most objects lack.
+/// True if the attribute needs the interface `Text` or `Value`, which most objects lack.
 bool isTextual(std::string_view attribute) {
     return attribute == attribute::selectedText || attribute == attribute::selectedTextRange ||
            attribute == attribute::value;

@@ -9,20 +9,21 @@
 
 namespace lomaris {
 
-/// Whether this platform knows the attribute for objects.
+/// True if this platform supports the attribute for AT-SPI objects.
 [[nodiscard]] bool isObjectAttribute(std::string_view attribute);
 
-/// Queues the calls that one attribute of an object takes. `answer` is filled inside the bus's `finish`, unless at
-/// once, and must live until then. Attributes that this platform does not know are `attributeUnsupported`.
+/// Queues the calls for one attribute of an object. `answer` is set at once or inside the bus's `finish`, and must
+/// outlive it. Sets `attributeUnsupported` if `isObjectAttribute` is false.
 void queueAttribute(const ObjectSource& source, const ObjectReference& object, std::string_view attribute,
                     AttributeAnswer& answer);
 
-/// The same for several attributes, each with the answer at its place. An object that offers no text is not asked for
-/// one. What the spans point to must live until the bus's `finish` ends.
+/// The same for several attributes; `answers` has the same size and order. Calls no method of `Text` or `Value` if the
+/// object lacks that interface. The contents of both spans must outlive the bus's `finish`.
 void queueAttributes(const ObjectSource& source, const ObjectReference& object,
                      std::span<const std::string_view> attributes, std::span<AttributeAnswer> answers);
 
-/// Performs an action of the object and answers its result code. Finishes the bus's calls.
+/// Performs an action of the object. `AXPress` is the object's first action; all others are `actionUnsupported`. Calls
+/// `bus.finish`.
 [[nodiscard]] AXError performObjectAction(BusConnection& bus, const ObjectReference& object, std::string_view action);
 
 }  // namespace lomaris

@@ -9,7 +9,7 @@ namespace lomaris {
 
 namespace {
 
-/// Its applications list their widgets, a few hundred. Others list nothing, or a whole document.
+/// Applications on GTK list their widgets, a few hundred. Other toolkits list nothing, or a whole document.
 constexpr std::string_view toolkitThatListsItsObjects = "gtk";
 
 }  // namespace
@@ -69,7 +69,7 @@ bool ObjectSnapshots::listsItsObjects(const std::string& peer) {
 
 std::optional<ObjectSnapshot> ObjectSnapshots::askForObjects(const std::string& peer) {
     std::optional<ObjectSnapshot> result;
-    // The toolkit keeps its list only for those who have asked for this address, and as long as they stay.
+    // GTK maintains its list only for clients that have called this method, until they disconnect.
     bus_.call({peer, atspi::rootPath}, atspi::application, "GetApplicationBusAddress", {}, [](const BusReply&) {});
     bus_.call({peer, atspi::cachePath}, atspi::cache, "GetItems", {}, [&](const BusReply& reply) {
         if (auto objects = reply.readListedObjects()) {

@@ -10,13 +10,13 @@
 
 namespace lomaris {
 
-/// What all objects of one application said of themselves at one moment, by path.
+/// The data of all objects of one application at one moment, from one reply of `Cache.GetItems`.
 class ObjectSnapshot {
 public:
-    /// Of `objects`, keeps those of the application with the bus name `peer` that are not defunct.
+    /// Keeps the objects whose bus name is `peer` and that are not defunct.
     ObjectSnapshot(const std::string& peer, std::vector<ListedObject> objects);
 
-    /// What the object said, or null where the application did not list it. Valid as long as the snapshot.
+    /// The data of the object. Null if the application did not list it. Valid as long as the snapshot.
     [[nodiscard]] const ListedObject* find(const ObjectReference& object) const;
 
 private:
@@ -24,28 +24,28 @@ private:
     std::unordered_map<std::string, ListedObject> objects_;
 };
 
-/// How long a snapshot answers for its application.
+/// How long a snapshot is used.
 inline constexpr std::chrono::milliseconds snapshotLifetime{100};
 
-/// Takes the snapshots that a walk lives from: one question where thousands would do.
+/// Takes snapshots of applications: one request instead of thousands in a walk over their elements.
 ///
-/// Only an application whose toolkit is known to list its objects as they are now, and without minding the work, is
-/// asked, and only where the last list came a lifetime ago, so that looking at single elements in between costs no more
-/// lists. A snapshot older than that is not handed out. Main thread only.
+/// Takes them only of applications whose toolkit (GTK) is known to return an up-to-date list at little cost, and at
+/// most one per application and lifetime, also if the last one was dropped. Main thread only.
 class ObjectSnapshots {
 public:
+    /// `bus` must outlive this object.
     explicit ObjectSnapshots(BusConnection& bus, std::chrono::milliseconds lifetime = snapshotLifetime)
         : bus_(bus), lifetime_(lifetime) {}
 
-    /// Takes a snapshot of the application with this bus name where none has been taken for a while. Finishes the bus's
-    /// calls.
+    /// Takes a snapshot of the application with this bus name unless the last one was taken less than a lifetime ago.
+    /// Calls `bus.finish`.
     void take(const std::string& peer);
 
-    /// The latest snapshot of the application, or null where there is none or it is too old. Valid until `drop` or the
-    /// next `take`.
+    /// The latest snapshot of the application. Null if there is none or it is older than a lifetime. Valid until the
+    /// next call of `drop` or `take`.
     [[nodiscard]] const ObjectSnapshot* current(const std::string& peer) const;
 
-    /// Forgets what was taken, as something else looked at an application or changed it.
+    /// Drops all snapshots, because an operation on a single element may have changed an application.
     void drop();
 
 private:

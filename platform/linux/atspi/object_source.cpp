@@ -4,7 +4,7 @@ namespace lomaris {
 
 namespace {
 
-/// Stands beside a value that no reply brought.
+/// The reply that accompanies a value from a snapshot.
 const BusReply& noReply() {
     static const BusReply reply(AXError::success);
     return reply;

@@ -12,21 +12,21 @@
 
 namespace lomaris {
 
-/// Where what an object says of itself comes from: a snapshot that holds it, else the object. A cheap value; the
-/// connection and the snapshot must outlive its use.
+/// Reads the basic data of objects: from a snapshot if it lists the object, otherwise with a request to the object. A
+/// value that is cheap to copy; the connection and the snapshot must outlive all copies and pending calls. Main thread.
 class ObjectSource {
 public:
-    /// What was asked for, or nothing; `reply` says why, and nothing else.
+    /// Called with the value. If `value` is nullopt, `reply` has the reason; otherwise `reply` has no data.
     template <typename Value>
     using Take = std::function<void(const std::optional<Value>& value, const BusReply& reply)>;
 
-    /// Without a snapshot every object is asked.
+    /// If `snapshot` is null, all data is requested from the objects.
     explicit ObjectSource(BusConnection& bus, const ObjectSnapshot* snapshot = nullptr)
         : bus_(&bus), snapshot_(snapshot) {}
 
     [[nodiscard]] BusConnection& bus() const { return *bus_; }
 
-    // Each hands the answer over at once or inside the bus's `finish`.
+    // Each calls `take` once: immediately with the data of the snapshot, or inside the bus's `finish`.
 
     void askRole(const ObjectReference& object, const Take<std::uint32_t>& take) const;
     void askStates(const ObjectReference& object, const Take<atspi::States>& take) const;

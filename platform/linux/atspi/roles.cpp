@@ -15,7 +15,7 @@ struct RoleNames {
 
 constexpr std::string_view unknownRole = "AXUnknown";
 
-/// In the order of their numbers.
+/// Sorted by number. The comment of a row is the name of the AT-SPI role if the row has only its number.
 constexpr std::array roleTable{
     RoleNames{2, "AXWindow", "AXDialog"},               // alert
     RoleNames{6, "AXImage"},                            // canvas
@@ -146,7 +146,7 @@ bool roleDependsOnStates(std::uint32_t role) {
 }
 
 std::string_view roleName(std::uint32_t role, atspi::States states) {
-    // A word processor's paragraphs are what its user writes in.
+    // In a word processor the user types into editable paragraphs.
     const bool isArea =
         role == atspi_role::paragraph ? states.has(atspi::State::editable) : states.has(atspi::State::multiLine);
     return isArea ? "AXTextArea" : roleName(role);

@@ -7,7 +7,7 @@
 
 namespace lomaris {
 
-/// Numbers of the roles that need more than a look into the table.
+/// AT-SPI role numbers that code other than the table of roles uses.
 namespace atspi_role {
 inline constexpr std::uint32_t menu = 33;
 inline constexpr std::uint32_t menuBar = 34;
@@ -19,22 +19,22 @@ inline constexpr std::uint32_t paragraph = 73;
 inline constexpr std::uint32_t entry = 79;
 }  // namespace atspi_role
 
-/// The platform's name for an AT-SPI role ("AXButton"); "AXUnknown" where it has none.
+/// The accessibility role ("AXButton") for an AT-SPI role; "AXUnknown" if there is none.
 [[nodiscard]] std::string_view roleName(std::uint32_t role);
 
-/// The platform's name for the finer kind ("AXSecureTextField"), empty where there is none.
+/// The accessibility subrole ("AXSecureTextField"); empty if there is none.
 [[nodiscard]] std::string_view subroleName(std::uint32_t role);
 
-/// Whether the name depends on the states of the object: an entry of several lines is an area.
+/// True if the accessibility role also depends on the states of the object: a multi-line entry is a text area.
 [[nodiscard]] bool roleDependsOnStates(std::uint32_t role);
 
-/// The name of such a role.
+/// The accessibility role of an object with such an AT-SPI role.
 [[nodiscard]] std::string_view roleName(std::uint32_t role, atspi::States states);
 
-/// Whether the name depends on the role of the parent: what stands in a menu bar is a menu bar item.
+/// True if the accessibility role also depends on the parent: a menu or menu item in a menu bar is a menu bar item.
 [[nodiscard]] bool roleDependsOnParent(std::uint32_t role);
 
-/// The name of such a role below a parent of role `parentRole`.
+/// The accessibility role of an object with such an AT-SPI role whose parent has the AT-SPI role `parentRole`.
 [[nodiscard]] std::string_view roleName(std::uint32_t role, std::uint32_t parentRole);
 
 }  // namespace lomaris

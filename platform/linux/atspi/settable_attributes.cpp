@@ -16,10 +16,10 @@ namespace {
 using atspi::State;
 using atspi::States;
 
-/// Its texts offer to be edited, answer that they were, and stay as they are.
+/// Its objects have the interface `EditableText` and report success for a change, but do not make it.
 constexpr std::string_view toolkitThatIgnoresWrites = "Gecko";
 
-/// A toolkit that does not give its name is taken for one that writes; a write is read back anyway.
+/// A toolkit without a name counts as one that can be written to; every write is verified by reading the text.
 void queueUnlessToolkitIgnoresWrites(BusConnection& bus, const ObjectReference& object, SettableAnswer& answer) {
     const ObjectReference root{object.name, atspi::rootPath};
     bus.getProperty(root, atspi::application, "ToolkitName", [&answer](const BusReply& reply) {
@@ -45,7 +45,7 @@ void queueEditable(const ObjectSource& source, const ObjectReference& object, Se
         });
 }
 
-/// Whether the selected text of the object can be written: it offers to be edited, and says that it is editable now.
+/// The selected text is settable if the object has `Text` and `EditableText` and its states allow editing.
 void queueSelectedTextSettable(const ObjectSource& source, const ObjectReference& object, SettableAnswer& answer) {
     source.askInterfaces(object, [source, object, &answer](const std::optional<std::vector<std::string>>& interfaces,
                                                            const BusReply& reply) {
@@ -73,7 +73,7 @@ void queueSettable(const ObjectSource& source, const ObjectReference& object, st
         answer = {AXError::attributeUnsupported, false};
         return;
     }
-    // The other attributes are only read.
+    // All other attributes are read-only.
     source.askStates(
         object, [&bus = source.bus(), object, &answer](const std::optional<States>& states, const BusReply& reply) {
             if (states) {

@@ -7,9 +7,8 @@
 
 namespace lomaris {
 
-/// Queues the calls that it takes to tell whether one attribute of an object can be set. `answer` is filled inside the
-/// bus's `finish`, unless at once, and must live until then. Attributes that this platform does not know are
-/// `attributeUnsupported`.
+/// Queues the calls that determine whether one attribute of an object can be set. `answer` is set at once or inside the
+/// bus's `finish`, and must outlive it. Sets `attributeUnsupported` if `isObjectAttribute` is false.
 void queueSettable(const ObjectSource& source, const ObjectReference& object, std::string_view attribute,
                    SettableAnswer& answer);
 

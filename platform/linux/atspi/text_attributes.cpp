@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view paddingToolkit = "Gecko";
 
-/// What was asked of one text element, collected until every answer is there.
+/// The data of one text element, collected until all replies have arrived.
 struct TextQuestion {
     BusConnection& bus;
     ObjectReference object;
@@ -32,7 +32,7 @@ struct TextQuestion {
     TextQuestion(BusConnection& on, ObjectReference of, AttributeAnswer& into)
         : bus(on), object(std::move(of)), answer(into) {}
 
-    /// Answers with the failure, the first one where there are several.
+    /// Sets `answer` to the failure, unless another call has failed before.
     void fail(const BusReply& reply) {
         if (!failed) {
             failed = true;
@@ -47,8 +47,8 @@ struct TextQuestion {
 };
 using SharedQuestion = std::shared_ptr<TextQuestion>;
 
-/// Runs `then` with the padding of the text that `question` holds. Only a text that might be padded is worth the
-/// question which toolkit wrote it.
+/// Runs `then` with the padding of the text in `question`. Requests the name of the toolkit only if the text may be
+/// padded.
 void withPadding(const SharedQuestion& question, std::function<void(AstralPadding)> then) {
     if (!looksPadded(question->bytes)) {
         then(AstralPadding::none);
@@ -66,8 +66,8 @@ void withPadding(const SharedQuestion& question, std::function<void(AstralPaddin
         });
 }
 
-/// Asks for the text, its length and the positions of the selection or the caret; `finish` runs once, after the last
-/// answer, with the text and the range in it.
+/// Requests the text, its length and the offsets of the selection or the caret. Runs `finish` once, with the text and
+/// the range, if all three succeed.
 void queueTextAndRange(const SharedQuestion& question,
                        const std::function<void(const ElementText&, TextRange)>& finish) {
     BusConnection& bus = question->bus;
@@ -132,7 +132,7 @@ void queueTextAndRange(const SharedQuestion& question,
     });
 }
 
-/// Asks how many selections there are, before anything else: without one, some toolkits answer the caret for it.
+/// Requests the number of selections first: without a selection, some toolkits return the caret as the selection.
 void queueSelectionCount(const SharedQuestion& question, std::function<void()> then) {
     question->bus.ask(question->object, atspi::text, "GetNSelections", {},
                       [question, then = std::move(then)](const BusReply& reply) {
@@ -155,7 +155,7 @@ AttributeValue numberValue(double number) {
 }
 
 void queueNumber(const SharedQuestion& question, const BusReply& textReply) {
-    // Where there is no number either, what the question for the text said stands.
+    // Only an object without text may have a number instead.
     const bool mayLackText = textReply.error() == AXError::attributeUnsupported;
     if (!mayLackText) {
         question->fail(textReply);
@@ -165,7 +165,7 @@ void queueNumber(const SharedQuestion& question, const BusReply& textReply) {
         if (const auto number = reply.readNumberProperty()) {
             question->answer = {AXError::success, numberValue(*number)};
         } else if (reply.failure() == BusFailure::refused) {
-            // One toolkit's answer for a property of an interface that an object lacks.
+            // One toolkit returns this error for a property of an interface that the object lacks.
             question->fail(AXError::attributeUnsupported);
         } else {
             question->fail(reply);

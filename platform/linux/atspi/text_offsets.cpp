@@ -14,7 +14,8 @@ namespace {
 constexpr char16_t byteOrderMark = u'\uFEFF';
 constexpr std::string_view byteOrderMarkBytes = "\xEF\xBB\xBF";
 
-/// In well-formed UTF-8 only characters outside of the basic plane take four bytes, and these begin like this.
+/// True for the first byte of a four-byte sequence. In well-formed UTF-8, exactly the characters outside the Basic
+/// Multilingual Plane have four bytes.
 bool beginsAstral(char byte) { return (static_cast<unsigned char>(byte) & 0xF8U) == 0xF0U; }
 
 std::int64_t codePointCount(TextView text) {
@@ -22,7 +23,7 @@ std::int64_t codePointCount(TextView text) {
     return static_cast<std::int64_t>(text.size()) - pairs;
 }
 
-/// The text without the mark after each surrogate pair.
+/// Removes the U+FEFF after each surrogate pair.
 Text withoutPadding(TextView text) {
     Text result;
     result.reserve(text.size());
@@ -35,7 +36,7 @@ Text withoutPadding(TextView text) {
     return result;
 }
 
-/// The UTF-16 position of a code point of a well-formed text.
+/// The position, in UTF-16 units, of the code point with the index `codePoint` in a well-formed text.
 std::int64_t unitPosition(TextView text, std::int64_t codePoint) {
     std::size_t position = 0;
     for (; codePoint > 0; --codePoint) {

@@ -9,35 +9,36 @@
 
 namespace lomaris {
 
-/// How a toolkit writes characters outside of the basic plane. One of them puts U+FEFF after each, so that what its bus
-/// layer counts as characters agrees with the UTF-16 units that it has inside.
+/// How a toolkit sends characters outside the Basic Multilingual Plane. Gecko inserts U+FEFF after each, so that the
+/// number of characters on the bus equals the number of UTF-16 units that it uses internally.
 enum class AstralPadding { none, byteOrderMarks };
 
-/// Whether `bytes` (UTF-8) might be padded: there is at least one character outside of the basic plane, and U+FEFF
-/// stands after each. Only the toolkit's name then tells padding from a text that was written like that.
+/// True if `bytes` (UTF-8) may be padded: it has at least one character outside the Basic Multilingual Plane, and each
+/// is followed by U+FEFF. The user may have written such a text too; only the name of the toolkit tells.
 [[nodiscard]] bool looksPadded(std::string_view bytes);
 
-/// The text of an element as it answered it, beside the unit in which it counts.
+/// The text of an element and the unit in which the element counts positions.
 ///
-/// No toolkit says whether its positions count code points or UTF-16 units. The number of characters that it claims for
-/// the whole text tells: it agrees with one of the two lengths, or with both where they are the same.
+/// No toolkit says whether its positions count code points or UTF-16 units. The unit is determined by the number of
+/// characters that it reports for the whole text (`CharacterCount`), which equals the length in one unit or in both.
 class ElementText {
 public:
-    /// `bytes` is the whole text as the element gave it, or nothing is answered where it is not well-formed UTF-8;
-    /// `characterCount` is the length that the element claims.
+    /// `bytes` is the whole text as the element returned it, `characterCount` the length that the element reports; if
+    /// that equals neither length, the unit is unknown. nullopt if `bytes` is not well-formed UTF-8.
     [[nodiscard]] static std::optional<ElementText> read(std::string_view bytes, std::int64_t characterCount,
                                                          AstralPadding padding);
 
+    /// The text without padding.
     [[nodiscard]] const Text& text() const { return text_; }
 
-    /// The range between two positions in the element's own unit, in UTF-16 units, whichever of them comes first.
-    /// Nothing where a position lies outside of the text or the unit cannot be told.
+    /// Converts two positions in the element's unit, in either order, to the range between them in UTF-16 units.
+    /// nullopt if a position is outside the text or the unit is unknown.
     [[nodiscard]] std::optional<TextRange> range(std::int64_t start, std::int64_t end) const;
 
-    /// A position of the text in the element's own unit. Positions that `range` answers come out as they went in.
+    /// Converts a position in UTF-16 units to the element's unit. The inverse of `range`.
     [[nodiscard]] std::int64_t ownPosition(std::int64_t position) const;
 
-    /// The part of the text that a range of `range` covers.
+    /// The part of the text in a range returned by `range`.
     [[nodiscard]] Text part(TextRange range) const;
 
 private:

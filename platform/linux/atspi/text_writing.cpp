@@ -16,11 +16,11 @@ namespace lomaris {
 
 namespace {
 
-/// Its object layer takes the length of an inserted text in UTF-16 units and fills up to it. Every other known toolkit
-/// takes bytes or looks at the text alone.
+/// Qt expects the length argument of `InsertText` in UTF-16 units and pads the text up to it. Every other known toolkit
+/// expects bytes or ignores the length.
 constexpr std::string_view utf16LengthToolkit = "Qt";
 
-/// An application that edits in another of its processes shows the change a little later.
+/// An application that edits in another of its processes reports the change with a delay.
 constexpr int readBackAttempts = 8;
 constexpr auto readBackPause = std::chrono::milliseconds(20);
 
@@ -44,7 +44,7 @@ bool isCut(TextView left, TextView right) {
     return !left.empty() && !right.empty() && isHighSurrogate(left.back()) && isLowSurrogate(right.front());
 }
 
-/// What the text around a selection is, and what stands between: the three together are the whole text.
+/// The whole text in three parts: before the selection, the selection, after it.
 struct Pieces {
     Text before;
     Text selected;
@@ -59,7 +59,7 @@ struct Pieces {
         after = text.substr(start + length);
     }
 
-    /// Whether a cut goes through a surrogate pair: neither half could be read back or put back.
+    /// True if the selection splits a surrogate pair: neither half could be verified or restored.
     [[nodiscard]] bool cutCharacters() const {
         const Text rest = selected + after;
         return isCut(before, rest) || isCut(before + selected, after);
@@ -105,7 +105,7 @@ private:
         return error;
     }
 
-    /// Takes the selected text away; the answer is a success only where it is gone and nothing else.
+    /// Deletes the selected text. Succeeds only if exactly that text is gone.
     AXError remove(const TextState& state, const Pieces& pieces) {
         if (pieces.selected.empty()) {
             return AXError::success;
@@ -118,7 +118,7 @@ private:
         if (text.empty()) {
             return AXError::success;
         }
-        // Positions up to the insertion are the same as before the removal.
+        // The removal does not change the positions up to the insertion.
         const std::int64_t start = state.selection.location;
         AXError error = insert(state.text.ownPosition(start), text);
         if (error == AXError::success) {
@@ -128,12 +128,12 @@ private:
             placeCaret(pieces.after.size());
             return error;
         }
-        // An application that hangs is not asked again by the bus, so this costs no more time.
+        // If the application hangs, the calls of `undo` fail at once.
         undo(state, pieces, text);
         return error;
     }
 
-    /// Brings back the text that was taken away, unless something that is not ours stands in its place by now.
+    /// Restores the deleted text, unless by now there is other text in its place than the beginning of `text`.
     void undo(const TextState& before, const Pieces& pieces, TextView text) {
         const TextStateAnswer now = readTextState(bus_, object_);
         if (!now.state) {
@@ -173,7 +173,7 @@ private:
                       {static_cast<std::int32_t>(ownPosition), std::move(bytes), static_cast<std::int32_t>(length)});
     }
 
-    /// Asks for a change. Whether the application claims to have made it tells nothing.
+    /// Requests a change. The boolean in the reply is ignored: applications return either value for a change they made.
     AXError change(const char* member, std::initializer_list<BusArgument> arguments) {
         AXError error = AXError::failure;
         bus_.call(object_, atspi::editableText, member, arguments, [&](const BusReply& reply) {
@@ -187,7 +187,7 @@ private:
         return error;
     }
 
-    /// Reads until the text is `wanted`, for as long as it is still `previous`.
+    /// Reads the text until it is `wanted`. Fails if it is neither that nor `previous`, or after the last attempt.
     AXError awaitText(const Text& previous, const Text& wanted) {
         const Text wantedText = withPlainLineBreaks(wanted);
         for (int attempt = 0; attempt < readBackAttempts; ++attempt) {
@@ -209,7 +209,7 @@ private:
         return AXError::failure;
     }
 
-    /// Not every toolkit lets the caret be set; the text has arrived all the same.
+    /// Sets the caret after the new text. Not every toolkit supports that; a failure does not matter.
     void placeCaret(std::size_t unitsAfter) {
         const auto position = static_cast<std::int64_t>(latest_->text.text().size() - unitsAfter);
         if (latest_->selection == TextRange{position, 0}) {

@@ -6,16 +6,18 @@
 
 namespace lomaris {
 
-/// Replaces the selected text of an element, or inserts at its caret where nothing is selected, and answers the result
-/// code. Finishes the bus's calls.
+/// Replaces the selected text of an element, or inserts at the caret if nothing is selected. Calls `bus.finish`, and
+/// blocks until the change is verified or the attempt fails.
 ///
-/// Applications answer that a change was made whether it was or not, so each step counts only once the text has been
-/// read back as it must stand: anything else is a `failure`. A text that was taken away is put back where the new one
-/// does not arrive. A selection that holds an object (U+FFFC) is left alone, as it could not be put back. Line breaks
-/// count as the same whichever way they are written, because toolkits turn them into their own. Half of a surrogate
-/// pair cannot travel and arrives as U+FFFD; a zero character cannot travel at all and is an `illegalArgument`.
+/// Applications report success whether or not they made a change. Each step (delete, insert) is therefore verified by
+/// reading the text, for up to about 160 ms while it is unchanged. If the text differs from the expected one, the
+/// result is `failure`, and the deleted text is inserted again if the new text did not arrive. All kinds of line breaks
+/// compare equal, because toolkits convert them.
 ///
-/// Behind a success the caret stands after the new text, in toolkits that let it be set.
+/// Returns `failure`, without a change, if the selection contains an embedded object (U+FFFC) or splits a surrogate
+/// pair, as neither could be restored; `illegalArgument` if `text` contains U+0000, which D-Bus cannot transport. An
+/// unpaired surrogate in `text` arrives as U+FFFD. On success the caret is after the new text if the toolkit allows it
+/// to be set. Main thread.
 [[nodiscard]] AXError writeSelectedText(BusConnection& bus, const ObjectReference& object, TextView text);
 
 }  // namespace lomaris

@@ -41,7 +41,7 @@ AXError grabFocus(BusConnection& bus, const ObjectReference& object) {
     if (error != AXError::success) {
         return error;
     }
-    // What the object claims to have done tells less than its state.
+    // The reply alone is not reliable; the state is.
     AttributeAnswer focused;
     queueAttribute(ObjectSource(bus), object, attribute::focused, focused);
     bus.finish();
