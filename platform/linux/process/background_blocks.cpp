@@ -17,7 +17,7 @@ namespace lomaris {
 
 namespace {
 
-/// Nice value of a block: after what the user waits for, before what runs when nothing else does.
+/// The nice value of a block: below interactive work, above idle work.
 constexpr int utilityPriority = 10;
 
 std::chrono::steady_clock::time_point steadyTime(Moment moment) {
@@ -25,13 +25,13 @@ std::chrono::steady_clock::time_point steadyTime(Moment moment) {
 }
 
 void lowerPriorityOfThread() {
-    // Where it is refused the block runs at normal priority.
+    // If this fails, the block runs at normal priority.
     setpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid)), utilityPriority);
 }
 
 }  // namespace
 
-/// A timed wait on a mutex of its own, known to the state so that the end can interrupt it.
+/// A condition with its own mutex. Registered with the state, so that `finish` can interrupt a wait.
 class BackgroundBlocks::JumpingCondition final : public Condition {
 public:
     explicit JumpingCondition(std::shared_ptr<State> state) : state_(std::move(state)) {}
@@ -42,7 +42,7 @@ public:
     void broadcast() override { changed_.notify_all(); }
 
     void wakeForTheEnd() {
-        // With the lock held: a thread that saw no end yet is inside its wait by now and hears this.
+        // The lock prevents a lost wake-up: a thread that read `isFinishing` as false is in its wait by now.
         const std::lock_guard lock(mutex_);
         changed_.notify_all();
     }
@@ -64,13 +64,13 @@ public:
         }
     }
 
-    /// Sleeps until the deadline or the end, whichever comes first.
+    /// Sleeps until the deadline or `finish`, whichever is first.
     void sleepUntil(Moment deadline) {
         std::unique_lock lock(mutex_);
         changed_.wait_until(lock, steadyTime(deadline), [&] { return isFinishing(); });
     }
 
-    /// Counts a block in; not after the end.
+    /// Counts a block as running. Returns false after `finish`.
     [[nodiscard]] bool begin() {
         const std::lock_guard lock(mutex_);
         if (isFinishing()) {
@@ -138,7 +138,7 @@ void BackgroundBlocks::run(std::function<void()> block) {
     const auto runBlock = [state = state_](std::function<void()>& owned) {
         lowerPriorityOfThread();
         owned();
-        // What the block holds is freed while its service still waits for it.
+        // Release what the block owns before `finish` can return.
         owned = nullptr;
         state->end();
     };

@@ -9,13 +9,12 @@
 
 namespace lomaris {
 
-/// Runs blocks on threads of their own, at low priority, and ends them when their service ends.
+/// Runs each block on its own thread, at low priority, and ends all of them when the scheduling service ends.
 ///
-/// A block may be in the middle of a long wait when its service ends, and it refers to that service. It can neither be
-/// waited for (a wait may last seconds) nor left behind (what it refers to is about to be freed) nor broken off (it may
-/// hold a lock). So at the end its waits cost nothing: every sleep and every timed wait returns at once, and the clock
-/// that blocks see jumps to where the wait would have ended. The block runs on to its own end within microseconds, as
-/// if its time had come, and the service ends after it.
+/// At that time a block may be in a long wait and refer to the service. `finish` cannot wait that long, cannot leave
+/// the thread running (the service is about to be destroyed), and cannot cancel it (it may hold a lock). Instead, from
+/// `finish` on, every sleep and timed wait returns at once, and the clock of this class jumps to the deadline of that
+/// wait. The block therefore runs to its end at once, as if the time had passed, and `finish` returns after it.
 class BackgroundBlocks {
 public:
     BackgroundBlocks();
@@ -23,26 +22,26 @@ public:
     BackgroundBlocks& operator=(const BackgroundBlocks&) = delete;
     ~BackgroundBlocks() { finish(); }
 
-    /// Runs `block` on a new thread. Dropped after `finish`, and where the system has no thread to give. Any thread.
+    /// Runs `block` on a new thread. Drops it after `finish`, or if no thread can be created. Any thread.
     void run(std::function<void()> block);
 
-    /// Makes all waits cost nothing and returns once every block has ended. Main thread.
+    /// Ends all waits, present and future, and blocks until every block has ended. Main thread.
     void finish();
 
-    /// The clock of the platform: real until `finish`, ahead of real time afterwards. Any thread.
+    /// The clock of the platform: monotonic time, and ahead of it once `finish` has made it jump. Any thread.
     [[nodiscard]] Moment now() const;
 
-    /// Sleeps until `deadline`, or jumps there. Any thread.
+    /// Sleeps until `deadline`. After `finish`, moves the clock to `deadline` instead. Any thread.
     void sleepUntil(Moment deadline);
 
-    /// A condition whose timed waits follow the same rule. It may outlive this object. Any thread.
+    /// Creates a condition whose timed waits follow the same rule. It may outlive this object. Any thread.
     [[nodiscard]] std::shared_ptr<Condition> makeCondition();
 
 private:
     class State;
     class JumpingCondition;
 
-    // Shared with the threads and the conditions: a thread touches it once more after its block was counted out.
+    // Shared with the threads and the conditions: a thread still uses it when it reports the end of its block.
     std::shared_ptr<State> state_;
 };
 

@@ -4,9 +4,9 @@
 
 namespace lomaris {
 
-/// Blocks until `events` (POLLIN, POLLOUT) or an error are pending on the descriptor, or the deadline of the monotonic
-/// clock passes; `Moment::max()` is none. False if the deadline passed. True after an interruption by a signal, so that
-/// the caller has to check for itself. Any thread.
+/// Blocks until one of `events` (POLLIN, POLLOUT) or an error is pending on the descriptor, or until `deadline` on the
+/// monotonic clock; `Moment::max()` means no deadline. Returns false if the deadline passed. Also returns true after a
+/// signal, so the caller must check the descriptor. Any thread.
 [[nodiscard]] bool awaitReady(int descriptor, short events, Moment deadline);
 
 }  // namespace lomaris

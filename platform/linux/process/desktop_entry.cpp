@@ -17,7 +17,7 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// Takes the first line off `contents` and answers it without the blanks around it.
+/// Removes the first line from `contents` and returns it, without leading and trailing blanks.
 std::string_view takeLine(std::string_view& contents) {
     const std::size_t end = contents.find('\n');
     const std::string_view line = contents.substr(0, end);
@@ -57,7 +57,7 @@ std::string withoutEscapes(std::string_view value) {
     return result;
 }
 
-/// The language of a key "Name[de_AT]", empty for "Name"; nothing for any other key.
+/// The language of a key "Name[de_AT]"; empty for "Name"; nullopt for any other key.
 std::optional<std::string_view> languageOfNameKey(std::string_view key) {
     constexpr std::string_view name = "Name";
     if (!key.starts_with(name)) {
@@ -73,7 +73,7 @@ std::optional<std::string_view> languageOfNameKey(std::string_view key) {
     return key.substr(1, key.size() - 2);
 }
 
-/// The best name met so far. Ranks count from the best language; the plain name comes behind all of them.
+/// The best name read so far. The rank is the index of its language; the name without a locale ranks last.
 struct BestName {
     std::ptrdiff_t rank = 0;
     std::optional<std::string> name;

@@ -35,7 +35,7 @@ std::optional<std::string> nameOfProcess(ProcessIdentifier processIdentifier) {
     if (processIdentifier <= 0 || !isLiveProcess(directory, processIdentifier)) {
         return std::nullopt;
     }
-    // The name itself may hold a line feed; the file ends with one.
+    // The file ends with a line feed; the name itself may contain others.
     std::string name = readFile(directory + "/comm", largestStatus).value_or("");
     if (name.ends_with('\n')) {
         name.pop_back();

@@ -7,8 +7,9 @@
 
 namespace lomaris {
 
-/// The short name of a live process (the first 15 bytes of its program's file name), or nothing where no process has
-/// this identifier: it never existed, ended, waits for its parent to take note of its end, or is a mere thread.
+/// The name of a running process, from /proc/PID/comm: the first 15 bytes of the file name of its program, unless the
+/// process has changed it. nullopt if no process has this identifier, or if it is that of a zombie or of a thread other
+/// than a main thread. Any thread.
 [[nodiscard]] std::optional<std::string> nameOfProcess(ProcessIdentifier processIdentifier);
 
 }  // namespace lomaris

@@ -30,7 +30,7 @@ public:
 
     void raise() const {
         const std::uint64_t one = 1;
-        // Fails only when it is raised already.
+        // Fails only if it has been raised already.
         static_cast<void>(!write(descriptor_, &one, sizeof one));
     }
 
@@ -45,7 +45,7 @@ private:
 
 namespace {
 
-/// Waits for one of the descriptors, of which negative ones do not count; answers whether one is ready.
+/// Waits for one of the descriptors; negative ones are ignored. Returns true if one is ready.
 bool waitUntil(Moment deadline, pollfd* descriptors, nfds_t count) {
     const Duration left = std::max(deadline - monotonicNow(), Duration::zero());
     const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
@@ -107,7 +107,7 @@ void LinuxScheduling::addReader(int descriptor, std::function<void()> serve) {
 void LinuxScheduling::removeReader(int descriptor) { readers_.erase(descriptor); }
 
 void LinuxScheduling::serveReaders() {
-    // A copy: a reader may remove itself or another one, which then is not served any more.
+    // Iterate over a copy: a reader may remove itself or another one, which then must not run.
     const std::map<int, Reader> readers = readers_;
     for (const auto& [descriptor, serve] : readers) {
         const auto current = readers_.find(descriptor);
@@ -123,7 +123,7 @@ void LinuxScheduling::serveMainQueue(Moment deadline) {
         const std::lock_guard lock(mainQueueMutex_);
         waiting = mainQueue_.size();
     }
-    // Whatever waited runs even in a slice of no length; what these blocks queue runs as long as the slice lasts.
+    // Blocks that are queued already run even if the slice has no length; those that they queue, until the deadline.
     for (std::size_t served = 0; served < waiting || now() < deadline; ++served) {
         const auto block = takeBlock();
         if (!block) {
@@ -164,7 +164,7 @@ void LinuxScheduling::waitForInput(Moment deadline) {
     wakeUp_->clear();
     for (const pollfd& answered : descriptors) {
         if ((answered.revents & POLLNVAL) != 0) {
-            // Closed without a word: waiting for it would turn this loop without rest.
+            // The descriptor was closed without `removeReader`. Polling it again would make this a busy loop.
             readers_.erase(answered.fd);
         }
     }

@@ -14,11 +14,22 @@
 
 namespace lomaris {
 
-/// Real time, and the run loop of the main thread: a wait on the file descriptors of the services that must answer
-/// other programs and on the main queue.
+/// The scheduling service of a Linux desktop: monotonic time, background threads, and the run loop of the main thread,
+/// which polls the file descriptors of other services and runs the main queue.
+///
+/// This folder has what the other folders of `platform/linux/` need of the operating system: time and run loop (this
+/// header, `run_loop.h`, `monotonic_clock.h`, `descriptor_wait.h`), processes and files (`linux_process.h`,
+/// `file_contents.h`), locale and desktop entries (`process_locale.h`, `desktop_entry.h`). It may use `posix/`, and has
+/// no D-Bus and no X11.
+///
+/// Invariants:
+/// 1. Handlers of descriptors and blocks of the main queue run only on the main thread, inside `runLoopSlice`.
+/// 2. `sleep` and `runLoopSlice` on the main thread honor a request to end the process
+///    (`platform/posix/termination.h`).
+/// 3. No background block runs after `finishBackgroundBlocks`.
 class LinuxScheduling final : public Scheduling, public RunLoop {
 public:
-    /// `endServices` brings the other services of the platform to their end when the process is told to end. Made on
+    /// `endServices` ends the other services of the platform if the process is requested to end. To be constructed on
     /// the main thread.
     explicit LinuxScheduling(std::function<void()> endServices = [] {});
     ~LinuxScheduling() override;
@@ -36,15 +47,15 @@ public:
     void addReader(int descriptor, std::function<void()> serve) override;
     void removeReader(int descriptor) override;
 
-    /// Ends all background blocks, which may use other services of the platform until then. To be called before those
-    /// services end. Main thread.
+    /// Ends all background blocks; see `BackgroundBlocks`. To be called before the other services of the platform are
+    /// destroyed, as the blocks may use them. Main thread.
     void finishBackgroundBlocks() { background_.finish(); }
 
-    /// For the program that is the whole process; see `nativePlatform`.
+    /// The state of requests to end the process. Used by `nativePlatform` if the program owns the process.
     [[nodiscard]] Termination& termination() { return termination_; }
 
 private:
-    /// A descriptor that wakes the run loop when another thread queues a block; opened at the first slice.
+    /// A descriptor that wakes the run loop when another thread queues a block. Opened in the first slice.
     class WakeUp;
     using Reader = std::shared_ptr<const std::function<void()>>;
 
@@ -60,7 +71,7 @@ private:
     std::unique_ptr<WakeUp> wakeUp_;
     Termination termination_;
     const std::thread::id mainThread_ = std::this_thread::get_id();
-    // Last, so that its blocks have ended before anything else goes.
+    // The last member: its destructor ends the blocks before the other members are destroyed.
     BackgroundBlocks background_;
 };
 

@@ -4,13 +4,13 @@
 
 namespace lomaris {
 
-/// The time since the machine started, which no change of the date moves. Any thread.
+/// The time of CLOCK_MONOTONIC, which changes of the system date do not affect. Any thread.
 [[nodiscard]] Moment monotonicNow();
 
-/// Blocks until `deadline`, signals or not. Any thread.
+/// Blocks until `deadline`. Signals do not end the wait. Any thread.
 void sleepUntil(Moment deadline);
 
-/// `duration` after `moment`, or the last moment there is. `duration` is not negative.
+/// `moment` plus `duration`, or `Moment::max()` on overflow. `duration` must not be negative.
 [[nodiscard]] constexpr Moment later(Moment moment, Duration duration) {
     return duration > Moment::max() - moment ? Moment::max() : moment + duration;
 }

@@ -6,7 +6,7 @@ namespace lomaris {
 
 namespace {
 
-/// Cuts `text` before the first `separator`; answers what stood from there on, the separator included.
+/// Truncates `text` before the first `separator` and returns the rest, including the separator.
 std::string_view splitOff(std::string_view& text, char separator) {
     const std::size_t position = std::min(text.find(separator), text.size());
     const std::string_view rest = text.substr(position);
@@ -14,7 +14,7 @@ std::string_view splitOff(std::string_view& text, char separator) {
     return rest;
 }
 
-/// The locale that the environment sets for a category, or an empty one.
+/// The locale that the environment sets for a category. Empty if there is none.
 std::string_view localeOfProcess(const char* category) {
     for (const char* const name : {"LC_ALL", category, "LANG"}) {
         const char* const value = std::getenv(name);

@@ -4,8 +4,8 @@
 
 namespace lomaris {
 
-/// Where services of this platform hang what they must serve while the tool waits: requests of other programs that
-/// arrive on a file descriptor. Main thread only.
+/// Lets services of this platform handle input on file descriptors while the main thread waits, such as requests of
+/// other programs. Main thread only.
 class RunLoop {
 public:
     RunLoop() = default;
@@ -13,13 +13,13 @@ public:
     RunLoop& operator=(const RunLoop&) = delete;
     virtual ~RunLoop() = default;
 
-    /// Has `serve` called during run-loop slices: once before every wait, as a library may have read from the
-    /// descriptor before and keep what came in its own memory, and whenever the descriptor has input or lost its other
-    /// end. `serve` handles what is there without waiting, does not throw, and may add and remove readers, itself
-    /// included. A descriptor has one reader; a second one replaces it.
+    /// Registers `serve`, which is called inside `runLoopSlice`: when the descriptor is readable or its peer has closed
+    /// it, and once before every wait, as a library may have read the input into its own buffer already. `serve` must
+    /// not block or throw, and may add and remove readers, including itself. Replaces the previous reader of the
+    /// descriptor.
     virtual void addReader(int descriptor, std::function<void()> serve) = 0;
 
-    /// Stops serving a descriptor; harmless where nobody does. To be called before the descriptor is closed.
+    /// Removes the reader of a descriptor. No effect if there is none. Must be called before the descriptor is closed.
     virtual void removeReader(int descriptor) = 0;
 };
 
