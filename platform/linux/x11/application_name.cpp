@@ -18,7 +18,7 @@ std::string environmentOr(const char* name, const std::string& fallback) {
     return value != nullptr && *value != '\0' ? value : fallback;
 }
 
-/// Whether a name that another program chose can be nothing but the name of a file in a directory.
+/// True if `name`, which another program chose, is safe as the name of a file: no path and not hidden.
 bool isPlainFileName(std::string_view name) {
     return !name.empty() && name.size() <= 200 && name.front() != '.' &&
            name.find_first_of(std::string_view("/\0", 2)) == std::string_view::npos;
@@ -36,7 +36,7 @@ std::string inSmallLetters(std::string text) {
 std::vector<std::string> dataDirectoriesOfProcess() {
     std::vector<std::string> directories;
     const auto add = [&](std::string_view directory) {
-        // Relative paths are to be ignored.
+        // The specification requires that relative paths are ignored.
         if (directory.starts_with('/')) {
             directories.emplace_back(directory);
         }

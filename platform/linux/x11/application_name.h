@@ -10,19 +10,20 @@
 
 namespace lomaris {
 
-/// The name for people of an installed application, from its desktop entry in the user's language: the entry named
-/// after its own identifier, else after the class of its windows as it stands or in small letters, else after their
-/// instance name. Nothing where no entry gives a name. `applicationIdentifier` may be empty; all names come from other
-/// programs and may hold anything. Reads files only.
+/// Returns the display name of an installed application, from its desktop entry in the user's language. Searches for an
+/// entry named like the application identifier, the class name of its windows, that name in lower case, and the
+/// instance name, in this order. nullopt if no entry has a name. `applicationIdentifier` may be empty; all names come
+/// from other programs and may be any bytes. Reads files.
 [[nodiscard]] std::optional<std::string> installedApplicationName(std::string_view applicationIdentifier,
                                                                   const WindowClass& windowClass);
 
-/// The same for an entry of exactly this name in these data directories, the first directory that has the entry wins.
+/// The same for the entry with exactly this name, from the first of the data directories that has it.
 [[nodiscard]] std::optional<std::string> desktopEntryName(std::string_view entry,
                                                           std::span<const std::string> dataDirectories,
                                                           std::span<const std::string> languages);
 
-/// The directories with data of applications, best first, from the environment as the desktop base directories have it.
+/// The data directories in order of preference: XDG_DATA_HOME and XDG_DATA_DIRS, or their defaults (XDG Base Directory
+/// Specification).
 [[nodiscard]] std::vector<std::string> dataDirectoriesOfProcess();
 
 }  // namespace lomaris

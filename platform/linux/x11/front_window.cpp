@@ -6,7 +6,7 @@ namespace lomaris {
 
 namespace {
 
-/// Deeper than any tree of windows; the tree may change while it is climbed.
+/// More levels than any tree of windows has. A limit is needed because the tree may change during the loop.
 constexpr int highestClimb = 64;
 
 std::optional<xcb_window_t> activeWindow(X11Connection& connection) {

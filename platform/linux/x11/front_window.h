@@ -7,17 +7,18 @@
 
 namespace lomaris {
 
-/// The window of the application in front: the one that the window manager says is active, else the window of an
-/// application around whatever has the keyboard. Nothing where there is none. The connection must be usable.
+/// The window of the front application: `_NET_ACTIVE_WINDOW` of the root window (EWMH) if the window manager sets it,
+/// otherwise the application window that contains the window with the input focus. nullopt if there is none. The
+/// connection must be usable.
 [[nodiscard]] std::optional<xcb_window_t> frontWindow(X11Connection& connection);
 
 /// The window with the input focus. nullopt if there is none, or if the focus follows the pointer. The connection must
 /// be usable.
 [[nodiscard]] std::optional<xcb_window_t> focusedWindow(X11Connection& connection);
 
-/// A window and the ones around it, innermost first, up to the one that the window manager treats as a window of an
-/// application, or to the outermost one if there is no window manager. Empty for the root window and for a window that
-/// does not exist. The connection must be usable.
+/// A window and its ancestors, starting with the window, up to the first one with the property `WM_STATE`, which a
+/// window manager sets on the top-level windows of applications (ICCCM 4.1.3.1), or up to the child of the root window
+/// if none has it. Empty for the root window and for a window that does not exist. The connection must be usable.
 [[nodiscard]] std::vector<xcb_window_t> windowsUpToApplication(X11Connection& connection, xcb_window_t window);
 
 }  // namespace lomaris

@@ -13,7 +13,7 @@ namespace lomaris {
 
 namespace {
 
-/// More windows than a session has; the list is another program's and may be of any length.
+/// More windows than a session has. Another program sets the list, which may have any length.
 constexpr std::size_t mostWindows = 512;
 
 std::optional<Text> bundleIdentifierOf(const WindowIdentity& identity) {
@@ -35,7 +35,7 @@ std::optional<Text> localizedNameOf(const WindowIdentity& identity) {
     return className.empty() ? std::nullopt : std::optional(textFromUtf8(className));
 }
 
-/// What all windows of a process tell together: of each name the first one that is there.
+/// Combines the identities of all windows of a process: the first non-empty value of each name.
 std::optional<WindowIdentity> combined(const std::vector<WindowIdentity>& identities,
                                        ProcessIdentifier processIdentifier) {
     std::optional<WindowIdentity> result;
@@ -57,7 +57,7 @@ std::optional<WindowIdentity> combined(const std::vector<WindowIdentity>& identi
     return result;
 }
 
-/// The application of a process as its windows describe it, or nothing where the process is gone.
+/// The application of a process, from the identities of its windows. nullopt if the process does not exist.
 std::optional<RunningApplication> describe(const std::vector<WindowIdentity>& identities,
                                            ProcessIdentifier processIdentifier) {
     const auto processName = nameOfProcess(processIdentifier);

@@ -6,22 +6,23 @@
 
 namespace lomaris {
 
-/// The applications of an X11 session, as the window manager and the windows themselves describe them.
+/// The workspace service of an X11 session: the front application and the applications of processes, from the
+/// properties of windows.
 ///
-/// The bundle identifier is the one that the application gives itself through its toolkit, else the one that the class
-/// of its windows is known to stand for. The name is that of its desktop entry in the user's language, else the class
-/// of its windows. All windows of a process are looked at, so that a dialog in front tells no less than the document
-/// behind it. A live process without a window has the short name of its program and no bundle identifier.
+/// The bundle identifier is `_GTK_APPLICATION_ID` of a window, otherwise the one that the application table has for the
+/// class name of `WM_CLASS`. The localized name is that of the desktop entry in the user's language, otherwise the
+/// class name. The properties of all windows of the process are combined, as a dialog may lack what the main window
+/// has. A running process without a window has the short name of its program and no bundle identifier.
 class LinuxWorkspace final : public Workspace {
 public:
-    /// `connection` outlives the workspace.
+    /// `connection` must outlive the workspace.
     explicit LinuxWorkspace(X11Connection& connection) : connection_(connection) {}
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() override;
     [[nodiscard]] std::optional<RunningApplication> runningApplication(ProcessIdentifier processIdentifier) override;
 
 private:
-    /// The identity of each window of the session that the window manager keeps, oldest first, `additional` last.
+    /// The identity of each window in `_NET_CLIENT_LIST` of the root window (EWMH), oldest first, then of `additional`.
     [[nodiscard]] std::vector<WindowIdentity> identities(std::optional<xcb_window_t> additional);
 
     X11Connection& connection_;

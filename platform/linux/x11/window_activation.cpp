@@ -18,13 +18,13 @@ namespace lomaris {
 
 namespace {
 
-/// More windows than a session has; the list is another program's and may be of any length.
+/// More windows than a session has. Another program sets the list, which may have any length.
 constexpr std::size_t mostWindows = 512;
 
-/// The source that a pager gives: the request is the user's own wish, which no window manager puts off.
+/// The source indication of pagers (EWMH): a direct user action, which window managers do not defer.
 constexpr std::uint32_t sourcePager = 2;
 
-/// How long the window manager may take.
+/// The window manager has 30 times 5 ms for the activation.
 constexpr int looks = 30;
 constexpr auto pauseBetweenLooks = std::chrono::milliseconds(5);
 
@@ -48,7 +48,7 @@ xcb_atom_t atomNamed(X11Connection& connection, std::string_view name) {
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
-/// The window with this title, the first where several have it.
+/// The first window with this title: `_NET_WM_NAME`, or `WM_NAME` if that is empty.
 std::optional<xcb_window_t> windowTitled(X11Connection& connection, const std::vector<xcb_window_t>& windows,
                                          TextView title) {
     const std::string wanted = utf8FromText(title);

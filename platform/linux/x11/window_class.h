@@ -5,8 +5,8 @@
 
 namespace lomaris {
 
-/// The two names that a window carries for the resource database ("Navigator" and "firefox-esr"), empty where it has
-/// none.
+/// The property `WM_CLASS` of a window (ICCCM 4.1.2.5), such as "Navigator" and "firefox-esr". Empty names if it is not
+/// set.
 struct WindowClass {
     std::string instanceName;
     std::string className;
@@ -14,7 +14,7 @@ struct WindowClass {
     friend bool operator==(const WindowClass&, const WindowClass&) = default;
 };
 
-/// Takes the bytes of the property apart: two names, each with a zero byte behind it. Missing ends are tolerated.
+/// Parses the bytes of the property: two names, each terminated by a zero byte. Accepts missing terminators.
 [[nodiscard]] WindowClass windowClassFromProperty(std::string_view bytes);
 
 }  // namespace lomaris

@@ -27,15 +27,15 @@ std::string nameOfThisMachine() {
     return name.data();
 }
 
-/// Whether one name is the other, or the other without its domain.
+/// True if the names are equal, or if one is the other without its domain.
 bool isSameMachine(std::string_view a, std::string_view b) {
     const std::string_view shorter = a.size() < b.size() ? a : b;
     const std::string_view longer = a.size() < b.size() ? b : a;
     return longer.starts_with(shorter) && (longer.size() == shorter.size() || longer[shorter.size()] == '.');
 }
 
-/// A process identifier means something only on its own machine. Windows that do not say where they come from are
-/// taken for local ones.
+/// Returns the process identifier if it is valid and of this machine. A window without `WM_CLIENT_MACHINE` counts as
+/// local.
 std::optional<ProcessIdentifier> localProcess(std::optional<std::uint32_t> number, const std::string& machine) {
     constexpr auto largest = static_cast<std::uint32_t>(std::numeric_limits<ProcessIdentifier>::max());
     if (!number || *number == 0 || *number > largest) {

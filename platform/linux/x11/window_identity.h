@@ -11,17 +11,17 @@
 
 namespace lomaris {
 
-/// What one window tells of its application. All of it is set by the application and may be wrong.
+/// The properties of a window that identify its application. The application sets them, so they may be wrong.
 struct WindowIdentity {
-    /// Nothing where the window names no process of this machine.
+    /// `_NET_WM_PID` (EWMH). nullopt if it is not set, or if `WM_CLIENT_MACHINE` is another machine.
     std::optional<ProcessIdentifier> processIdentifier;
-    /// The identifier that the application gives itself ("org.xfce.mousepad"), empty where it gives none.
+    /// `_GTK_APPLICATION_ID` ("org.xfce.mousepad"). Empty if it is not set.
     std::string applicationIdentifier;
     WindowClass windowClass;
 };
 
-/// The identities of several windows, one for each, asked for together; empty identities for windows that are gone. The
-/// connection must be usable.
+/// Returns the identity of each window, in the same order; an empty one for a window that does not exist. Sends all
+/// requests before it waits for the first reply. The connection must be usable.
 [[nodiscard]] std::vector<WindowIdentity> identifyWindows(X11Connection& connection,
                                                           std::span<const xcb_window_t> windows);
 

@@ -10,7 +10,7 @@ namespace lomaris {
 
 namespace {
 
-/// What the waiting thread and the connecting one share; whoever comes last frees it.
+/// The state shared by the waiting thread and the connecting thread, which both own it.
 struct Handshake {
     std::mutex mutex;
     std::condition_variable changed;
@@ -31,7 +31,7 @@ void shakeHands(const XcbFunctions& xcb, const std::shared_ptr<Handshake>& hands
     }
 }
 
-/// Whether a handshake that was given up still goes on. Main thread.
+/// Returns true if the abandoned handshake is still in progress; releases it otherwise. Main thread.
 bool isGoingOn(std::shared_ptr<Handshake>& abandoned) {
     if (!abandoned) {
         return false;
@@ -59,7 +59,7 @@ X11Connected connectWithoutDeadline(const XcbFunctions& xcb) {
 }
 
 X11Connected connectToDisplay(const XcbFunctions& xcb, std::chrono::milliseconds deadline) {
-    // At most one thread is left behind, however often a hanging server is tried.
+    // At most one thread is abandoned, no matter how often a hung server is tried.
     static std::shared_ptr<Handshake> abandoned;
     if (isGoingOn(abandoned)) {
         return {};

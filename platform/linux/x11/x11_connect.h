@@ -6,19 +6,19 @@
 
 namespace lomaris {
 
-/// A connection to the X server that DISPLAY names, and the number of the screen that it names. No connection where
-/// there is no server, it refused, or it did not answer in time.
+/// A connection to the X server in DISPLAY, and the screen number in DISPLAY. `connection` is null if there is no
+/// server, it refused the connection, or it did not reply in time.
 struct X11Connected {
     xcb_connection_t* connection = nullptr;
     int screen = 0;
 };
 
-/// Connects to the X server within `deadline`. The library itself waits without one while it shakes hands, so a thread
-/// of its own does that and is left behind where the server hangs; until it ends, further tries fail at once. The
+/// Connects to the X server, with a timeout of `deadline`. libxcb has no timeout for the handshake, so it runs on a
+/// separate thread, which is abandoned if the server hangs; until that thread ends, further attempts fail at once. The
 /// caller owns the connection. Main thread.
 [[nodiscard]] X11Connected connectToDisplay(const XcbFunctions& xcb, std::chrono::milliseconds deadline);
 
-/// Connects to the X server, however long that takes. The caller owns the connection. Any thread.
+/// Connects to the X server without a timeout. The caller owns the connection. Any thread.
 [[nodiscard]] X11Connected connectWithoutDeadline(const XcbFunctions& xcb);
 
 }  // namespace lomaris

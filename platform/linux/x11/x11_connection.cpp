@@ -14,7 +14,7 @@ namespace lomaris {
 
 namespace {
 
-/// How long the server may take for one reply.
+/// The timeout for one reply of the server.
 constexpr auto patience = std::chrono::milliseconds(1500);
 
 }  // namespace
@@ -100,7 +100,7 @@ bool X11Connection::hasExtension(std::string_view name) {
 
 bool X11Connection::prepareExtension(xcb_extension_t* extension) {
     xcb_->prefetch_extension_data(connection_, extension);
-    // The server answers in order: once this reply is there, so is the one about the extension.
+    // The server replies in order: when this reply has arrived, so has the one about the extension.
     return wait<xcb_get_input_focus_reply_t>(xcb_->get_input_focus(connection_)) != nullptr;
 }
 
@@ -131,7 +131,7 @@ void X11Connection::giveUp() {
     state_ = State::unusable;
     const int descriptor = connection_ != nullptr ? xcb_->get_file_descriptor(connection_) : -1;
     if (descriptor >= 0) {
-        // A request that is sent all the same fails at once instead of waiting for room in the socket.
+        // Later requests fail at once instead of blocking when the buffer of the socket is full.
         shutdown(descriptor, SHUT_RDWR);
     }
 }

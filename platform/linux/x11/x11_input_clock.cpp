@@ -9,7 +9,7 @@ namespace lomaris {
 
 namespace {
 
-/// The readings of one millisecond agree; a busy server may need some more tries.
+/// Attempts to read the counters within one millisecond. A busy server may need several.
 constexpr int mostReadings = 50;
 
 using CounterReply = XReply<xcb_sync_query_counter_reply_t>;
@@ -19,14 +19,15 @@ std::uint64_t valueOf(const CounterReply& reply) {
     return static_cast<std::uint64_t>(static_cast<std::uint32_t>(value.hi)) << 32U | value.lo;
 }
 
-/// The counters of a reply, read off its bytes: identifier (4 bytes), resolution (8), length of the name (2), name,
-/// filled up to a multiple of 4. The library's own iterator takes the name from behind the padding of its structure.
+/// Iterates over the SYSTEMCOUNTER items of a reply: identifier (4 bytes), resolution (8), length of the name (2),
+/// name, padded to a multiple of 4. The iterator of libxcb-sync is wrong: it expects the name after the padding of its
+/// struct.
 class CounterReader {
 public:
     explicit CounterReader(const xcb_sync_list_system_counters_reply_t& reply)
         : rest_(reinterpret_cast<const char*>(&reply) + sizeof reply, std::size_t{reply.length} * 4) {}
 
-    /// Goes to the next counter; whether there is one.
+    /// Moves to the next counter. Returns false if there is none.
     [[nodiscard]] bool next() {
         if (rest_.size() < headSize) {
             return false;
@@ -63,8 +64,8 @@ std::optional<std::uint32_t> X11InputClock::timeOfLastInput() {
     }
     const XcbSyncFunctions& sync = *xcbSyncFunctions();
     xcb_connection_t* const handle = connection_.handle();
-    // The idle time counts from the last input to the moment of the question, so that moment must be known: the time
-    // before and after must be the same.
+    // IDLETIME is the time from the last input to the moment of the request. To know that moment, the server time must
+    // be the same before and after.
     for (int reading = 0; reading < mostReadings; ++reading) {
         const auto beforeRequest = sync.query_counter(handle, counters_->serverTime);
         const auto idleRequest = sync.query_counter(handle, counters_->idleTime);

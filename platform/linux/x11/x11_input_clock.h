@@ -7,14 +7,15 @@
 
 namespace lomaris {
 
-/// When the X server last saw any input of the user: keys, buttons or motion of the pointer.
+/// Determines when the X server last received input (keys, buttons or pointer motion), from the system counters of the
+/// SYNC extension.
 class X11InputClock {
 public:
-    /// `connection` outlives the clock.
+    /// `connection` must outlive the clock.
     explicit X11InputClock(X11Connection& connection) : connection_(connection) {}
 
-    /// The low 32 bits of the server's own time, in milliseconds, at the last input; nothing where the server is not
-    /// there or does not tell. The same moment always comes back as the same number. Main thread.
+    /// The server time of the last input: the low 32 bits, in milliseconds. nullopt if there is no server or it lacks
+    /// the counters SERVERTIME and IDLETIME. Returns the same number until there is new input. Main thread.
     [[nodiscard]] std::optional<std::uint32_t> timeOfLastInput();
 
 private:

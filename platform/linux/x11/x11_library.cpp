@@ -8,7 +8,7 @@ namespace lomaris {
 
 namespace {
 
-/// Stores the address of `symbol` in `target`; whether there is one.
+/// Stores the address of `symbol` in `target`. Returns false if the library has no such symbol.
 template <typename Pointer>
 bool load(void* library, const char* symbol, Pointer& target) {
     target = reinterpret_cast<Pointer>(dlsym(library, symbol));

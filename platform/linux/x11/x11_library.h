@@ -7,7 +7,7 @@
 
 namespace lomaris {
 
-/// The functions of the X protocol library that this platform calls, without their prefix.
+/// The functions of libxcb that this platform calls, without the prefix `xcb_`.
 #define LOMARIS_XCB_FUNCTIONS(X) \
     X(change_property)           \
     X(change_window_attributes)  \
@@ -46,19 +46,19 @@ namespace lomaris {
     X(setup_roots_iterator)      \
     X(ungrab_server)
 
-/// The same for the library of the synchronisation extension.
+/// The same for libxcb-sync.
 #define LOMARIS_XCB_SYNC_FUNCTIONS(X) \
     X(initialize)                     \
     X(list_system_counters)           \
     X(query_counter)
 
-/// The same for the library of the fixes extension.
+/// The same for libxcb-xfixes.
 #define LOMARIS_XCB_XFIXES_FUNCTIONS(X) \
     X(query_version)                    \
     X(select_selection_input)
 
-// The libraries are loaded at the first use: most runs of the tool that only print help, and every machine without an X
-// server, do without them. The tables live as long as the process, as such a library cannot be unloaded safely.
+// The libraries are opened at the first use, so that a run that only prints help does not load them and a machine
+// without them can run the tool. They are never unloaded, which would not be safe.
 
 #define LOMARIS_DECLARE(name) decltype(&::xcb_##name) name = nullptr;
 struct XcbFunctions {
@@ -80,13 +80,13 @@ struct XcbXfixesFunctions {
 };
 #undef LOMARIS_DECLARE
 
-/// The X protocol library, or null where it is not installed or lacks a function. Main thread.
+/// The functions of libxcb. Null if it is not installed or lacks one of them. Static storage. Main thread.
 [[nodiscard]] const XcbFunctions* xcbFunctions();
 
-/// The library of the synchronisation extension, or null likewise. Main thread.
+/// The same for libxcb-sync.
 [[nodiscard]] const XcbSyncFunctions* xcbSyncFunctions();
 
-/// The library of the fixes extension, or null likewise. Main thread.
+/// The same for libxcb-xfixes.
 [[nodiscard]] const XcbXfixesFunctions* xcbXfixesFunctions();
 
 }  // namespace lomaris

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::uint32_t longestPropertyInWords = 4096;
 
-/// The items of a property with this format, or none where it has another one or claims more than the reply holds.
+/// The items of a property. Empty if the format is another one or `value_len` exceeds the length of the reply.
 template <typename Item>
 std::vector<Item> itemsOf(X11Connection& connection, const xcb_get_property_reply_t& reply) {
     if (reply.format != sizeof(Item) * 8 || reply.value_len > std::size_t{reply.length} * 4 / sizeof(Item)) {
