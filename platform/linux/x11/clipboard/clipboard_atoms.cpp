@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t mostNames = 65536;
 
-/// As many requests as fit into the socket, so that sending them never waits for a server that reads nothing.
+/// So few requests that they fit into the buffer of the socket: sending them never blocks, even if the server hangs.
 constexpr std::size_t batch = 256;
 
 template <typename Item, typename Use>

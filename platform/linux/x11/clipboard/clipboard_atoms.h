@@ -10,20 +10,21 @@
 
 namespace lomaris {
 
-/// The numbers that the X server uses for names. Both directions are remembered, up to a bound: another program may
-/// bring any number of names. Main thread; the connection must be usable.
+/// Converts between atoms and their names, with a cache for both directions. The cache has a size limit, as other
+/// programs may use any number of names. Main thread. The connection must be usable.
 class ClipboardAtoms {
 public:
-    /// `connection` outlives the atoms.
+    /// `connection` must outlive this object.
     explicit ClipboardAtoms(X11Connection& connection) : connection_(connection) {}
 
-    /// The atom of a name; `XCB_ATOM_NONE` where the name is too long or the server is gone.
+    /// The atom with this name. `XCB_ATOM_NONE` if the name is longer than `longestTargetName` or the server is gone.
     [[nodiscard]] xcb_atom_t atom(std::string_view name);
 
-    /// The atoms of several names, asked for together.
+    /// The atoms of several names, in the same order. Requests them in batches.
     [[nodiscard]] std::vector<xcb_atom_t> atoms(std::span<const std::string_view> names);
 
-    /// The names of several atoms, asked for together; empty for an atom that does not exist or whose name is too long.
+    /// The names of several atoms, in the same order. Empty for an atom that does not exist or whose name is too long.
+    /// Requests them in batches.
     [[nodiscard]] std::vector<std::string> names(std::span<const xcb_atom_t> atoms);
 
 private:

@@ -29,7 +29,7 @@ SharedBytes share(Bytes bytes) { return std::make_shared<const Bytes>(std::move(
 
 }  // namespace
 
-/// Where a provider puts the bytes that it was asked for.
+/// Stores the bytes that a provider supplies.
 class ClipboardContents::Fulfilment final : public PromisedItem {
 public:
     explicit Fulfilment(Item& item) : item_(item) {}
@@ -187,7 +187,7 @@ std::optional<ServedTarget> ClipboardContents::encoded(std::string_view target, 
     return textOfType(clipboard_target::utf8String, std::move(bytes));
 }
 
-/// The bytes of each entry of an item, without a provider noticing, if it knows them in advance.
+/// The bytes of each entry of an item. Calls `promisedData` of the provider, and `provideData` only if that has none.
 std::vector<SharedBytes> ClipboardContents::inAdvance(Item& item) {
     std::vector<SharedBytes> all;
     all.reserve(item.entries.size());

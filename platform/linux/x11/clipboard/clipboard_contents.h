@@ -16,52 +16,53 @@
 
 namespace lomaris {
 
-/// The forms of pasteboard types for which it is not simply the name of the target and 8 bits.
+/// The property forms of the pasteboard types whose form is not the default one (the name of the target, format 8).
 using PropertyForms = std::map<PasteboardType, PropertyForm>;
 
-/// What this process has put on the clipboard: its items, and the targets under which other programs find them. Knows
-/// nothing of a connection. Main thread.
+/// The contents that this process has written to the clipboard: its items, and the targets that they are offered as.
+/// Does not use the X server. Main thread.
 class ClipboardContents final : public ServedContents {
 public:
-    /// Adds items. `forms` says how to describe types that another program owned once and that now come back.
+    /// Adds items. `forms` has the property forms of types that were read from another program and are restored.
     void append(std::vector<NewPasteboardItem> items, const PropertyForms& forms);
 
     [[nodiscard]] std::size_t itemCount() const { return items_.size(); }
 
-    /// The types of an item, in its order, each once.
+    /// The types of an item, in its order and without duplicates.
     [[nodiscard]] std::vector<PasteboardType> types(std::size_t item) const;
 
-    /// The bytes of a type of an item, null where there are none. Asks the provider for what is only promised.
+    /// The bytes of a type of an item. Null if there are none. Calls the provider for a promised type.
     [[nodiscard]] SharedBytes bytes(std::size_t item, std::string_view type);
 
-    /// The plain texts of all items, a line feed between two; nothing where no item has any.
+    /// The plain texts of all items, joined by line feeds. nullopt if no item has one. Calls the providers.
     [[nodiscard]] std::optional<Text> string();
 
-    /// The targets to offer, in order, each once: the types of all items; for a promised plain text its other names;
-    /// for a concealed item the hint that keeps it out of clipboard histories. Asks no provider.
+    /// The targets to offer, in order and without duplicates: the types of all items; for a promised plain text also
+    /// the other text targets; for a concealed item the hint that keeps it out of clipboard histories. Calls no
+    /// provider.
     [[nodiscard]] std::vector<std::string_view> targets() const override;
 
-    /// The answer for one of the targets, or nothing where there are no bytes for it. Of several items that have it
-    /// the first one wins. Asks the provider for what is only promised.
+    /// The reply for a target, from the first item that has it. nullopt if there are no bytes for it. Calls the
+    /// provider for a promised type.
     [[nodiscard]] std::optional<ServedTarget> served(std::string_view target) override;
 
-    /// Everything that is offered, for another process to serve. What is promised comes from the provider in advance,
-    /// or, if it cannot know the bytes in advance, as if a reader had requested it.
+    /// The targets with their bytes, for the keeper to serve. The bytes of a promised type are the provider's
+    /// `promisedData`, or, if it does not know them in advance, are requested as for a reader.
     [[nodiscard]] std::vector<KeptTarget> kept();
 
-    /// A reader has requested the promised text from the process that serves these contents.
+    /// Calls the provider of a promised text. To be called when a reader has requested that text from the keeper.
     void noteTextRead();
 
-    /// Whether anything is still only promised.
+    /// True if there is a promised type without bytes.
     [[nodiscard]] bool hasPromise() const;
 
-    /// Asks the providers for everything that is still only promised.
+    /// Calls the providers for all promised types without bytes, and releases them.
     void keepPromises();
 
 private:
     struct Entry {
         PasteboardType type;
-        /// Null while the bytes are only promised.
+        /// Null if the type is promised and its provider has not been called.
         SharedBytes bytes;
         PropertyForm form;
     };

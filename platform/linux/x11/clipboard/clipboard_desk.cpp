@@ -14,7 +14,7 @@ namespace lomaris {
 
 namespace {
 
-/// The numbers of a list of targets, or none where it is no such list.
+/// The atoms of a reply for TARGETS. Empty if it has another type or format.
 std::vector<xcb_atom_t> atomsOf(const ReadTarget& list, xcb_atom_t targets) {
     if (list.format != 32 || (list.type != XCB_ATOM_ATOM && list.type != targets)) {
         return {};
@@ -26,14 +26,14 @@ std::vector<xcb_atom_t> atomsOf(const ReadTarget& list, xcb_atom_t targets) {
     return atoms;
 }
 
-/// Some toolkits count the terminating NUL as part of their plain text.
+/// Some toolkits include the terminating NUL in their plain text.
 std::string_view withoutTrailingNuls(std::string_view bytes) {
     return bytes.substr(0, bytes.find_last_not_of('\0') + 1);
 }
 
 }  // namespace
 
-/// What another program offered when it was asked.
+/// The types that another program offers, with their targets, and the state of reading them.
 struct ClipboardDesk::ForeignContents {
     ClipboardLook look;
     std::vector<PasteboardType> types;
@@ -57,7 +57,7 @@ public:
     }
 
 private:
-    /// The contents, or null once the clipboard has others: while these are promised, they outlast their replacement.
+    /// The contents, or null if they are no longer those of the clipboard. (`promised_` may keep replaced contents.)
     [[nodiscard]] std::shared_ptr<ClipboardContents> currentContents() const {
         const auto desk = desk_.lock();
         if (!desk) {
@@ -110,7 +110,7 @@ void ClipboardDesk::handle(const xcb_generic_event_t& event) {
     server_.handle(event);
 }
 
-/// Called when this process no longer owns the clipboard. Contents that are not published yet still will be.
+/// Called when another program has become the owner. Contents that are not published yet are kept.
 void ClipboardDesk::letContentsGo() {
     if (!isUnpublished_ && !isPublishing_) {
         contents_.reset();
@@ -152,7 +152,7 @@ bool ClipboardDesk::write(std::vector<NewPasteboardItem> items) {
     return keeper_.isThere() || isUnpublished_ ? publish() : true;
 }
 
-/// Has the keeper own the clipboard with the contents of this process, or becomes the owner if there is no keeper.
+/// Lets the keeper own the clipboard with the contents of this process, or becomes the owner if there is no keeper.
 bool ClipboardDesk::publish() {
     isUnpublished_ = false;
     if (!contents_) {
@@ -299,7 +299,7 @@ void ClipboardDesk::expectPaste(Duration minimumWait, Duration graceWait) {
     settle();
     keeper_.expectPaste(minimumWait, graceWait);
     if (keeper_.descriptor() >= 0) {
-        // The keeper has the clipboard until the text was read, also if this process never restores it.
+        // The keeper has its own share of the exclusive use until the text was read, even if this process dies.
         exclusion_.release();
     }
 }

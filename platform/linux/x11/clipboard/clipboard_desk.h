@@ -15,46 +15,48 @@
 
 namespace lomaris {
 
-/// The clipboard of an X11 session as this process has it: what it owns and what others own. Main thread.
+/// The operations of the clipboard on one X11 connection: reads what other programs own, publishes what this process
+/// writes, and takes the exclusive use for an operation. Main thread.
 ///
-/// What this process puts there is published by its keeper, which owns the clipboard for it; a copy stays here. Without
-/// a keeper, this process owns the clipboard itself. Requests of other programs are then served by `serve` only, and
-/// while another owner is waited for (when this process owns nothing), so that a provider is never called at any other
-/// time.
+/// The keeper owns the clipboard with what this process writes; this object has a copy of the contents. Without a
+/// keeper, this process is the selection owner itself. It then replies to requests of other programs only in `serve`,
+/// so that a provider is not called at any other time. (The reader serves requests too while it waits for another
+/// owner, but then this process owns nothing.)
 class ClipboardDesk final : public std::enable_shared_from_this<ClipboardDesk> {
 public:
     explicit ClipboardDesk(KeeperStart startKeeper);
 
-    /// Whether the clipboard can be used at all; to be called first, and once.
+    /// Connects to the X server. Returns false if the clipboard cannot be used. To be called once, before all others.
     [[nodiscard]] bool open();
     [[nodiscard]] bool isAlive() { return session_.isAlive(); }
     [[nodiscard]] int descriptor() const { return session_.descriptor(); }
 
-    // The operations of the pasteboard.
+    // The functions of `Pasteboard`.
     [[nodiscard]] std::vector<std::unique_ptr<PasteboardItem>> items();
     [[nodiscard]] std::optional<Text> string();
     [[nodiscard]] std::int64_t changeCount();
     void clear();
     [[nodiscard]] bool write(std::vector<NewPasteboardItem> items);
 
-    /// Handles what has arrived: requests of other programs, and what the keeper has to say.
+    /// Handles the events and messages that have arrived: requests of other programs, and messages of the keeper.
     void serve();
 
-    /// Readable when the keeper has something to say; negative if there is no keeper.
+    /// Readable when there is a message of the keeper. Negative if there is no keeper.
     [[nodiscard]] int keeperDescriptor() const { return keeper_.descriptor(); }
 
-    // An operation with exclusive use of the clipboard; see `PasteboardHold`.
-    /// Whether the clipboard was free for it.
+    // The functions of `PasteboardHold`.
+
+    /// Takes the exclusive use of the clipboard. Returns false if another process has it.
     [[nodiscard]] bool beginOperation();
     void protect(const std::vector<PasteboardItemContents>& saved);
-    /// Whether the keeper restores the clipboard if this process dies now.
+    /// True if the keeper would restore the clipboard if this process died now.
     [[nodiscard]] bool isProtected() const { return isProtected_ && keeper_.descriptor() >= 0; }
     void expectCopy(std::optional<ProcessIdentifier> target, Duration wait) { keeper_.expectCopy(target, wait); }
     void expectPaste(Duration minimumWait, Duration graceWait);
     void endOperation();
 
-    /// Calls providers for everything that is still only promised, if this process owns the clipboard, and leaves it to
-    /// the keeper.
+    /// Ends the use of the clipboard: calls the providers of all promised types if the contents of this process are
+    /// current, ends the operation, and disconnects from the keeper, which continues to serve the contents.
     void finish();
 
 private:
@@ -73,20 +75,20 @@ private:
 
     ClipboardSession session_;
     ClipboardOwnership ownership_;
-    // Null where another program owns the clipboard.
+    // Null if another program owns the clipboard.
     std::shared_ptr<ClipboardContents> contents_;
     ClipboardServer server_;
     ClipboardReader reader_;
     PropertyForms forms_;
     ClipboardExclusion exclusion_{session_};
     KeeperLink keeper_;
-    /// Contents that were cleared and not written yet: the keeper gets them with the write, or with the next call, so
-    /// that no reader finds the empty clipboard in between.
+    /// True if the contents were cleared and nothing has been written since. The keeper publishes them only with the
+    /// write or the next call, so that no reader finds an empty clipboard between the two.
     bool isUnpublished_ = false;
-    /// Notifications of the server are read that may be older than the publication.
+    /// True while events are handled that may be older than the publication.
     bool isPublishing_ = false;
     bool isProtected_ = false;
-    /// The contents whose promised text the keeper serves. They may have been replaced by another program's.
+    /// The contents whose promised text the keeper serves. Another program may have replaced them since.
     std::shared_ptr<ClipboardContents> promised_;
 };
 

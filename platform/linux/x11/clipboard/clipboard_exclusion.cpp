@@ -18,7 +18,7 @@ bool ClipboardExclusion::take(xcb_window_t keeper) {
     if (isTaken_) {
         return true;
     }
-    // A process that waits looks without stopping the server each time.
+    // A process that retries tests without a server grab first.
     if (std::exchange(wasBusy_, false) && !isFree(keeper)) {
         wasBusy_ = true;
         return false;
@@ -45,7 +45,7 @@ void ClipboardExclusion::setKept(bool isKept) {
     if (isKept_ == isKept) {
         return;
     }
-    // If the partner died early, another process may have the clipboard by now, and its keeper this selection.
+    // If the partner died early, another process may have taken the lock by now, and its keeper may own this selection.
     const xcb_atom_t selection = session_.names().keeper;
     constexpr xcb_window_t none = XCB_WINDOW_NONE;
     session_.xcb().grab_server(session_.handle());

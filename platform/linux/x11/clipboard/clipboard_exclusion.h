@@ -6,24 +6,26 @@
 
 namespace lomaris {
 
-/// The exclusive use of the clipboard among the processes of a display: two selections of our own. The process that
-/// performs an operation owns one of them and its keeper the other; the clipboard is free when neither has an owner.
-/// The server takes a selection away from a client that dies, so that no stale lock can remain. Main thread.
+/// A lock on the clipboard among the processes of a display, made of two private selections. The process that performs
+/// an operation owns `_LOMARIS_CLIPBOARD_OPERATION`, and its keeper `_LOMARIS_CLIPBOARD_KEEPER`; the clipboard is free
+/// if neither has an owner. The server releases the selections of a client that disconnects, so no stale lock can
+/// remain. Main thread.
 class ClipboardExclusion {
 public:
-    /// `session` outlives this.
+    /// `session` must outlive this object.
     explicit ClipboardExclusion(ClipboardSession& session) : session_(session) {}
 
-    /// Takes the clipboard for an operation of this process; whether it was free or taken already. `keeper`, if it is a
-    /// window, is that of this process's own keeper, which does not count. The test and the taking are one server grab
-    /// of one round trip.
+    /// Takes the lock for an operation of this process. Returns true if it was free or this process has it already.
+    /// `keeper`, unless it is XCB_WINDOW_NONE, is the window of this process's own keeper, whose share does not count.
+    /// Tests and takes inside one server grab of one round trip.
     [[nodiscard]] bool take(xcb_window_t keeper);
 
-    /// Ends what `take` began. Harmless if nothing was taken.
+    /// Releases the lock. No effect if this process does not have it.
     void release();
 
-    /// For the keeper: takes its share unless another keeper owns it, or releases it if this one does. Tries again when
-    /// called again. The test and the change are one server grab of one round trip.
+    /// For the keeper: if `isKept`, takes the keeper's share unless another keeper has it; otherwise releases it. Does
+    /// nothing if the state is already the wanted one; an attempt that failed is repeated by the next call. Tests and
+    /// changes inside one server grab of one round trip.
     void setKept(bool isKept);
 
 private:

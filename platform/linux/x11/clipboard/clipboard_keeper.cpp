@@ -25,10 +25,10 @@ namespace {
 using Kind = KeeperMessage::Kind;
 using keeping::Owner;
 
-/// Seconds that the X server may take for the connection; a server that hangs for longer ends the keeper.
+/// The timeout for connecting to the X server, in seconds. A server that hangs for longer ends the keeper (SIGALRM).
 constexpr unsigned longestConnecting = 10;
 
-/// How often transfers are looked at whose readers take nothing, once nothing else keeps the keeper.
+/// How often stalled transfers are checked for, if only transfers keep the keeper from ending.
 constexpr Duration stallCheck = std::chrono::seconds(10);
 
 class ClipboardKeeper {
@@ -43,7 +43,7 @@ public:
             return;
         }
         while (session_.isAlive()) {
-            // Messages before the events of the server: an announced copy is known before it is seen.
+            // Messages before the events of the server, so that a copy is announced before its owner change is handled.
             receiveMessages();
             serve();
             decideOnOwners();
@@ -90,7 +90,7 @@ private:
                 continue;
             }
             if (!channel_.isOpen()) {
-                // What the server reported before the death is older than that.
+                // Events that the server sent before the end of the partner come first.
                 session_.settle();
                 isPartnerGone_ = true;
             }
@@ -129,21 +129,22 @@ private:
 
     void publish(const KeeperMessage& message, const FileDescriptor& file) {
         auto targets = readKeptTargets(file);
-        // What has happened so far happened to the contents before these.
+        // Events up to now concern the previous contents.
         session_.settle();
         decideOnOwners();
         wasTextRead_ = false;
-        // The partner counts a late publication as failed and may have written by itself since.
+        // After the deadline the partner counts the publication as failed, and may have published by itself.
         const bool isPossible = targets && monotonicNow() < Moment(message.deadline);
         if (isPossible && take(std::move(*targets), message.serial)) {
             decide(keeping::event::Published());
         }
         decideOnOwners();
-        // Also if another program took over at once; the partner sees that in the notifications of the server.
+        // Confirmed even if another program has become the owner since: the partner gets that from the server's events.
         confirm(message.serial, isPossible && session_.isAlive());
     }
 
-    /// Becomes the owner of the clipboard with these contents, which the partner published with `serial`, or 0.
+    /// Becomes the owner of the clipboard with these contents. `serial` is that of the publication, 0 for restored
+    /// ones.
     bool take(std::vector<KeptTarget> targets, std::uint32_t serial) {
         contents_ = std::make_shared<KeptContents>(std::move(targets), [this, serial] { noteTextRead(serial); });
         publishedSerial_ = serial;
@@ -167,7 +168,7 @@ private:
                                          .window = isDone ? session_.window() : xcb_window_t{XCB_WINDOW_NONE}}));
     }
 
-    /// Notes the connections to the server through which a process may own the clipboard: those of its windows.
+    /// Determines the X clients of a process, as the owner of the clipboard may be any of them: those of its windows.
     void findTarget(ProcessIdentifier process) {
         if (process == targetProcess_) {
             return;
@@ -215,17 +216,17 @@ private:
         }
         const bool mayRestore = state_.isProtecting || state_.copyDeadline;
         if (!mayRestore) {
-            // It may be large, or a password.
+            // The contents may be large, or a password.
             saved_.reset();
         }
     }
 
     void restore() {
         auto targets = readKeptTargets(saved_);
-        // Another program may have taken over since; its notification is then still on the way.
+        // Another program may have become the owner, and the event for that may not have arrived yet.
         session_.xcb().grab_server(session_.handle());
         if (classify(currentOwner()) != Owner::other) {
-            // Without the saved contents, even an empty clipboard is better than the partner's text.
+            // If the saved contents cannot be read, an empty clipboard is better than the partner's text.
             static_cast<void>(take(targets ? std::move(*targets) : std::vector<KeptTarget>(), 0));
         }
         session_.xcb().ungrab_server(session_.handle());
@@ -281,7 +282,7 @@ private:
     std::uint32_t reportedSerial_ = 0;
     ProcessIdentifier targetProcess_ = 0;
     std::vector<std::uint32_t> targetClients_;
-    /// New owners of the clipboard that were not decided on yet.
+    /// New owners of the clipboard, in order, that `decide` has not been called for.
     std::deque<xcb_window_t> owners_;
     bool isPartnerGone_ = false;
     bool wasTextRead_ = false;

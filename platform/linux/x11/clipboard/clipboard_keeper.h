@@ -4,15 +4,15 @@
 
 namespace lomaris {
 
-/// The keeper: a small process beside one that uses the clipboard, its partner. It owns and serves what the partner
-/// puts on the clipboard, so that this outlives the partner, and restores the user's clipboard if the partner dies in
-/// the middle of an operation. What it does when is decided in `platform/keeping/pasteboard_keeping.h`.
+/// Runs the keeper: a small process next to one that uses the clipboard, its partner. The keeper owns and serves what
+/// the partner writes to the clipboard, also after the partner has ended, and restores the user's clipboard if the
+/// partner dies during an operation. `platform/keeping/pasteboard_keeping.h` decides when it does what.
 ///
-/// Owning the clipboard throughout also means that a sudden death never leaves it without an owner, which clipboard
-/// managers take for a reason to own it themselves.
+/// As the keeper is the owner throughout, the clipboard has an owner even if the partner dies. Without an owner, a
+/// clipboard manager would take ownership itself.
 ///
-/// Returns when the partner is gone and another program owns the clipboard, or nothing is left to be served, or the X
-/// server is gone. To be called once in a process.
+/// Returns when the X server is gone, or when the partner is gone and either another program owns the clipboard or the
+/// contents are empty. To be called once in a process.
 void runClipboardKeeper(FileDescriptor channel);
 
 }  // namespace lomaris

@@ -14,7 +14,7 @@ bool ClipboardOwnership::acquire() {
 
 void ClipboardOwnership::replaceKeeper() {
     if (std::exchange(isOrphaned_, false)) {
-        // If another program was faster, its notification has been handled by now.
+        // If another program had become the owner, its event would have been handled by now.
         static_cast<void>(becomeOwner());
     }
 }
@@ -25,7 +25,7 @@ bool ClipboardOwnership::becomeOwner() {
         return false;
     }
     session_.xcb().set_selection_owner(session_.handle(), session_.window(), session_.names().clipboard, *now);
-    // The server refuses silently; where it did not, its notification has arrived after this.
+    // SetSelectionOwner has no reply. If the server has accepted it, the event is handled in this call.
     session_.settle();
     return isOwner_ && session_.isAlive();
 }
@@ -42,14 +42,14 @@ void ClipboardOwnership::handle(const xcb_generic_event_t& event) {
     isKeeperOwner_ = keeper_ != XCB_WINDOW_NONE && change.owner == keeper_;
     isOrphaned_ = false;
     if (change.owner == session_.window() || isKeeperOwner_) {
-        // Counted when it was acquired.
+        // `acquire` or `countContents` has counted this change.
         isOwner_ = true;
         acquiredAt_ = change.selection_timestamp;
         return;
     }
     isOwner_ = false;
     if (wasKeeperOwner && change.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER) {
-        // The window or its connection is gone; another client may get the same number.
+        // The window or its client is gone. The server may reuse the identifier for another client.
         keeper_ = XCB_WINDOW_NONE;
         isOrphaned_ = true;
         return;

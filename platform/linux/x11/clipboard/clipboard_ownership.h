@@ -7,39 +7,41 @@
 
 namespace lomaris {
 
-/// The owner of the clipboard as far as this process is concerned, and how often that changed.
+/// Tracks whether this process or its keeper owns the clipboard, and counts the changes of its contents.
 ///
-/// The notifications of the server are the only source: they come for every new owner, this process included, in the
-/// order in which the server saw them. An event that says that the selection was lost comes only sometimes, and may be
-/// older than the latest acquisition. Main thread.
+/// Uses only the SelectionNotify events of XFIXES: the server sends one for every new owner, including this process, in
+/// order. SelectionClear is not used, as it is not sent in all cases and may be older than the latest acquisition. Main
+/// thread.
 class ClipboardOwnership {
 public:
-    /// `whenLost` is called when another program became the owner, or there is none. `session` outlives this.
+    /// `whenLost` is called when another program has become the owner, or the clipboard has no owner any more.
+    /// `session` must outlive this object.
     ClipboardOwnership(ClipboardSession& session, std::function<void()> whenLost)
         : session_(session), whenLost_(std::move(whenLost)) {}
 
-    /// The keeper of this process owns the clipboard with this window, on behalf of this process.
+    /// Sets the window with which the keeper owns the clipboard on behalf of this process.
     void setKeeper(xcb_window_t keeper) { keeper_ = keeper; }
 
-    /// That window; none before the keeper has owned the clipboard, or if it is known to be gone.
+    /// The window of the keeper. XCB_WINDOW_NONE before `setKeeper`, or if the window is known to be gone.
     [[nodiscard]] xcb_window_t keeper() const { return keeper_; }
 
-    /// Counts new contents of this process that the keeper is about to own.
+    /// Increments the change count for new contents that the keeper will own.
     void countContents() { ++changeCount_; }
 
-    /// Makes this process the owner, once more where it is already; whether it became it.
+    /// Makes this process the owner with new contents, also if it is the owner already (ICCCM 2.1). Returns false if
+    /// the server refused or another program has become the owner since.
     [[nodiscard]] bool acquire();
 
-    /// If the keeper has ended while it owned the clipboard, makes this process the owner of the same contents, which
-    /// does not count as a change. To be called after events were handed out, and not by their handler.
+    /// If the keeper has ended while it owned the clipboard, makes this process the owner of the same contents, without
+    /// a new change count. To be called after events were handled, but not by an event handler.
     void replaceKeeper();
 
     [[nodiscard]] bool isOwner() const { return isOwner_; }
 
-    /// The server's time of the last acquisition.
+    /// The server time of the last acquisition.
     [[nodiscard]] xcb_timestamp_t acquiredAt() const { return acquiredAt_; }
 
-    /// How often the clipboard got other contents since this process looks.
+    /// The number of changes of the contents since the session was opened.
     [[nodiscard]] std::int64_t changeCount() const { return changeCount_; }
 
     void handle(const xcb_generic_event_t& event);
@@ -50,10 +52,10 @@ private:
     ClipboardSession& session_;
     std::function<void()> whenLost_;
     xcb_window_t keeper_ = XCB_WINDOW_NONE;
-    /// This process or its keeper.
+    /// True if this process or its keeper is the owner.
     bool isOwner_ = false;
     bool isKeeperOwner_ = false;
-    /// The keeper has ended as the owner, and there is no new owner yet.
+    /// True if the keeper has ended as the owner and there is no new owner yet.
     bool isOrphaned_ = false;
     xcb_timestamp_t acquiredAt_ = XCB_CURRENT_TIME;
     std::int64_t changeCount_ = 0;

@@ -9,19 +9,19 @@ namespace lomaris {
 
 namespace {
 
-/// How long all waits of one look may take together.
+/// The timeout for all waits of one look together.
 constexpr Duration longestLook = std::chrono::seconds(10);
 
-/// How many conversions may be pending at once.
+/// The most conversions that may be pending at once.
 constexpr std::size_t mostPending = 256;
 
-/// How many windows of abandoned conversions are kept.
+/// The most windows of abandoned conversions that are kept.
 constexpr std::size_t mostAbandoned = 4 * mostPending;
 
-/// Contents beyond this are as good as none.
+/// The size limit of one target. Larger contents count as missing.
 constexpr std::size_t mostBytes = std::size_t{512} * 1024 * 1024;
 
-/// The part of a property that is fetched at once, in units of four bytes.
+/// The part of a property that is requested at once, in units of four bytes.
 constexpr std::uint32_t part = 256 * 1024;
 
 bool isUnit(std::uint8_t format) { return format == 8 || format == 16 || format == 32; }
@@ -30,7 +30,7 @@ bool isUnit(std::uint8_t format) { return format == 8 || format == 16 || format 
 
 ClipboardLook ClipboardReader::look() {
     const std::optional<xcb_timestamp_t> now = session_.serverTime();
-    // After the exchange with the server, which may have told of another owner.
+    // Read the change count after the round trip, which may have reported another owner.
     return {.changeCount = ownership_.changeCount(),
             .time = now.value_or(XCB_CURRENT_TIME),
             .patience = longestLook,
@@ -51,7 +51,7 @@ std::optional<ReadTarget> ClipboardReader::read(ClipboardLook& look, xcb_atom_t 
     const Moment begin = monotonicNow();
     const bool hasStalled = collect(look, target);
     look.patience = std::max(look.patience - (monotonicNow() - begin), Duration::zero());
-    // The reply may be that of an owner that took over meanwhile; the server reported that owner first.
+    // The value may be that of a new owner. In that case the server has reported the new owner before the value.
     const auto collected = look.collected.find(target);
     if (!isStillThere(look) || collected == look.collected.end()) {
         return std::nullopt;
@@ -178,7 +178,7 @@ ClipboardReader::Outcome ClipboardReader::addPiece(Conversion& conversion) {
     return isLast ? Outcome::ended : Outcome::isUnderWay;
 }
 
-/// Deletes the property, so that the owner may send the next piece.
+/// Reads and deletes the property. The deletion tells the owner to send the next piece (ICCCM 2.7.2).
 std::optional<ReadTarget> ClipboardReader::readProperty(Conversion& conversion) {
     conversion.hasNewValue = false;
     ReadTarget contents;
@@ -205,7 +205,7 @@ std::optional<ReadTarget> ClipboardReader::readProperty(Conversion& conversion) 
 }
 
 void ClipboardReader::handle(const xcb_generic_event_t& event) {
-    // The reply is an event that the owner sent.
+    // The owner sends this event with SendEvent, which sets the highest bit of the type.
     if ((event.response_type & 0x7F) == XCB_SELECTION_NOTIFY) {
         const auto& reply = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
         const auto conversion = std::ranges::find(pending_, reply.requestor, &Conversion::window);

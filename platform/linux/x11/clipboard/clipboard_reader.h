@@ -12,79 +12,80 @@ namespace lomaris {
 
 class ProgressDeadline;
 
-/// What another program delivered for one target.
+/// The value that a selection owner delivered for one target.
 struct ReadTarget {
     xcb_atom_t type = XCB_ATOM_NONE;
     std::uint8_t format = 8;
     Bytes bytes;
 };
 
-/// One look at the contents of another program, and what it may still cost.
+/// The state of reading the contents of one selection owner.
 struct ClipboardLook {
-    /// The contents that it is about.
+    /// The change count of the contents.
     std::int64_t changeCount = 0;
-    /// The server's time when it began.
+    /// The server time at the beginning, for ConvertSelection (ICCCM 2.4).
     xcb_timestamp_t time = XCB_CURRENT_TIME;
     /// The time that may still be spent on waiting.
     Duration patience{};
-    /// True once a conversion was not delivered in time. Nothing is requested any more.
+    /// True after a conversion was not delivered in time. No more conversions are requested then.
     bool isGivenUp = false;
-    /// The targets that are requested together once the owner stalls, without those that were read. Set by the caller.
+    /// The targets to request together if the owner stalls, except those read before. Set by the caller.
     std::vector<xcb_atom_t> unread{};
-    /// The conversions that ended during or after a stall; empty for a target that the owner refused.
+    /// The results of conversions that ended during or after a stall; nullopt for a target that the owner refused.
     std::unordered_map<xcb_atom_t, std::optional<ReadTarget>> collected{};
 };
 
-/// Requests the contents of the program that owns the clipboard. Nothing that it sends is trusted: it may come late, in
-/// part, in another place, or not at all.
+/// Reads the contents of the clipboard from their owner (ICCCM 2.4, INCR: 2.7.2). Validates everything that the owner
+/// sends: it may be late, incomplete, in another property, or missing.
 ///
-/// Targets are read one after the other while the owner delivers. Once it stalls (see `ProgressDeadline`), all targets
-/// that are still unread are requested at once, and replies and pieces are collected in any order.
+/// Targets are requested one after the other while the owner delivers. When it stalls (see `ProgressDeadline`), all
+/// unread targets are requested at once, and replies and pieces are collected in any order.
 ///
-/// Each pending conversion has a requestor window of its own, and a window is used again only after a conversion that
-/// ended properly, so that a late reply is never taken for that of another conversion. The windows of the others are
-/// kept, as an owner might end over a window that is gone: the latest 1024 of this process, four times as many as may
-/// be pending at once. Main thread.
+/// Each pending conversion has its own requestor window. A window is reused only after a conversion that ended
+/// properly, so that a late reply is never mistaken for the reply of another conversion. Windows of abandoned
+/// conversions are not destroyed at once, as that may make the owner fail: the latest 1024 are kept, four times as many
+/// as may be pending. Main thread.
 class ClipboardReader {
 public:
-    /// Both outlive the reader. `serve` is called while it waits.
+    /// `session` and `ownership` must outlive the reader. `serve` is called during waits.
     ClipboardReader(ClipboardSession& session, const ClipboardOwnership& ownership, std::function<void()> serve)
         : session_(session), ownership_(ownership), serve_(std::move(serve)) {}
 
-    /// Begins a look at what is on the clipboard now.
+    /// Begins to read the current contents.
     [[nodiscard]] ClipboardLook look();
 
-    /// The contents for one target; nullopt if the owner has none or did not deliver.
+    /// Reads one target. nullopt if the owner refuses, does not deliver, or is no longer the owner. Blocks for up to 10
+    /// s per look, usually much less.
     [[nodiscard]] std::optional<ReadTarget> read(ClipboardLook& look, xcb_atom_t target);
 
     void handle(const xcb_generic_event_t& event);
 
 private:
-    /// A request that has not ended yet.
+    /// A pending conversion.
     struct Conversion {
         xcb_atom_t target = XCB_ATOM_NONE;
         xcb_window_t window = XCB_WINDOW_NONE;
-        /// Whether it was requested before a stall.
+        /// True if it was requested before a stall.
         bool isOldest = false;
-        /// The property of the reply, from its arrival on.
+        /// The property in the owner's SelectionNotify event; nullopt before it arrives.
         std::optional<xcb_atom_t> reply{};
-        /// Whether a property was set that has not been read.
+        /// True if the property has a value that has not been read.
         bool hasNewValue = false;
         bool isIncremental = false;
-        /// The pieces so far.
+        /// The value received so far.
         std::optional<ReadTarget> pieces{};
     };
 
     enum class Outcome : std::uint8_t {
         nothingNew,
         isUnderWay,
-        /// Delivered or refused.
+        /// The owner has delivered the value or refused the target.
         ended,
-        /// The reply has no contents, or no valid ones.
+        /// The owner has replied, but the value is missing or not valid.
         broken,
     };
 
-    /// Adds the target, and all unread ones if the owner stalls, to what is collected. True if it stalled.
+    /// Reads the target, and all unread ones if the owner stalls, into `look.collected`. Returns true if it stalled.
     [[nodiscard]] bool collect(ClipboardLook& look, xcb_atom_t target);
     void request(const ClipboardLook& look, xcb_atom_t target, bool isOldest);
     void requestUnread(ClipboardLook& look);
@@ -99,7 +100,7 @@ private:
     ClipboardSession& session_;
     const ClipboardOwnership& ownership_;
     std::function<void()> serve_;
-    /// In the order of the requests.
+    /// In the order of the ConvertSelection requests.
     std::deque<Conversion> pending_;
     std::vector<xcb_window_t> freeWindows_;
     std::deque<xcb_window_t> abandonedWindows_;

@@ -9,14 +9,14 @@ namespace lomaris {
 
 namespace {
 
-/// The longest list of a request for several targets, in units of four bytes.
+/// The size limit of the list of a MULTIPLE request, in units of four bytes.
 constexpr std::uint32_t longestList = 8192;
 
 std::string_view bytesOf(const std::vector<xcb_atom_t>& numbers) {
     return {reinterpret_cast<const char*>(numbers.data()), numbers.size() * sizeof(xcb_atom_t)};
 }
 
-/// Whether `time` lies before `other`; the server's clock begins anew after some weeks.
+/// True if `time` is earlier than `other`. X server timestamps wrap after about 49 days.
 bool isBefore(xcb_timestamp_t time, xcb_timestamp_t other) { return static_cast<std::int32_t>(time - other) < 0; }
 
 }  // namespace
@@ -34,9 +34,9 @@ void ClipboardServer::serve() {
         const Request request = requests_.front();
         requests_.pop_front();
         transfers_.dropStalled();
-        // Clients of old leave the choice of the property to the owner.
+        // Obsolete clients do not name a property; the target atom is used instead (ICCCM 2.2).
         const xcb_atom_t property = request.property == xcb_atom_t{XCB_ATOM_NONE} ? request.target : request.property;
-        // A provider may not live longer than the contents, but the contents live until it returns.
+        // Keep the contents alive during the reply: a provider may replace them.
         const std::shared_ptr<ServedContents> contents = contents_();
         const bool isAnswered =
             contents && isForUs(request) && answer(*contents, request.requestor, request.target, property);
@@ -45,7 +45,7 @@ void ClipboardServer::serve() {
 }
 
 bool ClipboardServer::isForUs(const Request& request) const {
-    // A window of our own would be somebody's forgery.
+    // This process requests nothing from itself: such a request is forged.
     return ownership_.isOwner() && request.selection == session_.names().clipboard &&
            request.owner == session_.window() && !session_.isOwnWindow(request.requestor) &&
            (request.time == XCB_CURRENT_TIME || !isBefore(request.time, ownership_.acquiredAt()));
@@ -92,11 +92,11 @@ bool ClipboardServer::answerMultiple(ServedContents& contents, xcb_window_t requ
         xcb_atom_t& place = pairs[index + 1];
         const bool isPossible = place != XCB_ATOM_NONE && target != session_.names().multiple;
         if (!isPossible || !answer(contents, requestor, target, place)) {
-            // Readers differ in which of the two they look at.
+            // Some readers check the target of a refused pair, others the property.
             target = place = XCB_ATOM_NONE;
         }
     }
-    // The reader finds in its own list what could not be had.
+    // Report the refused targets in the reader's list (ICCCM 2.6.2, MULTIPLE).
     session_.setProperty(requestor, property, session_.names().atomPair, 32, bytesOf(pairs));
     return true;
 }
@@ -143,7 +143,7 @@ void ClipboardServer::notify(const Request& request, xcb_atom_t property) {
     event.selection = request.selection;
     event.target = request.target;
     event.property = property;
-    // The library sends 32 bytes, more than this event has.
+    // libxcb sends 32 bytes, which is more than the size of this struct.
     std::array<char, 32> message{};
     std::memcpy(message.data(), &event, sizeof event);
     session_.xcb().send_event(session_.handle(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, message.data());

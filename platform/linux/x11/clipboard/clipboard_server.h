@@ -11,23 +11,23 @@
 
 namespace lomaris {
 
-/// Answers programs that ask the owner of the clipboard, which is this process, for its contents. Requests are kept
-/// until `serve`, as an answer may need a provider, which may be asked at certain times only. Main thread.
+/// Replies to SelectionRequest events if this process is the selection owner (ICCCM 2.2). Queues the requests until
+/// `serve`, as a reply may need a provider, which may be called only at certain times. Main thread.
 class ClipboardServer {
 public:
-    /// The contents of the clipboard when a request is answered; null if another program owns it.
+    /// Returns the current contents; null if another program owns the clipboard.
     using Contents = std::function<std::shared_ptr<ServedContents>()>;
 
-    /// `session` and `ownership` outlive the server.
+    /// `session` and `ownership` must outlive the server.
     ClipboardServer(ClipboardSession& session, const ClipboardOwnership& ownership, Contents contents)
         : session_(session), ownership_(ownership), contents_(std::move(contents)), transfers_(session) {}
 
     void handle(const xcb_generic_event_t& event);
 
-    /// Answers the requests that wait, without sending the answers off yet. Asks providers.
+    /// Replies to the queued requests, without flushing the connection. Calls providers.
     void serve();
 
-    /// Whether a reader has still to take pieces of what it asked for.
+    /// True if there is an incremental transfer that its reader has not completed.
     [[nodiscard]] bool isTransferring() const { return !transfers_.isEmpty(); }
 
     void dropStalledTransfers() { transfers_.dropStalled(); }

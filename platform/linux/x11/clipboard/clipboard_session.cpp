@@ -13,8 +13,8 @@ namespace lomaris {
 
 namespace {
 
-/// A socket that reports room has three quarters of its buffer free, which is more than this where nobody made it
-/// small.
+/// A socket that is reported as writable has at least three quarters of its buffer free. With the default buffer size
+/// that is more than this.
 constexpr std::size_t roomInSocket = std::size_t{96} * 1024;
 
 }  // namespace
@@ -24,9 +24,9 @@ bool ClipboardSession::open(Handler handler) {
         return false;
     }
     handler_ = std::move(handler);
-    // The library does not tell any more once the connection is lost.
+    // libxcb does not return the descriptor after the connection is lost.
     descriptor_ = xcb().get_file_descriptor(handle());
-    // Lengths in the setup are in units of four bytes; a request has a head.
+    // The length in the setup is in units of four bytes, and includes the header of the request.
     const std::size_t longestRequest = std::size_t{xcb().get_setup(handle())->maximum_request_length} * 4;
     constexpr std::size_t head = 1024;
     longestPiece_ = std::min(longestRequest - head, roomInSocket) & ~std::size_t{3};
@@ -121,7 +121,7 @@ void ClipboardSession::handle(const xcb_generic_event_t& event) {
 }
 
 void ClipboardSession::settle() {
-    // The events that were caused before stand in front of the reply.
+    // The server sends all earlier events before the reply.
     static_cast<void>(connection_.wait<xcb_get_input_focus_reply_t>(xcb().get_input_focus(handle())));
     pump();
     while (flush()) {
@@ -176,7 +176,7 @@ bool ClipboardSession::awaitRoom() {
 
 void ClipboardSession::setProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
                                    std::string_view bytes) {
-    // The library would wait for a server that reads nothing for as long as that lasts.
+    // If the server does not read, libxcb would block without a timeout.
     if (awaitRoom()) {
         const auto count = static_cast<std::uint32_t>(bytes.size() / (format / 8U));
         xcb().change_property(handle(), XCB_PROP_MODE_REPLACE, window, property, type, format, count, bytes.data());

@@ -13,22 +13,31 @@
 
 namespace lomaris {
 
-/// The names that every exchange over the clipboard needs.
+/// The atoms that the clipboard needs.
 struct ClipboardNames {
+    /// ATOM_PAIR
     xcb_atom_t atomPair = XCB_ATOM_NONE;
+    /// CLIPBOARD
     xcb_atom_t clipboard = XCB_ATOM_NONE;
+    /// INCR
     xcb_atom_t incremental = XCB_ATOM_NONE;
+    /// _LOMARIS_CLIPBOARD_KEEPER
     xcb_atom_t keeper = XCB_ATOM_NONE;
+    /// MULTIPLE
     xcb_atom_t multiple = XCB_ATOM_NONE;
+    /// _LOMARIS_CLIPBOARD_OPERATION
     xcb_atom_t operation = XCB_ATOM_NONE;
+    /// TARGETS
     xcb_atom_t targets = XCB_ATOM_NONE;
+    /// TIMESTAMP
     xcb_atom_t timestamp = XCB_ATOM_NONE;
+    /// LOMARIS_TRANSFER, the property of the requestor windows.
     xcb_atom_t transfer = XCB_ATOM_NONE;
 };
 
-/// The clipboard's own connection to the X server, with an event queue that nobody else reads, and a window that owns
-/// the selection. Hands every event to one handler. The waits have the deadlines of the connection; a server that
-/// missed one, or that went away, is given up. Main thread; never throws.
+/// A connection to the X server with an event loop, for the clipboard only, and the window that owns the selection.
+/// Passes every event to one handler. All waits have the timeouts of the connection; a server that misses one, or that
+/// disconnects, counts as gone. Main thread. Never throws.
 class ClipboardSession {
 public:
     using Handler = std::function<void(const xcb_generic_event_t&)>;
@@ -36,11 +45,12 @@ public:
     explicit ClipboardSession(X11Connection::Waiting waiting = X11Connection::Waiting::withDeadline)
         : connection_(waiting) {}
 
-    /// Connects; whether there is an X server with everything that is needed. Everything else may be called only
-    /// after it answered yes. `handler` may not call back into anything that hands out events.
+    /// Connects. Returns false if there is no X server with XFIXES. All other functions may be called only after it has
+    /// returned true. `handler` must not call functions that handle events (`pump`, `flush`, `settle`, `waitUntil`,
+    /// `serverTime`).
     [[nodiscard]] bool open(Handler handler);
 
-    /// Whether the server is still there. Where it is not, requests do nothing and waits end at once.
+    /// True if the server is not known to be gone. If it is, requests have no effect and waits end at once.
     [[nodiscard]] bool isAlive();
 
     [[nodiscard]] const XcbFunctions& xcb() const { return connection_.xcb(); }
@@ -53,39 +63,42 @@ public:
     /// The window that owns the selection.
     [[nodiscard]] xcb_window_t window() const { return window_; }
 
-    /// A new window that nobody sees, with property events.
+    /// Creates an invisible window with PropertyNotify events.
     [[nodiscard]] xcb_window_t createWindow();
 
-    /// Whether this connection made the window.
+    /// True if this client created the window.
     [[nodiscard]] bool isOwnWindow(xcb_window_t window) const;
 
-    /// The connection that made a window or any other resource; the same number for all of its resources.
+    /// The client that created a window or another resource: a number that is equal for all resources of a client.
     [[nodiscard]] std::uint32_t clientOf(xcb_window_t window) const;
 
-    /// Whether the server tells of a new owner of a selection.
+    /// True if the event is an XFIXES SelectionNotify, which reports a new owner of a selection.
     [[nodiscard]] bool isOwnerChange(const xcb_generic_event_t& event) const;
 
-    /// Hands out the events that have arrived. Does not wait.
+    /// Handles the events that have arrived. Does not block.
     void pump();
 
-    /// Sends what the handler and others wanted to send. Sending may receive events, and a wait for the socket would
-    /// not see those: whether some were handed out now, which may have left more to send.
+    /// Sends all buffered requests. libxcb may receive events while it sends, which a later wait for the socket would
+    /// miss. Handles those and returns true if there were any; their handlers may have queued more requests.
     [[nodiscard]] bool flush();
 
-    /// Hands out all events that the server has caused so far: one exchange with the server.
+    /// Handles all events that the server has sent so far, with one round trip.
     void settle();
 
-    /// Hands out events as they arrive until `isReached` answers yes; whether it did before `deadline`.
+    /// Handles events as they arrive until `isReached` returns true. Returns false if that does not happen before
+    /// `deadline`, or if the server is gone.
     [[nodiscard]] bool waitUntil(const std::function<bool()>& isReached, Moment deadline);
 
-    /// The server's time now, or nothing where the server is gone.
+    /// The current server time, from the PropertyNotify event of a property of our own window (ICCCM 2.1). nullopt if
+    /// the server is gone.
     [[nodiscard]] std::optional<xcb_timestamp_t> serverTime();
 
-    /// The most bytes to be put into a property at once: what the server takes, and what fits into the socket at once.
+    /// The most bytes for one ChangeProperty request: limited by the maximum request length of the server and the
+    /// buffer of the socket.
     [[nodiscard]] std::size_t longestPiece() const { return longestPiece_; }
 
-    /// Sets a property of another program's window. `format` is 8, 16 or 32, and the bytes are whole units, not more
-    /// than `longestPiece`.
+    /// Sets a property of another client's window. `format` is 8, 16 or 32. `bytes` has a whole number of such units
+    /// and at most `longestPiece` bytes.
     void setProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
                      std::string_view bytes);
 

@@ -9,7 +9,7 @@ namespace lomaris {
 
 namespace {
 
-// The last four make the owner do something.
+// The last four have side effects (ICCCM 2.6.3; SAVE_TARGETS is that of clipboard managers).
 constexpr std::array<std::string_view, 7> noContents{
     clipboard_target::targets, clipboard_target::multiple, clipboard_target::timestamp, "SAVE_TARGETS", "DELETE",
     "INSERT_SELECTION",        "INSERT_PROPERTY",

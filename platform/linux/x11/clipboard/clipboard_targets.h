@@ -8,7 +8,7 @@
 
 namespace lomaris {
 
-/// Names of what a program can ask the owner of a selection for, as X11 programs spell them.
+/// Names of target atoms (ICCCM 2.6.2, and the MIME types that X11 programs use).
 namespace clipboard_target {
 
 inline constexpr std::string_view multiple = "MULTIPLE";
@@ -23,22 +23,23 @@ inline constexpr std::string_view utf8String = "UTF8_STRING";
 
 }  // namespace clipboard_target
 
-/// The longest name of a target that is dealt with, in bytes; no program that means well has a longer one.
+/// The longest target name that is supported, in bytes. Targets with longer names are ignored.
 inline constexpr std::size_t longestTargetName = 255;
 
-/// Whether the target names contents, and not a question about the selection or an order to its owner.
+/// True if a conversion to the target returns contents. False for targets that return data about the selection or that
+/// have side effects, and for empty and overlong names.
 [[nodiscard]] bool isContentsTarget(std::string_view target);
 
-/// The pasteboard type of a target: plain text in UTF-8 has its own name there, every other target keeps its name.
+/// The pasteboard type of a target: `pasteboard_type::string` for UTF8_STRING, otherwise the name of the target.
 [[nodiscard]] PasteboardType typeOfTarget(std::string_view target);
 
-/// The target under which a type is offered.
+/// The target of a pasteboard type; the inverse of `typeOfTarget`.
 [[nodiscard]] std::string targetOfType(std::string_view type);
 
-/// Latin-1, the encoding of the target STRING, as UTF-8.
+/// Converts Latin-1, the encoding of the type STRING, to UTF-8.
 [[nodiscard]] std::string utf8FromLatin1(std::string_view bytes);
 
-/// UTF-8 as Latin-1, or nothing where it does not fit or is ill-formed.
+/// Converts UTF-8 to Latin-1. nullopt if it is not well-formed or has a character that Latin-1 lacks.
 [[nodiscard]] std::optional<std::string> latin1FromUtf8(std::string_view bytes);
 
 }  // namespace lomaris

@@ -12,7 +12,7 @@ namespace lomaris {
 
 namespace {
 
-/// A reader that takes nothing for so long has forgotten about it.
+/// A reader that requests no piece for this long counts as gone.
 constexpr Duration longestStall = std::chrono::seconds(10);
 
 constexpr std::uint32_t ofReader = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
@@ -21,7 +21,7 @@ constexpr std::uint32_t ofReader = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MA
 
 void ClipboardTransfers::start(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
                                SharedBytes bytes) {
-    // Before the property appears: the reader may delete it at once.
+    // Select the events before the property is set, as the reader may delete it at once.
     watch(window, ofReader);
     const auto size = static_cast<std::uint32_t>(std::min<std::size_t>(bytes->size(), 0x7fffffff));
     std::array<char, sizeof size> announced{};
@@ -43,7 +43,7 @@ void ClipboardTransfers::handle(const xcb_generic_event_t& event) {
             dropWindow(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
             return;
         case 0:
-            // A request failed, as the window was gone before the server told.
+            // A request failed because the window no longer exists.
             dropWindow(reinterpret_cast<const xcb_generic_error_t&>(event).resource_id);
             return;
         default:
@@ -62,7 +62,7 @@ void ClipboardTransfers::sendNextPiece(const Place& place) {
     session_.setProperty(place.first, place.second, transfer.type, transfer.format, piece);
     transfer.offset += piece.size();
     transfer.lastProgress = monotonicNow();
-    // An empty piece is the end.
+    // An empty piece ends the transfer.
     if (piece.empty()) {
         drop(found);
     }

@@ -10,22 +10,22 @@
 
 namespace lomaris {
 
-/// Transfers of contents that are too long for one property, to any number of readers at once: a reader asks for the
-/// next piece by deleting the property that held the last one. A transfer goes on with the bytes that it began with,
-/// whatever becomes of the clipboard meanwhile; it ends with its reader. Main thread.
+/// Incremental transfers (ICCCM 2.7.2, INCR) of contents that are too long for one property, to any number of readers
+/// at once: a reader deletes the property to request the next piece. A transfer continues with the bytes that it began
+/// with, even if the clipboard has new contents, and ends if the reader's window is destroyed. Main thread.
 class ClipboardTransfers {
 public:
-    /// `session` outlives the transfers.
+    /// `session` must outlive this object.
     explicit ClipboardTransfers(ClipboardSession& session) : session_(session) {}
 
-    /// Announces the contents in a property of the reader's window; the pieces follow as the reader takes them.
+    /// Sets the property of the reader's window to INCR with the size of the contents. Pieces follow in `handle`.
     void start(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::uint8_t format, SharedBytes bytes);
 
     void handle(const xcb_generic_event_t& event);
 
     [[nodiscard]] bool isEmpty() const { return transfers_.empty(); }
 
-    /// Ends the transfers whose readers have not taken anything for long.
+    /// Drops the transfers whose readers have requested no piece for 10 s.
     void dropStalled();
 
 private:

@@ -14,13 +14,13 @@ namespace lomaris {
 
 namespace {
 
-/// Room for one file descriptor beside a message.
+/// The buffer for one file descriptor in the ancillary data of a message.
 union FileSlot {
     std::array<char, CMSG_SPACE(sizeof(int))> bytes;
     cmsghdr alignment;
 };
 
-/// Waits until there is something to read; false at the deadline.
+/// Blocks until the socket is readable. Returns false if the deadline passes first.
 bool awaitInput(int socket, Moment deadline) {
     for (;;) {
         const auto left = std::max(deadline - monotonicNow(), Duration::zero());
@@ -36,7 +36,7 @@ bool awaitInput(int socket, Moment deadline) {
     }
 }
 
-/// The file that came with a message.
+/// The file received with a message; empty if there is none.
 FileDescriptor takeFile(msghdr& header) {
     const cmsghdr* const control = CMSG_FIRSTHDR(&header);
     if (control == nullptr || control->cmsg_level != SOL_SOCKET || control->cmsg_type != SCM_RIGHTS ||
@@ -91,13 +91,13 @@ std::optional<ReceivedMessage> KeeperChannel::receive(Moment deadline) {
     ssize_t size = -1;
     do {
         size = recvmsg(socket_.number(), &header, MSG_CMSG_CLOEXEC | MSG_DONTWAIT);
-        // An end that closed with unread messages resets the connection once; what it sent before is still there.
+        // If the other end closed with unread messages, the first call fails; messages that it sent can still be read.
     } while (size < 0 && (errno == EINTR || errno == ECONNRESET));
     if (size > 0) {
         received.file = takeFile(header);
     }
     if (size != static_cast<ssize_t>(sizeof received.message)) {
-        // The end of the connection, or nothing that this build would send.
+        // The other end is closed, or has sent something that is no message of this build.
         socket_.reset();
         return std::nullopt;
     }

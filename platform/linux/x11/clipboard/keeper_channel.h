@@ -9,33 +9,36 @@
 
 namespace lomaris {
 
-/// A message between a process that uses the clipboard and its keeper. Both are the same build.
+/// A message between a process that uses the clipboard, the partner, and its keeper. Both are from the same build.
 struct KeeperMessage {
     enum class Kind : std::uint32_t {
         // To the keeper, in the order of the calls of a `PasteboardHold`.
+
         /// An operation begins.
         began,
-        /// The file holds the contents to restore. Confirmed.
+        /// The file has the contents to restore. Confirmed.
         protect,
-        /// The file holds the contents to serve from now on, unless `deadline` has passed. Confirmed, with `window` if
-        /// the keeper put them on the clipboard, where another program may have replaced them since.
+        /// The file has the contents to serve from now on, unless `deadline` has passed. Confirmed.
         publish,
-        /// `process` may copy within `firstWait`; any process without a window counts as another program.
+        /// `process` may copy within `firstWait`. Only windows tell which process copied: a process without a window
+        /// counts as another program.
         copyExpected,
-        /// `firstWait` is the minimum wait, `secondWait` the grace wait.
+        /// The target is about to paste. `firstWait` is the minimum wait, `secondWait` the grace wait.
         pasteExpected,
-        /// The operation is over.
+        /// The operation has ended.
         ended,
 
         // From the keeper.
-        /// The request with this `serial` was carried out, or failed if `window` is 0.
+
+        /// The request with this `serial` was carried out, or failed if `window` is 0. Carried out means for `publish`
+        /// that the keeper became the owner; another program may have become the owner since.
         confirmed,
         /// A program has read the promised text of the contents published with this `serial`. Sent once for them.
         textRead,
     };
 
     Kind kind{};
-    /// Numbers the confirmed requests of a channel.
+    /// The number of a request that is confirmed; increases by 1.
     std::uint32_t serial = 0;
     /// 0 if there is none.
     std::int32_t process = 0;
@@ -44,18 +47,18 @@ struct KeeperMessage {
     /// Nanoseconds.
     std::int64_t firstWait = 0;
     std::int64_t secondWait = 0;
-    /// In nanoseconds of the monotonic clock, which all processes of a machine share.
+    /// Nanoseconds of the monotonic clock, which is the same for all processes of a machine.
     std::int64_t deadline = 0;
 };
 
-/// What arrived: a message, perhaps with a file.
+/// A received message. `file` is empty if the message came without one.
 struct ReceivedMessage {
     KeeperMessage message;
     FileDescriptor file;
 };
 
-/// One end of the connection between a process and its keeper: whole messages, in their order. Messages of a process
-/// that died are still received. Never raises SIGPIPE. Main thread.
+/// One end of the connection between a process and its keeper. Delivers whole messages in order, also those that a
+/// process sent before it ended. Never raises SIGPIPE. Main thread.
 class KeeperChannel {
 public:
     KeeperChannel() = default;
@@ -63,25 +66,23 @@ public:
 
     [[nodiscard]] int descriptor() const { return socket_.number(); }
 
-    /// Whether the connection is there, as far as this end has noticed.
+    /// False after `close`, or after `receive` has found the other end closed.
     [[nodiscard]] bool isOpen() const { return static_cast<bool>(socket_); }
     void close() { socket_.reset(); }
 
-    /// Sends a message with a file, if `file` is not negative. False if the other end is gone, or has read nothing for
-    /// so long that the message would have to wait. The channel stays open: what the other end sent before is still
-    /// there.
+    /// Sends a message, with a file unless `file` is negative. Does not block. Returns false if the other end is
+    /// closed, or if the buffer is full. The channel stays open, as messages of the other end may still be unread.
     bool send(const KeeperMessage& message, int file = -1);
 
-    /// The next message, or nothing if none arrives before `deadline`, or at all: then the channel is closed. Without a
-    /// deadline it does not wait.
+    /// Returns the next message. Blocks until `deadline`; without one, does not block. nullopt if there is none, or if
+    /// the other end is closed, in which case this end is closed too.
     [[nodiscard]] std::optional<ReceivedMessage> receive(Moment deadline = Moment::zero());
 
 private:
     FileDescriptor socket_;
 };
 
-/// Two ends of a new channel; both are empty if the system has none to give. Neither is inherited by programs that are
-/// started later.
+/// The two ends of a new channel, which are closed on exec. Both are empty if the system cannot create one.
 struct KeeperChannelEnds {
     FileDescriptor partner;
     FileDescriptor keeper;

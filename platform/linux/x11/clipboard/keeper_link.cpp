@@ -11,10 +11,10 @@ namespace {
 
 using Kind = KeeperMessage::Kind;
 
-/// How long the keeper may take to confirm a request.
+/// The timeout for the confirmation of a request.
 constexpr Duration patience = std::chrono::milliseconds(1500);
 
-/// The same for its first one, as it has to start and to connect to the X server before.
+/// The same for the first request, before which the keeper must start and connect to the X server.
 constexpr Duration startPatience = std::chrono::seconds(5);
 
 }  // namespace
@@ -92,7 +92,7 @@ std::optional<KeeperMessage> KeeperLink::request(KeeperMessage message, std::spa
         }
         note(received->message);
     }
-    // A late keeper restores the clipboard as after a death, unless this process owns it by then.
+    // A late keeper then restores the clipboard as if this process had died, unless this process owns it by then.
     channel_.close();
     return std::nullopt;
 }

@@ -13,39 +13,42 @@
 
 namespace lomaris {
 
-/// This process's end of the connection to its keeper. The keeper is started at the first use and serves what this
-/// process publishes, also after its end. If it cannot be started, or is gone, every operation fails at once; it is not
-/// started again. Main thread; never throws.
+/// The partner's side of the connection to its keeper. The keeper is started at the first use, and serves what this
+/// process publishes, also after this process has ended. If it cannot be started, or is gone, every operation fails at
+/// once; it is not started again. Main thread. Never throws.
 class KeeperLink {
 public:
     explicit KeeperLink(KeeperStart start) : start_(std::move(start)) {}
     KeeperLink(const KeeperLink&) = delete;
     KeeperLink& operator=(const KeeperLink&) = delete;
-    /// Leaves the keeper as a sudden death of this process does, unless `finish` was called before.
+    /// To the keeper the same as the death of this process, unless `finish` was called before.
     ~KeeperLink() { reapKeeper(started_); }
 
-    /// Starts the keeper unless that was tried before; whether it is there.
+    /// Starts the keeper at the first call. Returns true if there is a keeper.
     [[nodiscard]] bool isThere();
 
-    /// Readable when the keeper has something to say, which `textWasRead` takes; negative if there is no keeper.
+    /// Readable when there is a message of the keeper, to be handled by `textWasRead`. Negative if there is no keeper.
     [[nodiscard]] int descriptor() const { return channel_.descriptor(); }
 
-    /// What a `PasteboardHold` announces; see `KeeperMessage`.
+    // The calls of a `PasteboardHold`; see `KeeperMessage`.
+
     void begin();
-    /// Whether the keeper has the contents and will restore them.
+    /// Returns true if the keeper has confirmed that it has the contents.
     bool protect(std::span<const KeptTarget> saved);
     void expectCopy(std::optional<std::int32_t> process, Duration wait);
     void expectPaste(Duration minimumWait, Duration graceWait);
     void end();
 
-    /// Puts contents on the clipboard in place of all others. The keeper's window, which may have lost the clipboard to
-    /// another program since; nullopt if the keeper did not carry it out.
+    /// Lets the keeper own the clipboard with new contents. Returns the keeper's window; another program may have
+    /// become the owner since. nullopt if the keeper did not carry it out. Blocks for up to 1.5 s, 5 s for the first
+    /// request.
     [[nodiscard]] std::optional<xcb_window_t> publish(std::span<const KeptTarget> contents);
 
-    /// Whether a program has read the promised text of the contents published last. True once for them.
+    /// Handles the messages of the keeper. Returns true once if a program has read the promised text of the contents
+    /// published last.
     [[nodiscard]] bool textWasRead();
 
-    /// Leaves the keeper on its own, an operation that is under way ended. From then on there is no keeper.
+    /// Ends the operation, if there is one, and disconnects from the keeper, which continues without this process.
     void finish();
 
 private:
@@ -56,7 +59,7 @@ private:
     StartedKeeper started_;
     KeeperChannel channel_;
     bool wasTried_ = false;
-    /// Whether the keeper has confirmed anything.
+    /// True after the keeper has confirmed a request.
     bool hasConfirmed_ = false;
     std::uint32_t serial_ = 0;
     std::uint32_t publishedSerial_ = 0;

@@ -1,5 +1,5 @@
 #include "platform/linux/x11/clipboard/keeper_process.h"
 
-// The keeper of programs that embed the library: such a program may have threads, so that no copy of it can be the
-// keeper. Started by `lomaris::spawnKeeper`; of no use by itself.
+// The keeper for programs that embed the library. Such a program may have threads, so the keeper cannot be a fork of
+// it. Started by `lomaris::spawnKeeper`; not meant to be run directly.
 int main() { lomaris::runKeeperProgram(); }

@@ -23,11 +23,11 @@ namespace lomaris {
 
 namespace {
 
-/// The number of the channel in the keeper's program.
+/// The file descriptor of the channel in the keeper's program.
 constexpr int channelNumber = 3;
 
-/// Closes the open files with these numbers. Slower than the system call, which older kernels and some sandboxes lack,
-/// but it does not depend on the highest possible number, which may be a thousand million.
+/// Closes the open files with numbers in this range. For older kernels and sandboxes without close_range. Lists the
+/// open files instead of trying all numbers, of which there may be a billion.
 void closeListed(unsigned first, unsigned last) {
     DIR* const list = opendir("/proc/self/fd");
     if (list == nullptr) {
@@ -58,7 +58,7 @@ void closeRange(unsigned first, unsigned last) {
     closeListed(first, last);
 }
 
-/// Closes every file but `kept`. The numbers of the standard streams stay taken, so that nothing else gets them.
+/// Closes all files except `kept`. Opens /dev/null on the standard streams, so that no other file gets their numbers.
 void closeOthers(int kept) {
     const int nothing = open("/dev/null", O_RDWR);
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
@@ -76,7 +76,7 @@ void closeOthers(int kept) {
 
 void resetSignals() {
     for (int signal = 1; signal < NSIG; ++signal) {
-        // Some numbers cannot be set; those are at their default.
+        // Fails for some signals, which always have their default action.
         static_cast<void>(std::signal(signal, SIG_DFL));
     }
     sigset_t none;
@@ -84,10 +84,9 @@ void resetSignals() {
     pthread_sigmask(SIG_SETMASK, &none, nullptr);
 }
 
-/// Becomes a process that belongs to no session and is no child of the one that started it, and runs the keeper without
-/// anything that belongs to that one.
+/// Detaches from the process that started this one (own session, not its child, none of its files) and runs the keeper.
 [[noreturn]] void becomeKeeper(int channel) {
-    // What is sent to the process group meanwhile is meant for the process that started this one.
+    // Until setsid, signals to the process group are meant for the process that started this one.
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         static_cast<void>(std::signal(signal, SIG_IGN));
     }
@@ -97,13 +96,13 @@ void resetSignals() {
         _exit(0);
     }
     closeOthers(channel);
-    // A directory that is in use cannot be unmounted.
+    // A file system with a working directory in it cannot be unmounted.
     static_cast<void>(!chdir("/"));
     runClipboardKeeper(FileDescriptor(channel));
     _exit(0);
 }
 
-/// What the keeper needs to find the X server, and nothing else.
+/// The environment variables that the keeper needs to connect to the X server.
 std::vector<char*> environmentOfKeeper() {
     std::vector<char*> variables;
     for (char** variable = environ; *variable != nullptr; ++variable) {
@@ -125,7 +124,7 @@ StartedKeeper forkKeeper() {
     if (!ends.partner) {
         return {};
     }
-    // No handler of this process runs in the copy.
+    // Block all signals, so that no handler of this process runs in the child.
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
@@ -150,7 +149,7 @@ StartedKeeper spawnKeeper(const std::string& program) {
     posix_spawnattr_t attributes;
     posix_spawn_file_actions_init(&actions);
     posix_spawnattr_init(&attributes);
-    // The copy is inherited, the original is not.
+    // The duplicate is inherited; the original is closed on exec.
     posix_spawn_file_actions_adddup2(&actions, ends.keeper.number(), channelNumber);
     sigset_t signals;
     sigemptyset(&signals);

@@ -13,10 +13,10 @@ namespace lomaris {
 
 namespace {
 
-/// Everything that would change what the other side has checked.
+/// All seals: nothing can change after the receiver has checked the file.
 constexpr int seals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
 
-/// In front of each target in the file; the name of the target, the name of the type and the bytes follow.
+/// The header of a target in the file. The name of the target, the name of the type and the bytes follow.
 struct Head {
     std::uint64_t byteCount = 0;
     std::uint32_t targetLength = 0;
@@ -42,7 +42,7 @@ bool writeTarget(int file, const KeptTarget& target) {
                     .typeLength = static_cast<std::uint32_t>(target.form.type.size()),
                     .format = target.form.format,
                     .isPromisedText = target.isPromisedText ? 1U : 0U};
-    // Small targets, which is nearly all of them, take one call.
+    // Write a small target, as most are, with one call.
     std::string beginning(sizeof head, '\0');
     std::memcpy(beginning.data(), &head, sizeof head);
     beginning += target.target;
@@ -54,7 +54,7 @@ bool writeTarget(int file, const KeptTarget& target) {
     return writeAll(file, beginning) && writeAll(file, *target.bytes);
 }
 
-/// Takes pieces off the front of the file's contents.
+/// Reads the contents of the file from the front.
 class Pieces {
 public:
     explicit Pieces(std::string_view rest) : rest_(rest) {}

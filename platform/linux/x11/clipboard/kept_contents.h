@@ -12,26 +12,26 @@
 
 namespace lomaris {
 
-/// One target of contents that the keeper serves, or would restore.
+/// One target of contents that the keeper serves or may restore.
 struct KeptTarget {
     std::string target;
     PropertyForm form;
     SharedBytes bytes;
-    /// Whether a request for it counts as reading the text that was promised.
+    /// True if a request for this target counts as reading the promised text.
     bool isPromisedText = false;
 };
 
-/// Writes targets to a new memory file and seals it, so that the process that receives its descriptor may rely on what
-/// it maps. An empty descriptor if the system has no memory for it.
+/// Writes targets to a new memory file (memfd) and seals it, so that the receiver of its descriptor can rely on the
+/// contents. Empty if the system has not enough memory.
 [[nodiscard]] FileDescriptor writeKeptTargets(std::span<const KeptTarget> targets);
 
-/// Reads such a file; nothing if it is not sealed or not well-formed.
+/// Reads such a file. nullopt if it is not sealed or not well-formed.
 [[nodiscard]] std::optional<std::vector<KeptTarget>> readKeptTargets(const FileDescriptor& file);
 
-/// The contents that the keeper serves. Main thread of the keeper.
+/// The contents that the keeper serves.
 class KeptContents final : public ServedContents {
 public:
-    /// `whenTextRead` is called at each request for a target with the promised text; may be null.
+    /// `whenTextRead` is called for each request for a target with the promised text; may be null.
     KeptContents(std::vector<KeptTarget> targets, std::function<void()> whenTextRead);
 
     [[nodiscard]] std::vector<std::string_view> targets() const override;

@@ -7,7 +7,7 @@
 
 namespace lomaris {
 
-/// The exclusive use of the clipboard by one operation. Does nothing more once the clipboard is gone.
+/// The exclusive use of the clipboard by one operation. Has no effect once the clipboard is gone.
 class LinuxPasteboard::Hold final : public PasteboardHold {
 public:
     Hold(LinuxPasteboard& pasteboard, std::weak_ptr<ClipboardDesk> desk, std::shared_ptr<void> mark)
@@ -84,12 +84,12 @@ void LinuxPasteboard::serve() {
     if (const auto desk = this->desk()) {
         desk->serve();
         watchKeeper();
-        // A connection that is lost has input for ever.
+        // The descriptor of a lost connection stays readable: `desk` removes it from the run loop.
         static_cast<void>(this->desk());
     }
 }
 
-/// Has the run loop notice what the keeper says, once it was started, and no longer once it is gone.
+/// Lets the run loop watch the keeper's descriptor while there is a keeper.
 void LinuxPasteboard::watchKeeper() {
     const int keeper = desk_ ? desk_->keeperDescriptor() : -1;
     if (keeper == watchedKeeper_) {

@@ -11,10 +11,10 @@
 
 namespace lomaris {
 
-/// Bytes that a transfer to a slow reader may still need when the contents are long gone.
+/// Bytes with shared ownership, as a transfer to a slow reader may last longer than the contents.
 using SharedBytes = std::shared_ptr<const Bytes>;
 
-/// How an X11 program describes the bytes of a target: the name of their type, and the bits of one unit (8, 16, 32).
+/// The type and format of a property: the name of the type atom, and the number of bits of one unit (8, 16 or 32).
 struct PropertyForm {
     std::string type;
     std::uint8_t format = 8;
@@ -28,16 +28,16 @@ struct ServedTarget {
     SharedBytes bytes;
 };
 
-/// What a selection owner offers to other programs. Main thread.
+/// The contents that a selection owner offers to other programs. Main thread.
 class ServedContents {
 public:
     ServedContents() = default;
     virtual ~ServedContents() = default;
 
-    /// The targets to offer, in order, each once, as long as the contents exist.
+    /// The targets to offer, in order and without duplicates. The names are valid as long as the contents.
     [[nodiscard]] virtual std::vector<std::string_view> targets() const = 0;
 
-    /// The reply for one of the targets, or nothing if there are no bytes for it.
+    /// The reply for a target. nullopt if there are no bytes for it.
     [[nodiscard]] virtual std::optional<ServedTarget> served(std::string_view target) = 0;
 
 protected:
