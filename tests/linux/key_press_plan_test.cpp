@@ -140,7 +140,7 @@ TEST(KeyPressPlan, HoldsShiftAroundControl) {
 
 TEST(KeyPressPlan, ReleasesHeldModifiersBeforeItHoldsItsOwn) {
     KeyboardSnapshot before = quietKeyboard();
-    before.state.heldModifiers = 1;
+    before.state.baseModifiers = 1;
     before.pressed.set(shift);
     before.userKeyboards = {{keyboard, PressedKeys().set(shift)}};
     Steps expected{up(shift)};
@@ -187,7 +187,7 @@ TEST(KeyPressPlan, HoldsNoControlKeyThatShiftChanges) {
 
 TEST(KeyPressPlan, PutsBackOnlyWhatTheUserStillHolds) {
     KeyboardSnapshot before = quietKeyboard();
-    before.state.heldModifiers = 1;
+    before.state.baseModifiers = 1;
     before.pressed.set(shift);
     before.userKeyboards = {{keyboard, PressedKeys().set(shift)}, {otherKeyboard, {}}};
     EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{up(shift), down(backspace), up(backspace)}));
@@ -200,11 +200,11 @@ TEST(KeyPressPlan, PutsBackOnlyWhatTheUserStillHolds) {
 
 TEST(KeyPressPlan, PutsBackWhatAnotherProgramHoldsWhereItIsInEffect) {
     KeyboardSnapshot before = quietKeyboard();
-    before.state.heldModifiers = 1;
+    before.state.baseModifiers = 1;
     before.pressed.set(shift);
     before.pressedByPrograms.set(shift);
     EXPECT_EQ(planPuttingBack(before, before.userKeyboards), Steps{down(shift)});
-    before.state.heldModifiers = 0;
+    before.state.baseModifiers = 0;
     EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{up(shift), down(backspace), up(backspace)}));
     EXPECT_EQ(planPuttingBack(before, before.userKeyboards), Steps());
 }
@@ -230,7 +230,7 @@ TEST(KeyPressPlan, UnlocksAndLocksAgainAllButNumLock) {
 
 TEST(KeyPressPlan, NeverMovesALockKey) {
     KeyboardSnapshot before = quietKeyboard();
-    before.state.heldModifiers = 2;
+    before.state.baseModifiers = 2;
     before.pressed.set(capsLock);
     before.userKeyboards.front().pressed.set(capsLock);
     EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{down(backspace), up(backspace)}));
@@ -248,7 +248,7 @@ TEST(KeyPressPlan, LocksTheLayoutThatHasTheKey) {
     EXPECT_EQ(planKeyPress(before, copyWish), (Steps{down(control), down(c), up(c), up(control)}));
     EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{down(backspace), up(backspace)}));
     // A held switch of layouts counts into what must be locked.
-    before.state = {.group = 0, .heldGroup = 1, .lockedGroup = 1};
+    before.state = {.group = 0, .baseGroup = 1, .lockedGroup = 1};
     EXPECT_EQ(planKeyPress(before, copyWish),
               (Steps{locks(0, 0, KeyGroup{0}), down(control), down(c), up(c), up(control), locks(0, 0, KeyGroup{1})}));
 }

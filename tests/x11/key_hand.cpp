@@ -16,7 +16,7 @@ namespace {
 
 std::uint8_t keyboardOfUser() {
     X11Connection connection;
-    if (!connection.isUsable() || !prepareInputExtension(connection, InputExtension::devices)) {
+    if (!connection.isUsable() || !prepareInputExtension(connection, InputExtension::xInput)) {
         throw std::runtime_error("the X server tells nothing of its devices");
     }
     const auto devices = receiveInputDevices(connection, requestInputDevices(connection));

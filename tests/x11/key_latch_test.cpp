@@ -27,22 +27,22 @@ constexpr ModifierMask shiftModifier = 0x01;
 class StickyKeys {
 public:
     StickyKeys() {
-        if (!connection_.isUsable() || !prepareInputExtension(connection_, InputExtension::keyboard)) {
+        if (!connection_.isUsable() || !prepareInputExtension(connection_, InputExtension::xkb)) {
             throw std::runtime_error("the X server has no keyboard extension");
         }
     }
 
     void latch(ModifierMask modifiers, std::int16_t group) {
         static xcb_extension_t extension{"XKEYBOARD", 0};
-        wire::ChangeLocks request;
-        request.affectedLatches = modifiers;
-        request.latches = modifiers;
-        request.latchesGroup = group != 0 ? 1 : 0;
-        request.latchedGroup = group;
+        wire::XkbLatchLockState request;
+        request.affectModLatches = modifiers;
+        request.modLatches = modifiers;
+        request.latchGroup = group != 0 ? 1 : 0;
+        request.groupLatch = group;
         std::array<iovec, 4> parts{};
         parts[2] = {.iov_base = &request, .iov_len = sizeof request};
         const xcb_protocol_request_t protocol{
-            .count = 2, .ext = &extension, .opcode = wire::operation::changeLocks, .isvoid = 1};
+            .count = 2, .ext = &extension, .opcode = wire::opcode::xkbLatchLockState, .isvoid = 1};
         connection_.xcb().send_request(connection_.handle(), 0, &parts[2], &protocol);
     }
 

@@ -10,28 +10,28 @@
 
 namespace lomaris {
 
-/// Whether the focused element of a process is a terminal. False if that cannot be determined. Called on the main
-/// thread, only for applications that are not in the table.
+/// Returns true if the focused element of a process is a terminal, false if not or if that cannot be determined. Called
+/// on the main thread, and only for applications that are not in the table.
 using TerminalQuery = std::function<bool(ProcessIdentifier)>;
 
 /// The keys that have the effect of `keyStroke` in an application with these editing keys. nullopt if there are none,
-/// or if the stroke is not one of the tool's: Copy, Paste, Delete.
+/// or if the stroke is not Copy, Paste or Delete.
 [[nodiscard]] std::optional<KeyWish> chooseKeys(KeyStroke keyStroke, applications::EditingKeys keys);
 
-/// The editing keys of the application that receives the keys: those of its row in the table, else none in a terminal,
-/// else those of an ordinary application.
+/// The editing keys of the application that receives the keys: those of its row in the table, otherwise `none` for a
+/// terminal, otherwise `control`.
 [[nodiscard]] applications::EditingKeys editingKeysOf(const std::optional<KeyReceiver>& receiver,
                                                       const TerminalQuery& isTerminalFocused);
 
-/// A stroke, and what was known of its receiver when it was created.
+/// A key stroke, and its receiver with the receiver's editing keys at the time when it was created.
 struct PlannedStroke {
     KeyStroke keyStroke;
     std::optional<KeyReceiver> receiver;
     applications::EditingKeys keys = applications::EditingKeys::control;
 };
 
-/// The keys of a planned stroke, which is about to be pressed for `receiver`. nullopt if other keys, or none, are right
-/// for that one. Does not repeat the query for the receiver of the plan.
+/// The keys of a planned stroke if they are also right for `receiver`, which is about to get them; otherwise nullopt.
+/// Does not repeat the query if `receiver` is the planned one.
 [[nodiscard]] std::optional<KeyWish> keysStillRight(const PlannedStroke& stroke,
                                                     const std::optional<KeyReceiver>& receiver,
                                                     const TerminalQuery& isTerminalFocused);

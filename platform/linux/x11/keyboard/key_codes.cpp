@@ -14,7 +14,7 @@ struct KeyMeaning {
 constexpr std::array<KeyMeaning, 3> meanings{{
     {8, 'c'},
     {9, 'v'},
-    // The key that deletes backwards.
+    // BackSpace.
     {51, 0xff08},
 }};
 

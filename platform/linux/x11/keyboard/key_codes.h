@@ -5,11 +5,10 @@
 
 namespace lomaris {
 
-/// What a key means, as the X protocol numbers it.
+/// An X11 keysym: the number of a symbol on a key.
 using Keysym = std::uint32_t;
 
-/// The meaning of a virtual key code of the platform the tool is written for, on its standard keyboard; nothing for the
-/// keys that the tool never presses.
+/// The keysym of a macOS virtual key code on the US keyboard layout. nullopt for keys that the tool never presses.
 [[nodiscard]] std::optional<Keysym> keysymOfKeyCode(std::uint16_t keyCode);
 
 }  // namespace lomaris

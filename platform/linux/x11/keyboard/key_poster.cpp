@@ -24,9 +24,9 @@ std::vector<KeyboardRequest> requestKeysOf(X11Connection& connection, const std:
 
 bool KeyPoster::isReady() {
     if (!isReady_) {
-        isReady_ = connection_.isUsable() && prepareInputExtension(connection_, InputExtension::syntheticInput);
-        hasKeyboardExtension_ = *isReady_ && prepareInputExtension(connection_, InputExtension::keyboard);
-        tellsDevicesApart_ = *isReady_ && prepareInputExtension(connection_, InputExtension::devices);
+        isReady_ = connection_.isUsable() && prepareInputExtension(connection_, InputExtension::xTest);
+        hasKeyboardExtension_ = *isReady_ && prepareInputExtension(connection_, InputExtension::xkb);
+        tellsDevicesApart_ = *isReady_ && prepareInputExtension(connection_, InputExtension::xInput);
     }
     return *isReady_ && connection_.isUsable();
 }
@@ -83,7 +83,7 @@ void KeyPoster::sendTo(xcb_window_t window, KeyWish wish) {
         std::array<char, 32> bytes{};
         static_assert(sizeof event == bytes.size());
         std::memcpy(bytes.data(), &event, sizeof event);
-        // Without a mask it goes to the program that made the window, and to nobody else.
+        // With an empty event mask, the server sends the event to the client that created the window.
         connection_.xcb().send_event(connection_.handle(), 0, window, XCB_EVENT_MASK_NO_EVENT, bytes.data());
     }
     settle();
@@ -95,7 +95,7 @@ std::optional<KeyboardSnapshot> KeyPoster::look() {
     }
     const auto devices =
         tellsDevicesApart_ ? receiveInputDevices(connection_, requestInputDevices(connection_)) : std::nullopt;
-    // The keyboard of programs may have a map of its own, and its keys are what will be pressed.
+    // The XTEST device, whose keys will be pressed, may have a different map.
     const auto mapRequest = requestKeyboardMap(connection_, devices ? devices->programs : sessionKeyboard);
     const auto stateRequest = requestKeyboardState(connection_);
     const auto pressedRequest = connection_.xcb().query_keymap(connection_.handle());
@@ -140,7 +140,7 @@ std::vector<KeyboardDevice> KeyPoster::lookAtUserKeyboards(const KeyboardSnapsho
 }
 
 void KeyPoster::settle() {
-    // The answer matters to nobody: a server that gives none is given up by the connection.
+    // Only the round trip matters. If the server does not reply, the connection gives it up.
     static_cast<void>(
         connection_.wait<xcb_get_input_focus_reply_t>(connection_.xcb().get_input_focus(connection_.handle())));
 }

@@ -6,7 +6,7 @@ namespace {
 
 using Direction = KeyMove::Direction;
 
-/// The modifier keys to release, in ascending order.
+/// The held modifier keys, which are to be released, in ascending order.
 std::vector<Keycode> heldModifierKeys(const KeyboardSnapshot& before) {
     std::vector<Keycode> keys;
     for (std::size_t number = 0; number < before.pressed.size(); ++number) {
@@ -30,10 +30,10 @@ void releaseKeyItself(const KeyboardSnapshot& before, Keycode keycode, std::vect
     steps.emplace_back(KeyMove{Direction::up, keycode, std::nullopt});
 }
 
-/// What the locked layout must be so that `wanted` is in effect once the latches are dropped.
+/// The locked group with which `wanted` is the effective group once the latches are cleared.
 KeyGroup lockedGroupFor(KeyGroup wanted, const KeyboardSnapshot& before) {
     const int count = before.map.groupCount();
-    const int locked = (wanted - before.state.heldGroup) % count;
+    const int locked = (wanted - before.state.baseGroup) % count;
     return static_cast<KeyGroup>(locked < 0 ? locked + count : locked);
 }
 
@@ -60,7 +60,7 @@ Locks planLocks(const KeyboardSnapshot& before, KeyGroup wantedGroup) {
     return locks;
 }
 
-/// The keys to hold for the wish, in the order in which they go down. nullopt if the map lacks one.
+/// The modifier keys for the wish, in the order in which they are pressed. nullopt if the map lacks one.
 std::optional<std::vector<Keycode>> keysOfModifiers(const KeyboardMap& map, KeyWish wish) {
     std::vector<std::optional<Keycode>> found;
     if (wish.withShift) {
@@ -114,8 +114,8 @@ std::optional<std::vector<KeyStep>> planKeyPress(const KeyboardSnapshot& before,
 std::vector<KeyStep> planPuttingBack(const KeyboardSnapshot& before, const std::vector<KeyboardDevice>& after) {
     std::vector<KeyStep> steps;
     for (const Keycode keycode : heldModifierKeys(before)) {
-        // A key may count as held and have no effect, as an earlier program left it so.
-        if ((before.map.modifiersOf(keycode) & before.state.heldModifiers) == 0) {
+        // A key may be down without setting its modifier, if another program left it in that state.
+        if ((before.map.modifiersOf(keycode) & before.state.baseModifiers) == 0) {
             continue;
         }
         for (const KeyboardDevice& keyboard : after) {

@@ -11,7 +11,7 @@ using applications::findApplication;
 
 namespace {
 
-/// Deeper than any tree of windows; the tree may change during the descent.
+/// More levels than any tree of windows has. A limit is needed because the tree may change during the loop.
 constexpr int deepestDescent = 64;
 
 /// The innermost window under the pointer. nullopt if that is the root window.
@@ -36,8 +36,8 @@ std::optional<KeyReceiver> keyReceiverAround(X11Connection& connection, xcb_wind
         return std::nullopt;
     }
     KeyReceiver receiver{.window = windows.back(), .processIdentifier = {}};
-    // Toolkits put the focus on windows of their own inside the application window, and programs put windows of other
-    // programs into theirs: the innermost window with a class of the table decides.
+    // The focus may be on a child window of a toolkit, or on a window of another program that is embedded in this one.
+    // The innermost window whose class is in the table determines the application.
     for (const WindowIdentity& identity : identifyWindows(connection, windows)) {
         if (receiver.application == nullptr) {
             receiver.application = findApplication(identity.windowClass.className);

@@ -11,7 +11,7 @@ namespace lomaris {
 /// The application window that a key event reaches.
 struct KeyReceiver {
     xcb_window_t window = XCB_WINDOW_NONE;
-    /// nullopt if the window names no process of this machine.
+    /// nullopt if the window has no `_NET_WM_PID`, or that of a process on another machine.
     std::optional<ProcessIdentifier> processIdentifier;
     /// The application's row in the table. Null if it has none.
     const applications::Application* application = nullptr;
@@ -24,8 +24,8 @@ struct KeyReceiver {
 /// The receiver of a key event that is sent to `window`. nullopt if the window does not exist.
 [[nodiscard]] std::optional<KeyReceiver> keyReceiverAround(X11Connection& connection, xcb_window_t window);
 
-/// The receiver of the keys that are pressed now: the window with the input focus, else the active window, else the
-/// window under the pointer. nullopt if there is none of them.
+/// The receiver of a key that is pressed now: the window with the input focus, otherwise the active window, otherwise
+/// the window under the pointer. nullopt if there is none of these.
 [[nodiscard]] std::optional<KeyReceiver> sessionKeyReceiver(X11Connection& connection);
 
 }  // namespace lomaris

@@ -17,7 +17,7 @@ bool isOfProcess(X11Connection& connection, xcb_window_t window, ProcessIdentifi
 }
 
 std::optional<xcb_window_t> newestWindowOf(X11Connection& connection, ProcessIdentifier processIdentifier) {
-    // The oldest comes first.
+    // _NET_CLIENT_LIST starts with the oldest window (EWMH).
     const auto windows =
         receiveWindows(connection, requestProperty(connection, connection.root(), connection.atoms().clientList));
     const auto identities = identifyWindows(connection, windows);

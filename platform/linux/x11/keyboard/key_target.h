@@ -7,9 +7,9 @@
 
 namespace lomaris {
 
-/// The window of a process that a key sent to that process should go to: the one with the keyboard focus where the
-/// process is in front, else its newest window that the window manager knows. Nothing where it has none. The connection
-/// must be usable. Main thread.
+/// The window to which a key event for a process is sent: the window with the input focus if the process is the front
+/// application, otherwise its newest window in `_NET_CLIENT_LIST` (EWMH). nullopt if it has none. The connection must
+/// be usable. Main thread.
 [[nodiscard]] std::optional<xcb_window_t> keyTargetOf(X11Connection& connection, ProcessIdentifier processIdentifier);
 
 }  // namespace lomaris

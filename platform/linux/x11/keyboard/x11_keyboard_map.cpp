@@ -11,25 +11,25 @@ constexpr Keysym numLockKeysym = 0xff7f;
 constexpr Keysym leftShiftKeysym = 0xffe1;
 constexpr Keysym leftControlKeysym = 0xffe3;
 
-/// Caps Lock, Shift Lock, Num Lock, Scroll Lock, and the locks and latches of the further levels and groups.
+/// Caps Lock, Shift Lock, Num Lock, Scroll Lock, and the locks and latches of other levels and groups (keysymdef.h).
 constexpr std::array<Keysym, 15> lockKeysyms{0xffe5, 0xffe6, 0xff7f, 0xff14, 0xfe01, 0xfe02, 0xfe04, 0xfe05,
                                              0xfe06, 0xfe07, 0xfe09, 0xfe0b, 0xfe0d, 0xfe0f, 0xfe12};
 
 constexpr Keycode lastKeycode = 255;
 constexpr Keycode firstKeycode = 8;
 
-// Places in the reply, in bytes.
+// Offsets in the reply to XkbGetMap, in bytes.
 constexpr std::size_t headSize = 40;
 constexpr std::size_t presentAt = 12;
-constexpr std::size_t firstKeyAt = 17;
-constexpr std::size_t keyCountAt = 20;
-constexpr std::size_t modifierKeyCountAt = 33;
+constexpr std::size_t firstKeySymAt = 17;
+constexpr std::size_t nKeySymsAt = 20;
+constexpr std::size_t totalModMapKeysAt = 33;
 
-// Parts that a reply may have, in their order.
-constexpr std::uint16_t keysymsPart = 1U << 1U;
-constexpr std::uint16_t modifiersPart = 1U << 2U;
+// Bits of `present`: the parts that the reply has, in this order.
+constexpr std::uint16_t keySymsPart = 1U << 1U;
+constexpr std::uint16_t modifierMapPart = 1U << 2U;
 
-// How a key counts its layouts, and what it does in a layout that it lacks.
+// Bits of `groupInfo` of a key: its number of groups, and how a group that it lacks is replaced.
 constexpr unsigned groupCountBits = 0x0f;
 constexpr unsigned redirectGroupBits = 0x30;
 constexpr unsigned redirectGroupShift = 4;
@@ -37,12 +37,12 @@ constexpr unsigned outOfRangeBits = 0xc0;
 constexpr unsigned clampBit = 0x40;
 constexpr unsigned redirectBit = 0x80;
 
-/// Takes items off the front of a reply.
+/// Reads items from the front of a reply.
 class ByteReader {
 public:
     explicit ByteReader(std::span<const std::byte> bytes) : rest_(bytes) {}
 
-    /// Nothing if the item does not fit.
+    /// nullopt if there are too few bytes left.
     template <typename Item>
     [[nodiscard]] std::optional<Item> take() {
         if (rest_.size() < sizeof(Item)) {
@@ -58,17 +58,19 @@ private:
     std::span<const std::byte> rest_;
 };
 
-struct KeyHead {
-    std::array<std::uint8_t, 4> types;
+/// The header of a key's keysyms (KeySymMap of the protocol).
+struct KeySymMap {
+    std::array<std::uint8_t, 4> ktIndex;
     std::uint8_t groupInfo;
-    /// Keysyms in each layout.
+    /// The number of keysyms (shift levels) of each group.
     std::uint8_t width;
-    std::uint16_t keysymCount;
+    std::uint16_t nSyms;
 };
 
-struct ModifierEntry {
+/// An entry of the modifier map (KeyModMap of the protocol).
+struct KeyModMap {
     std::uint8_t keycode;
-    std::uint8_t modifiers;
+    std::uint8_t mods;
 };
 
 std::uint8_t byteAt(std::span<const std::byte> bytes, std::size_t place) {
@@ -76,31 +78,31 @@ std::uint8_t byteAt(std::span<const std::byte> bytes, std::size_t place) {
 }
 
 struct KeyMeanings {
-    /// The first keysym of each layout.
+    /// The first keysym of each group.
     std::vector<Keysym> keysyms;
-    /// Whether a further keysym of a layout differs from its first.
+    /// True if another keysym of a group differs from its first.
     bool hasFurtherLevels = false;
 };
 
-std::optional<KeyMeanings> takeMeanings(ByteReader& reader, const KeyHead& head) {
+std::optional<KeyMeanings> takeMeanings(ByteReader& reader, const KeySymMap& keySymMap) {
     KeyMeanings meanings;
     std::vector<Keysym>& keysyms = meanings.keysyms;
-    for (unsigned index = 0; index < head.keysymCount; ++index) {
+    for (unsigned index = 0; index < keySymMap.nSyms; ++index) {
         const auto keysym = reader.take<Keysym>();
         if (!keysym) {
             return std::nullopt;
         }
-        if (head.width > 0 && index % head.width == 0) {
+        if (keySymMap.width > 0 && index % keySymMap.width == 0) {
             keysyms.push_back(*keysym);
         } else if (*keysym != 0 && !keysyms.empty() && *keysym != keysyms.back()) {
             meanings.hasFurtherLevels = true;
         }
     }
-    keysyms.resize(std::min<std::size_t>(keysyms.size(), head.groupInfo & groupCountBits));
+    keysyms.resize(std::min<std::size_t>(keysyms.size(), keySymMap.groupInfo & groupCountBits));
     return meanings;
 }
 
-/// The keys that hold this modifier alone for as long as they are down, in ascending order.
+/// The keys that set exactly this modifier while they are held, in ascending order.
 std::vector<Keycode> modifierKeys(const KeyboardMap& map, ModifierMask modifier) {
     std::vector<Keycode> keys;
     for (unsigned number = firstKeycode; number <= lastKeycode; ++number) {
@@ -112,7 +114,7 @@ std::vector<Keycode> modifierKeys(const KeyboardMap& map, ModifierMask modifier)
     return keys;
 }
 
-/// The key with this meaning, else the first one.
+/// The key with this keysym, otherwise the first one.
 std::optional<Keycode> preferred(const std::vector<Keycode>& keys, const KeyboardMap& map, Keysym keysym) {
     if (keys.empty()) {
         return std::nullopt;
@@ -129,34 +131,34 @@ std::optional<KeyboardMap> KeyboardMap::fromReply(std::span<const std::byte> rep
     }
     std::uint16_t present = 0;
     std::memcpy(&present, reply.data() + presentAt, sizeof present);
-    if (present != (keysymsPart | modifiersPart)) {
+    if (present != (keySymsPart | modifierMapPart)) {
         return std::nullopt;
     }
-    const unsigned firstKey = byteAt(reply, firstKeyAt);
-    const unsigned keyCount = byteAt(reply, keyCountAt);
+    const unsigned firstKey = byteAt(reply, firstKeySymAt);
+    const unsigned keyCount = byteAt(reply, nKeySymsAt);
     KeyboardMap map;
     if (firstKey + keyCount > map.keys_.size()) {
         return std::nullopt;
     }
     ByteReader reader(reply.subspan(headSize));
     for (unsigned index = 0; index < keyCount; ++index) {
-        const auto head = reader.take<KeyHead>();
-        auto meanings = head ? takeMeanings(reader, *head) : std::nullopt;
+        const auto keySymMap = reader.take<KeySymMap>();
+        auto meanings = keySymMap ? takeMeanings(reader, *keySymMap) : std::nullopt;
         if (!meanings) {
             return std::nullopt;
         }
         map.groupCount_ = std::max(map.groupCount_, static_cast<KeyGroup>(meanings->keysyms.size()));
         Key& key = map.keys_[firstKey + index];
-        key.groupInfo = head->groupInfo;
+        key.groupInfo = keySymMap->groupInfo;
         key.hasFurtherLevels = meanings->hasFurtherLevels;
         key.keysyms = std::move(meanings->keysyms);
     }
-    for (unsigned index = 0; index < byteAt(reply, modifierKeyCountAt); ++index) {
-        const auto entry = reader.take<ModifierEntry>();
+    for (unsigned index = 0; index < byteAt(reply, totalModMapKeysAt); ++index) {
+        const auto entry = reader.take<KeyModMap>();
         if (!entry) {
             return std::nullopt;
         }
-        map.keys_[entry->keycode].modifiers = entry->modifiers;
+        map.keys_[entry->keycode].modifiers = entry->mods;
     }
     return map;
 }

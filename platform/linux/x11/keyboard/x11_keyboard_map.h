@@ -11,35 +11,37 @@
 
 namespace lomaris {
 
-// The number of a key of an X keyboard (8 to 255), the number of a layout among those that the user switches between
-// (0 to 3), and a set of the eight real modifiers (Shift is bit 0, Lock bit 1, Control bit 2).
+/// The number of a key of an X keyboard, 8 to 255.
 using Keycode = std::uint8_t;
+/// The index of an XKB group, 0 to 3: one of the keyboard layouts that the user switches between.
 using KeyGroup = std::uint8_t;
+/// A set of the eight real modifiers: Shift is bit 0, Lock bit 1, Control bit 2.
 using ModifierMask = std::uint8_t;
 
 inline constexpr ModifierMask shiftModifier = 0x01;
 inline constexpr ModifierMask controlModifier = 0x04;
 
-/// What the keys of a keyboard mean without any modifier, in each layout, and which of them are modifiers.
+/// The keymap of a device: the keysym of each key at shift level one, in each group, and the modifier map.
 class KeyboardMap {
 public:
-    /// Reads the reply to a request for the keysyms and the modifier map, all of its bytes. Nothing where it does not
-    /// hold what it claims to hold.
+    /// Parses all bytes of a reply to XkbGetMap with the parts KeySyms and ModifierMap. nullopt if the reply has other
+    /// parts or is malformed.
     [[nodiscard]] static std::optional<KeyboardMap> fromReply(std::span<const std::byte> reply);
 
-    /// The number of layouts; at least 1.
+    /// The largest number of groups of a key; at least 1.
     [[nodiscard]] KeyGroup groupCount() const { return groupCount_; }
 
-    /// The unmodified meaning of a key while `group` is in effect. A key with fewer layouts falls back on one that it
-    /// has, as it says itself. 0 for a key without a meaning.
+    /// The keysym of a key at shift level one if `group` is the effective group. If the key has fewer groups, its
+    /// `groupInfo` determines which one is used (wrap, clamp or redirect). 0 for a key without keysyms.
     [[nodiscard]] Keysym keysymOf(Keycode keycode, KeyGroup group) const;
 
+    /// The modifiers of a key in the modifier map.
     [[nodiscard]] ModifierMask modifiersOf(Keycode keycode) const { return keys_[keycode].modifiers; }
 
-    /// Whether no modifier changes the meaning of the key, in any layout.
+    /// True if the key has the same keysym at all shift levels of a group.
     [[nodiscard]] bool hasOneMeaning(Keycode keycode) const { return !keys_[keycode].hasFurtherLevels; }
 
-    /// Whether the key has this unmodified meaning in any layout.
+    /// True if the key has this keysym at shift level one of any group.
     [[nodiscard]] bool means(Keycode keycode, Keysym keysym) const;
 
 private:
@@ -47,7 +49,7 @@ private:
         std::uint8_t groupInfo = 0;
         ModifierMask modifiers = 0;
         bool hasFurtherLevels = false;
-        /// One for each layout of the key.
+        /// The keysym at shift level one, for each group of the key.
         std::vector<Keysym> keysyms;
     };
 
@@ -55,7 +57,7 @@ private:
     KeyGroup groupCount_ = 1;
 };
 
-/// A key, and the layout in which it has the meaning that was looked for.
+/// A key, and the group in which it has the wanted keysym.
 struct KeyPlace {
     Keycode keycode = 0;
     KeyGroup group = 0;
@@ -63,22 +65,23 @@ struct KeyPlace {
     friend bool operator==(const KeyPlace&, const KeyPlace&) = default;
 };
 
-/// The key with this unmodified meaning: in the layout in effect if it has one there, else in the first that does.
-/// Nothing where no key has it; one that needs a modifier does not count.
+/// The key with this keysym at shift level one, in the effective group or else in the first group that has it. nullopt
+/// if there is none. The lowest keycode wins.
 [[nodiscard]] std::optional<KeyPlace> findKey(const KeyboardMap& map, Keysym keysym, KeyGroup groupInEffect);
 
-/// The key that holds Control, or Shift, and no other modifier. nullopt if there is none.
+/// The key that sets Control, or Shift, and no other modifier while it is held. Prefers the left one. nullopt if there
+/// is none.
 [[nodiscard]] std::optional<Keycode> findControlKey(const KeyboardMap& map);
 [[nodiscard]] std::optional<Keycode> findShiftKey(const KeyboardMap& map);
 
-/// The key that holds Control even if it goes down while Shift is held: keymaps that switch layouts by Control and
-/// Shift give it another meaning then. nullopt if there is none.
+/// The same for Control, but without keys that have another keysym at another shift level: in keymaps that switch
+/// groups with Control and Shift, such a key switches the group if it is pressed while Shift is held.
 [[nodiscard]] std::optional<Keycode> findControlKeyBesideShift(const KeyboardMap& map);
 
-/// The modifiers that Num Lock switches.
+/// The modifiers of the Num Lock key in the modifier map.
 [[nodiscard]] ModifierMask numLockModifiers(const KeyboardMap& map);
 
-/// Whether a key is a modifier for just as long as it is held: no lock, whose press means more than that.
+/// True if the key sets its modifiers only while it is held: neither a lock key nor a latch key.
 [[nodiscard]] bool isHeldModifier(const KeyboardMap& map, Keycode keycode);
 
 }  // namespace lomaris

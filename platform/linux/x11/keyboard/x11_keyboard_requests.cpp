@@ -14,19 +14,19 @@ namespace lomaris {
 
 namespace {
 
-// The protocol library keeps the number of an extension under the address of these.
-xcb_extension_t keyboardExtension{"XKEYBOARD", 0};
-xcb_extension_t devicesExtension{"XInputExtension", 0};
-xcb_extension_t syntheticInputExtension{"XTEST", 0};
+// libxcb uses the addresses of these objects as keys for the data of the extensions.
+xcb_extension_t xkbExtension{"XKEYBOARD", 0};
+xcb_extension_t xInputExtension{"XInputExtension", 0};
+xcb_extension_t xTestExtension{"XTEST", 0};
 
 enum class Answer : bool { none, expected };
 
-/// Sends a request with one operation number of an extension.
+/// Sends a request of an extension with this minor opcode.
 template <typename Request>
 KeyboardRequest send(X11Connection& connection, xcb_extension_t& extension, std::uint8_t number, Answer answer,
                      Request request) {
     static_assert(std::is_trivially_copyable_v<Request> && sizeof(Request) % 4 == 0);
-    // The library writes before the first part, and wants one for the padding, of which there is none.
+    // libxcb uses the two elements before the first part, and requires one for the padding, which is empty.
     std::array<iovec, 4> parts{};
     parts[2] = {.iov_base = &request, .iov_len = sizeof request};
     const bool isAnswered = answer == Answer::expected;
@@ -43,7 +43,7 @@ std::span<const std::byte> bytesOf(const XReply<Reply>& reply) {
     return {reinterpret_cast<const std::byte*>(reply.get()), size};
 }
 
-/// A copy of the item at the front of some bytes, or nothing where they are too few.
+/// A copy of the item at offset `place`. nullopt if there are too few bytes.
 template <typename Item>
 std::optional<Item> itemAt(std::span<const std::byte> bytes, std::size_t place) {
     if (place > bytes.size() || bytes.size() - place < sizeof(Item)) {
@@ -60,60 +60,59 @@ std::optional<Item> receive(X11Connection& connection, KeyboardRequest request) 
     return reply ? itemAt<Item>(bytesOf(reply), 0) : std::nullopt;
 }
 
-bool prepareKeyboard(X11Connection& connection) {
-    const auto version = receive<wire::UseKeyboardExtensionReply>(
-        connection, send(connection, keyboardExtension, wire::operation::useKeyboard, Answer::expected,
-                         wire::UseKeyboardExtension{}));
-    return version && version->isSupported != 0;
+bool useXkb(X11Connection& connection) {
+    const auto version = receive<wire::XkbUseExtensionReply>(
+        connection,
+        send(connection, xkbExtension, wire::opcode::xkbUseExtension, Answer::expected, wire::XkbUseExtension{}));
+    return version && version->supported != 0;
 }
 
-bool prepareDevices(X11Connection& connection) {
-    return connection.wait<xcb_generic_reply_t>(send(connection, devicesExtension, wire::operation::queryDevicesVersion,
-                                                     Answer::expected, wire::QueryDevicesVersion{})) != nullptr;
+bool queryXInputVersion(X11Connection& connection) {
+    return connection.wait<xcb_generic_reply_t>(send(connection, xInputExtension, wire::opcode::xiQueryVersion,
+                                                     Answer::expected, wire::XIQueryVersion{})) != nullptr;
 }
 
-bool prepareSyntheticInput(X11Connection& connection) {
-    return connection.wait<xcb_generic_reply_t>(send(connection, syntheticInputExtension,
-                                                     wire::operation::getSyntheticInputVersion, Answer::expected,
-                                                     wire::QuerySyntheticInputVersion{})) != nullptr;
+bool getXTestVersion(X11Connection& connection) {
+    return connection.wait<xcb_generic_reply_t>(send(connection, xTestExtension, wire::opcode::xTestGetVersion,
+                                                     Answer::expected, wire::XTestGetVersion{})) != nullptr;
 }
 
 xcb_extension_t& extensionOf(InputExtension extension) {
     switch (extension) {
-        case InputExtension::keyboard:
-            return keyboardExtension;
-        case InputExtension::devices:
-            return devicesExtension;
-        case InputExtension::syntheticInput:
+        case InputExtension::xkb:
+            return xkbExtension;
+        case InputExtension::xInput:
+            return xInputExtension;
+        case InputExtension::xTest:
             break;
     }
-    return syntheticInputExtension;
+    return xTestExtension;
 }
 
 struct NamedDevice {
-    wire::DeviceEntry entry;
+    wire::XIDeviceInfo info;
     std::string_view name;
 };
 
-/// The devices of a reply, up to the first that does not fit.
+/// The devices of a reply, up to the first malformed one.
 std::vector<NamedDevice> namedDevicesOf(std::span<const std::byte> bytes) {
     std::vector<NamedDevice> devices;
-    const auto head = itemAt<wire::DevicesReply>(bytes, 0);
-    std::size_t place = sizeof(wire::DevicesReply);
-    for (unsigned index = 0; head && index < head->count; ++index) {
-        const auto entry = itemAt<wire::DeviceEntry>(bytes, place);
-        if (!entry || bytes.size() - place - sizeof *entry < entry->nameLength) {
+    const auto head = itemAt<wire::XIQueryDeviceReply>(bytes, 0);
+    std::size_t place = sizeof(wire::XIQueryDeviceReply);
+    for (unsigned index = 0; head && index < head->numDevices; ++index) {
+        const auto info = itemAt<wire::XIDeviceInfo>(bytes, place);
+        if (!info || bytes.size() - place - sizeof *info < info->nameLen) {
             return devices;
         }
-        place += sizeof *entry;
-        devices.push_back({*entry, {reinterpret_cast<const char*>(bytes.data() + place), entry->nameLength}});
-        place += (entry->nameLength + std::size_t{3}) / 4 * 4;
-        for (unsigned number = 0; number < entry->classCount; ++number) {
-            const auto classHead = itemAt<wire::DeviceClassHead>(bytes, place);
-            if (!classHead) {
+        place += sizeof *info;
+        devices.push_back({*info, {reinterpret_cast<const char*>(bytes.data() + place), info->nameLen}});
+        place += (info->nameLen + std::size_t{3}) / 4 * 4;
+        for (unsigned number = 0; number < info->numClasses; ++number) {
+            const auto deviceClass = itemAt<wire::XIDeviceClass>(bytes, place);
+            if (!deviceClass) {
                 return devices;
             }
-            place += std::size_t{classHead->lengthInWords} * 4;
+            place += std::size_t{deviceClass->length} * 4;
         }
     }
     return devices;
@@ -121,31 +120,31 @@ std::vector<NamedDevice> namedDevicesOf(std::span<const std::byte> bytes) {
 
 void sendMove(X11Connection& connection, const KeyMove& move) {
     const bool isDown = move.direction == KeyMove::Direction::down;
-    wire::FakeInput input;
-    input.keycode = move.keycode;
+    wire::XTestFakeInput input;
+    input.detail = move.keycode;
     if (move.userKeyboard) {
         const xcb_query_extension_reply_t* const devices =
-            connection.xcb().get_extension_data(connection.handle(), &devicesExtension);
+            connection.xcb().get_extension_data(connection.handle(), &xInputExtension);
         if (devices == nullptr) {
             return;
         }
-        input.event = static_cast<std::uint8_t>(devices->first_event + (isDown ? 1 : 2));
-        input.device = static_cast<std::uint8_t>(*move.userKeyboard);
+        input.type = static_cast<std::uint8_t>(devices->first_event + (isDown ? 1 : 2));
+        input.deviceId = static_cast<std::uint8_t>(*move.userKeyboard);
     } else {
-        input.event = isDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
+        input.type = isDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
     }
-    send(connection, syntheticInputExtension, wire::operation::fakeInput, Answer::none, input);
+    send(connection, xTestExtension, wire::opcode::xTestFakeInput, Answer::none, input);
 }
 
 void sendLocks(X11Connection& connection, const LockChange& change) {
-    wire::ChangeLocks request;
-    request.affectedLocks = change.affected;
-    request.locks = change.locked;
-    request.locksGroup = change.lockedGroup ? 1 : 0;
-    request.lockedGroup = change.lockedGroup.value_or(0);
-    request.affectedLatches = 0xff;
-    request.latchesGroup = 1;
-    send(connection, keyboardExtension, wire::operation::changeLocks, Answer::none, request);
+    wire::XkbLatchLockState request;
+    request.affectModLocks = change.affected;
+    request.modLocks = change.locked;
+    request.lockGroup = change.lockedGroup ? 1 : 0;
+    request.groupLock = change.lockedGroup.value_or(0);
+    request.affectModLatches = 0xff;
+    request.latchGroup = 1;
+    send(connection, xkbExtension, wire::opcode::xkbLatchLockState, Answer::none, request);
 }
 
 }  // namespace
@@ -156,41 +155,40 @@ bool prepareInputExtension(X11Connection& connection, InputExtension extension) 
         return false;
     }
     switch (extension) {
-        case InputExtension::keyboard:
-            return prepareKeyboard(connection);
-        case InputExtension::devices:
-            return prepareDevices(connection);
-        case InputExtension::syntheticInput:
-            return prepareSyntheticInput(connection);
+        case InputExtension::xkb:
+            return useXkb(connection);
+        case InputExtension::xInput:
+            return queryXInputVersion(connection);
+        case InputExtension::xTest:
+            return getXTestVersion(connection);
     }
     return false;
 }
 
 KeyboardRequest requestKeyboardState(X11Connection& connection) {
-    return send(connection, keyboardExtension, wire::operation::getKeyboardState, Answer::expected,
-                wire::GetKeyboardState{});
+    return send(connection, xkbExtension, wire::opcode::xkbGetState, Answer::expected, wire::XkbGetState{});
 }
 
 std::optional<KeyboardState> receiveKeyboardState(X11Connection& connection, KeyboardRequest request) {
-    const auto reply = receive<wire::KeyboardStateReply>(connection, request);
+    const auto reply = receive<wire::XkbGetStateReply>(connection, request);
     if (!reply) {
         return std::nullopt;
     }
     return KeyboardState{
-        .heldModifiers = reply->heldModifiers,
-        .latchedModifiers = reply->latchedModifiers,
-        .lockedModifiers = reply->lockedModifiers,
+        .baseModifiers = reply->baseMods,
+        .latchedModifiers = reply->latchedMods,
+        .lockedModifiers = reply->lockedMods,
         .group = reply->group,
-        .heldGroup = reply->heldGroup,
+        .baseGroup = reply->baseGroup,
         .latchedGroup = reply->latchedGroup,
         .lockedGroup = reply->lockedGroup,
     };
 }
 
 KeyboardRequest requestKeyboardMap(X11Connection& connection, InputDevice device) {
-    wire::GetKeyboardMap request;
-    request.device = device;
-    return send(connection, keyboardExtension, wire::operation::getKeyboardMap, Answer::expected, request);
+    wire::XkbGetMap request;
+    request.deviceSpec = device;
+    return send(connection, xkbExtension, wire::opcode::xkbGetMap, Answer::expected, request);
 }
 
 std::optional<KeyboardMap> receiveKeyboardMap(X11Connection& connection, KeyboardRequest request) {
@@ -199,11 +197,11 @@ std::optional<KeyboardMap> receiveKeyboardMap(X11Connection& connection, Keyboar
 }
 
 KeyboardRequest requestInputDevices(X11Connection& connection) {
-    return send(connection, devicesExtension, wire::operation::queryDevices, Answer::expected, wire::QueryDevices{});
+    return send(connection, xInputExtension, wire::opcode::xiQueryDevice, Answer::expected, wire::XIQueryDevice{});
 }
 
 std::optional<InputDevices> receiveInputDevices(X11Connection& connection, KeyboardRequest request) {
-    constexpr std::uint16_t attachedKeyboard = 4;
+    constexpr std::uint16_t slaveKeyboard = 4;
     constexpr std::string_view nameOfProgramsKeyboard = " XTEST keyboard";
     const auto reply = connection.wait<xcb_generic_reply_t>(request);
     if (!reply) {
@@ -212,20 +210,19 @@ std::optional<InputDevices> receiveInputDevices(X11Connection& connection, Keybo
     const std::vector<NamedDevice> devices = namedDevicesOf(bytesOf(reply));
     const NamedDevice* programs = nullptr;
     for (const NamedDevice& device : devices) {
-        // There may be one for each of several users at the same screen; the first is that of the session.
-        if (programs == nullptr && device.entry.use == attachedKeyboard &&
-            device.name.ends_with(nameOfProgramsKeyboard)) {
+        // With several master keyboards there is one for each; the first belongs to that of the session.
+        if (programs == nullptr && device.info.use == slaveKeyboard && device.name.ends_with(nameOfProgramsKeyboard)) {
             programs = &device;
         }
     }
     if (programs == nullptr) {
         return std::nullopt;
     }
-    InputDevices result{.programs = programs->entry.identifier, .user = {}};
+    InputDevices result{.programs = programs->info.deviceId, .user = {}};
     for (const NamedDevice& device : devices) {
-        if (device.entry.use == attachedKeyboard && device.entry.attachment == programs->entry.attachment &&
+        if (device.info.use == slaveKeyboard && device.info.attachment == programs->info.attachment &&
             &device != programs) {
-            result.user.push_back(device.entry.identifier);
+            result.user.push_back(device.info.deviceId);
         }
     }
     return result;
@@ -233,8 +230,8 @@ std::optional<InputDevices> receiveInputDevices(X11Connection& connection, Keybo
 
 KeyboardRequest requestPressedKeys(X11Connection& connection, InputDevice device) {
     wire::QueryDeviceState request;
-    request.device = static_cast<std::uint8_t>(device);
-    return send(connection, devicesExtension, wire::operation::queryDeviceState, Answer::expected, request);
+    request.deviceId = static_cast<std::uint8_t>(device);
+    return send(connection, xInputExtension, wire::opcode::queryDeviceState, Answer::expected, request);
 }
 
 PressedKeys receivePressedKeys(X11Connection& connection, KeyboardRequest request) {
@@ -244,11 +241,11 @@ PressedKeys receivePressedKeys(X11Connection& connection, KeyboardRequest reques
         return {};
     }
     const std::span<const std::byte> bytes = bytesOf(reply);
-    const auto head = itemAt<wire::DeviceStateReply>(bytes, 0);
-    std::size_t place = sizeof(wire::DeviceStateReply);
-    for (unsigned index = 0; head && index < head->classCount && place + 1 < bytes.size(); ++index) {
+    const auto head = itemAt<wire::QueryDeviceStateReply>(bytes, 0);
+    std::size_t place = sizeof(wire::QueryDeviceStateReply);
+    for (unsigned index = 0; head && index < head->numClasses && place + 1 < bytes.size(); ++index) {
         if (std::to_integer<std::uint8_t>(bytes[place]) == keyClass) {
-            const auto keys = itemAt<wire::KeyClassState>(bytes, place);
+            const auto keys = itemAt<wire::KeyState>(bytes, place);
             return keys ? pressedKeysFrom(keys->keys) : PressedKeys();
         }
         place += std::to_integer<std::uint8_t>(bytes[place + 1]);

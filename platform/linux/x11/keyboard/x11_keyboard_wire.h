@@ -1,158 +1,172 @@
 #pragma once
 
-#include "platform/linux/x11/x11_library.h"
+#include "platform/linux/x11/keyboard/x11_keyboard_requests.h"
 
 #include <array>
 #include <cstdint>
 
-/// Requests and replies of the extensions for keyboards, input devices and synthetic input, byte for byte as the
-/// protocols lay them out. Fields are what the protocols call them, padding included.
+/// Requests and replies of the X11 extensions XKEYBOARD, XInputExtension and XTEST, with the memory layout of the
+/// protocols. Types and fields have the names of the protocols, in the spelling of this project.
 namespace lomaris::wire {
 
-/// The numbers of the requests within their extensions.
-namespace operation {
-inline constexpr std::uint8_t useKeyboard = 0;
-inline constexpr std::uint8_t getKeyboardState = 4;
-inline constexpr std::uint8_t changeLocks = 5;
-inline constexpr std::uint8_t getKeyboardMap = 8;
+/// The minor opcodes of the requests.
+namespace opcode {
+inline constexpr std::uint8_t xkbUseExtension = 0;
+inline constexpr std::uint8_t xkbGetState = 4;
+inline constexpr std::uint8_t xkbLatchLockState = 5;
+inline constexpr std::uint8_t xkbGetMap = 8;
 inline constexpr std::uint8_t queryDeviceState = 30;
-inline constexpr std::uint8_t queryDevicesVersion = 47;
-inline constexpr std::uint8_t queryDevices = 48;
-inline constexpr std::uint8_t getSyntheticInputVersion = 0;
-inline constexpr std::uint8_t fakeInput = 2;
-}  // namespace operation
+inline constexpr std::uint8_t xiQueryVersion = 47;
+inline constexpr std::uint8_t xiQueryDevice = 48;
+inline constexpr std::uint8_t xTestGetVersion = 0;
+inline constexpr std::uint8_t xTestFakeInput = 2;
+}  // namespace opcode
 
-/// The beginning of every request; the library fills it in.
+/// The header of every request. libxcb sets its fields.
 struct RequestHead {
-    std::uint8_t extension = 0;
-    std::uint8_t operation = 0;
-    std::uint16_t lengthInWords = 0;
+    std::uint8_t majorOpcode = 0;
+    std::uint8_t minorOpcode = 0;
+    /// In units of four bytes.
+    std::uint16_t length = 0;
 };
 
-struct UseKeyboardExtension {
+struct XkbUseExtension {
     RequestHead head;
-    std::uint16_t major = 1;
-    std::uint16_t minor = 0;
+    std::uint16_t wantedMajor = 1;
+    std::uint16_t wantedMinor = 0;
 };
 
-struct UseKeyboardExtensionReply {
+struct XkbUseExtensionReply {
     std::uint8_t type;
-    std::uint8_t isSupported;
+    std::uint8_t supported;
 };
 
-struct QueryDevicesVersion {
+struct XIQueryVersion {
     RequestHead head;
-    std::uint16_t major = 2;
-    std::uint16_t minor = 0;
+    std::uint16_t majorVersion = 2;
+    std::uint16_t minorVersion = 0;
 };
 
-struct QuerySyntheticInputVersion {
+struct XTestGetVersion {
     RequestHead head;
-    std::uint8_t major = 2;
+    std::uint8_t majorVersion = 2;
     std::uint8_t unused = 0;
-    std::uint16_t minor = 2;
+    std::uint16_t minorVersion = 2;
 };
 
-struct GetKeyboardState {
+struct XkbGetState {
     RequestHead head;
-    std::uint16_t device = sessionKeyboard;
+    std::uint16_t deviceSpec = sessionKeyboard;
     std::uint16_t unused = 0;
 };
 
-struct KeyboardStateReply {
+/// The beginning of the reply.
+struct XkbGetStateReply {
     std::array<std::uint8_t, 8> head;
-    std::uint8_t modifiers;
-    std::uint8_t heldModifiers;
-    std::uint8_t latchedModifiers;
-    std::uint8_t lockedModifiers;
+    std::uint8_t mods;
+    std::uint8_t baseMods;
+    std::uint8_t latchedMods;
+    std::uint8_t lockedMods;
     std::uint8_t group;
     std::uint8_t lockedGroup;
-    std::int16_t heldGroup;
+    std::int16_t baseGroup;
     std::int16_t latchedGroup;
 };
 
-struct GetKeyboardMap {
+struct XkbGetMap {
     RequestHead head;
-    std::uint16_t device = 0;
-    /// Keysyms and the modifier map, of every key.
-    std::uint16_t completeParts = (1U << 1U) | (1U << 2U);
-    std::array<std::uint8_t, 20> partialParts{};
+    std::uint16_t deviceSpec = 0;
+    /// Map parts to return completely: KeySyms and ModifierMap.
+    std::uint16_t full = (1U << 1U) | (1U << 2U);
+    /// Map parts to return for a range of keys: none.
+    std::uint16_t partial = 0;
+    /// The ranges for `partial`, from firstType to nVModMapKeys.
+    std::array<std::uint8_t, 18> ranges{};
 };
 
-struct ChangeLocks {
+struct XkbLatchLockState {
     RequestHead head;
-    std::uint16_t device = sessionKeyboard;
-    std::uint8_t affectedLocks = 0;
-    std::uint8_t locks = 0;
-    std::uint8_t locksGroup = 0;
-    std::uint8_t lockedGroup = 0;
-    std::uint8_t affectedLatches = 0;
-    std::uint8_t latches = 0;
+    std::uint16_t deviceSpec = sessionKeyboard;
+    std::uint8_t affectModLocks = 0;
+    std::uint8_t modLocks = 0;
+    std::uint8_t lockGroup = 0;
+    std::uint8_t groupLock = 0;
+    std::uint8_t affectModLatches = 0;
+    std::uint8_t modLatches = 0;
     std::uint8_t unused = 0;
-    std::uint8_t latchesGroup = 0;
-    std::int16_t latchedGroup = 0;
+    std::uint8_t latchGroup = 0;
+    std::int16_t groupLatch = 0;
 };
 
-struct QueryDevices {
+struct XIQueryDevice {
     RequestHead head;
-    /// 0 stands for all of them.
-    std::uint16_t device = 0;
+    /// 0: XIAllDevices.
+    std::uint16_t deviceId = 0;
     std::uint16_t unused = 0;
 };
 
-struct DevicesReply {
+struct XIQueryDeviceReply {
     std::array<std::uint8_t, 8> head;
-    std::uint16_t count;
+    std::uint16_t numDevices;
     std::array<std::uint8_t, 22> unused;
 };
 
-struct DeviceEntry {
-    std::uint16_t identifier;
+/// One device of the reply. Its name follows, padded to a multiple of four bytes, and then its classes.
+struct XIDeviceInfo {
+    std::uint16_t deviceId;
     std::uint16_t use;
     std::uint16_t attachment;
-    std::uint16_t classCount;
-    std::uint16_t nameLength;
-    std::uint16_t isEnabled;
+    std::uint16_t numClasses;
+    std::uint16_t nameLen;
+    std::uint16_t enabled;
 };
 
-/// What follows the name: its length comes in words, this head included.
-struct DeviceClassHead {
+/// The beginning of a class of a device.
+struct XIDeviceClass {
     std::uint16_t type;
-    std::uint16_t lengthInWords;
+    /// Of the whole class, in units of four bytes.
+    std::uint16_t length;
 };
 
 struct QueryDeviceState {
     RequestHead head;
-    std::uint8_t device = 0;
+    std::uint8_t deviceId = 0;
     std::array<std::uint8_t, 3> unused{};
 };
 
-struct DeviceStateReply {
+/// The classes of the device follow.
+struct QueryDeviceStateReply {
     std::array<std::uint8_t, 8> head;
-    std::uint8_t classCount;
+    std::uint8_t numClasses;
     std::array<std::uint8_t, 23> unused;
 };
 
-struct KeyClassState {
-    std::uint8_t type;
+/// The class KeyClass of that reply.
+struct KeyState {
+    std::uint8_t classId;
+    /// In bytes.
     std::uint8_t length;
-    std::uint8_t keyCount;
+    std::uint8_t numKeys;
     std::uint8_t unused;
+    /// One bit for each keycode, set if the key is down.
     std::array<std::uint8_t, 32> keys;
 };
 
-struct FakeInput {
+struct XTestFakeInput {
     RequestHead head;
-    std::uint8_t event = 0;
-    std::uint8_t keycode = 0;
+    /// The type of the event: core, or of XInputExtension if `deviceId` is set.
+    std::uint8_t type = 0;
+    /// The keycode.
+    std::uint8_t detail = 0;
     std::uint16_t unused1 = 0;
-    std::uint32_t delay = 0;
+    /// The delay in milliseconds.
+    std::uint32_t time = 0;
     std::uint32_t root = 0;
     std::array<std::uint8_t, 19> unused2{};
-    std::uint8_t device = 0;
+    std::uint8_t deviceId = 0;
 };
 
-// The sizes that the protocol gives them.
-static_assert(sizeof(ChangeLocks) == 16 && sizeof(GetKeyboardMap) == 28 && sizeof(FakeInput) == 36);
+static_assert(sizeof(XkbLatchLockState) == 16 && sizeof(XkbGetMap) == 28 && sizeof(XTestFakeInput) == 36,
+              "the sizes that the protocols define");
 
 }  // namespace lomaris::wire
