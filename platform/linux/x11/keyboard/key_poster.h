@@ -16,25 +16,24 @@ namespace lomaris {
 /// and the modifiers put back, no other program can come between (the server is grabbed); the user's own keys can.
 class KeyPoster {
 public:
-    /// `connection` outlives the poster.
+    /// `connection` must outlive the poster.
     explicit KeyPoster(X11Connection& connection) : connection_(connection) {}
 
-    /// Whether there is a server that takes synthetic keys.
+    /// True if there is an X server with XTEST.
     [[nodiscard]] bool isReady();
 
-    /// Whether the keyboard has the keys of this wish now.
+    /// True if the current keymap has the keys of this wish.
     [[nodiscard]] bool canPress(KeyWish wish);
 
-    /// Presses and releases the key; returns once the server has done so. Nothing happens where the keyboard lacks it,
-    /// or if `mayPress` returns false. `mayPress` is called at most once, when no other program can change anything any
-    /// more.
+    /// Presses and releases the key; returns after the server has done so. Does nothing if the keymap lacks the key, or
+    /// if `mayPress` returns false. `mayPress` is called at most once, while the server is grabbed.
     void press(KeyWish wish, const std::function<bool()>& mayPress);
 
-    /// Sends the key to one window, whatever has the keyboard; returns once the server has done so.
+    /// Sends the key events to one window, regardless of the input focus; returns after the server has done so.
     void sendTo(xcb_window_t window, KeyWish wish);
 
 private:
-    /// The keyboard now, or nothing where the server does not tell.
+    /// The current state of the keyboard. nullopt if the server lacks XKEYBOARD or a request failed.
     [[nodiscard]] std::optional<KeyboardSnapshot> look();
     [[nodiscard]] std::vector<KeyboardDevice> lookAtUserKeyboards(const KeyboardSnapshot& before);
     void pressWhileGrabbed(KeyWish wish);

@@ -26,11 +26,11 @@ const PlannedStroke& strokeOf(const KeyStrokeEvents& events) {
 
 bool LinuxEvents::preflightPostEventAccess() { return poster_.isReady(); }
 
-// There is nobody to ask: whoever may use the display may post events.
+// X11 has no permission to request: every client of the display may post events.
 bool LinuxEvents::requestPostEventAccess() { return preflightPostEventAccess(); }
 
 std::unique_ptr<KeyStrokeEvents> LinuxEvents::createKeyStroke(KeyStroke keyStroke) {
-    // A stroke without keys in an ordinary application has none anywhere.
+    // A stroke that has no keys in an ordinary application has none in any other.
     if (!poster_.isReady() || !chooseKeys(keyStroke, EditingKeys::control)) {
         return nullptr;
     }
@@ -52,7 +52,7 @@ void LinuxEvents::postToSession(const KeyStrokeEvents& events) {
     if (!wish) {
         return;
     }
-    // Only the X server can be asked while it is grabbed: the application may be waiting for it.
+    // No application can reply while the server is grabbed, so only the X server may be queried here.
     poster_.press(*wish, [&] { return sessionKeyReceiver(connection_) == receiver; });
 }
 

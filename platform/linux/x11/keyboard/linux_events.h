@@ -11,36 +11,40 @@
 
 namespace lomaris {
 
-/// Input of an X11 session.
+/// The event services of an X11 session: key strokes and input counters.
 ///
-/// Keys: a stroke is Copy, Paste or Delete, and cannot be created with any other flags than theirs. The keys for it are
-/// those of the window that is to receive them (`applications::EditingKeys`): Control for Command in an ordinary
+/// This folder chooses the keys for a stroke (`key_choice.h`), finds them in the keymap (`x11_keyboard_map.h`), plans
+/// the press (`key_press_plan.h`) and posts it with XTEST (`key_poster.h`). `native_platform.cpp` is its only user. It
+/// may use `x11/` and `applications/`; that a terminal has the focus is passed in as a query, as it needs AT-SPI.
+///
+/// Creating a stroke: only Copy, Paste and Delete, with exactly their flags, can be created. The keys for a stroke are
+/// those of the window that will receive them (`applications::EditingKeys`): Control instead of Command in an ordinary
 /// application, other keys or none in a terminal. A stroke cannot be created if the window with the input focus has no
-/// keys for it, or if the current keyboard map lacks a key without a modifier. Whoever may use the display may post
-/// keys: nobody is asked.
+/// keys for it, or if a key is missing from the keymap or needs a modifier in it. X11 has no permission for posting
+/// events: every client of the display may post them.
 ///
-/// When a stroke is posted to the session, its receiver is determined again, and once more while no other program can
-/// move the focus. Nothing is pressed if other keys are right by then. Whether a terminal has the focus inside of the
-/// same window is not determined again. A stroke that is posted to a process uses the keys of its window, and nothing
-/// is sent if there are none.
+/// Posting to the session: the receiver is determined again before the press, and once more while the server is
+/// grabbed, when no other program can move the focus. Nothing is pressed if other keys are right for it by then. (That
+/// a terminal has the focus inside the same window is not determined again.) The key has exactly the modifiers of the
+/// stroke, except Num Lock: held modifiers are released for the press, locked ones are unlocked, and another group is
+/// locked if the key is only there. All this is one batch of requests, which the server receives completely or not at
+/// all. Afterwards the user's devices are queried, and the modifiers that they still hold are pressed again, on the
+/// same device. If the user releases a key between this query and the press, it stays down until it is pressed once
+/// more. If the server does not support XInput 2, held modifiers are not restored: the user has to press them again.
 ///
-/// A key posted to the session carries exactly its modifiers, but for Num Lock. What is held is lifted for the press,
-/// what is locked is unlocked and a key of another layout gets that layout, all within one batch that the server either
-/// receives whole or not at all. Afterwards the user's own keyboards are asked, and only what they still hold is put
-/// back, on them; the user may let a key go in the instant between that answer and the putting back, and would then
-/// have to press it once more. Where the server cannot tell keyboards apart, the user presses again what was held.
+/// Posting to a process: the events are sent (SendEvent) to its window with the input focus, otherwise to its newest
+/// window, with the keys of that window; nothing is sent if there are none. The focus does not change. Many programs
+/// ignore such events. Held modifiers do not affect them.
 ///
-/// A key posted to a process is an event sent to its window with the keyboard focus, else to its newest window: the
-/// nearest that there is, as the focus stays where it is. Many programs ignore such events. Modifiers that are held
-/// make no difference to it.
+/// Counters: X11 has no counters of events, but a time of the last input (`X11InputClock`), which serves as the counter
+/// of every type. Two readings are equal exactly if there was no input between them. Pointer motion and keys posted to
+/// the session count as input too, keys posted to a process do not. A guard that compares counters may therefore refuse
+/// although the user has neither typed nor clicked, but never the reverse.
 ///
-/// Counters: an X server counts no events, but it knows when the last one came. That moment serves as the counter of
-/// every kind: two readings are equal exactly when no input came between them. It also moves with the pointer, and with
-/// the keys that are posted to the session, but not with those posted to a process, so that a guard that compares
-/// counters may refuse where nothing was typed or clicked, and never the other way round.
+/// Main thread only.
 class LinuxEvents final : public EventServices {
 public:
-    /// `connection` and whatever the query uses outlive the services.
+    /// `connection`, and everything that the query uses, must outlive the services.
     LinuxEvents(X11Connection& connection, TerminalQuery isTerminalFocused)
         : connection_(connection),
           isTerminalFocused_(std::move(isTerminalFocused)),
