@@ -20,7 +20,7 @@ struct PendingPaste {
     std::shared_ptr<const PasteboardConsumptionTracker> tracker;
     /// The pasteboard's change count after the text was staged.
     std::int64_t changeCount = 0;
-/// The time from which the text may be replaced if it has been read.
+    /// The time from which the text may be replaced if it has been read.
     Moment earliest{};
     /// The time from which the text may be replaced even if it has not been read.
     Moment deadline{};
