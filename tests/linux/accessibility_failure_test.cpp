@@ -16,7 +16,7 @@ constexpr const char* unknownObject = "org.freedesktop.DBus.Error.UnknownObject"
 
 class AccessibilityFailure : public FakeDesktop {};
 
-TEST_F(AccessibilityFailure, AsksAHungApplicationOnlyOnce) {
+TEST_F(AccessibilityFailure, CallsAHungApplicationOnlyOnce) {
     peer().hang(path, "Accessible.GetRole");
     addObject(path, {});
     start();
@@ -28,7 +28,7 @@ TEST_F(AccessibilityFailure, AsksAHungApplicationOnlyOnce) {
     EXPECT_EQ(peer().callCount(), 1);
 }
 
-TEST_F(AccessibilityFailure, DoesNotTakeTheOthersForHung) {
+TEST_F(AccessibilityFailure, DoesNotAffectOtherApplications) {
     peer().hang(path, "Accessible.GetRole");
     desktop().answer(path, "Accessible.GetRole", unsignedInteger(43));
     start();
@@ -40,7 +40,7 @@ TEST_F(AccessibilityFailure, DoesNotTakeTheOthersForHung) {
     EXPECT_EQ(accessibility().copyAttributes(elements, attributes), expected);
 }
 
-TEST_F(AccessibilityFailure, IsAnInvalidElementWhereTheApplicationEndsInTheMiddle) {
+TEST_F(AccessibilityFailure, IsInvalidElementIfTheApplicationExits) {
     addObject(path, {});
     peer().leave(path, "Accessible.GetRole");
     start();
@@ -48,14 +48,14 @@ TEST_F(AccessibilityFailure, IsAnInvalidElementWhereTheApplicationEndsInTheMiddl
     EXPECT_EQ(copy(path, attribute::focused), failureOf(AXError::invalidUIElement));
 }
 
-TEST_F(AccessibilityFailure, IsAnInvalidElementWhereNobodyHasTheName) {
+TEST_F(AccessibilityFailure, IsInvalidElementIfTheNameHasNoOwner) {
     start();
     const Element stranger = makeElement(ObjectReference{":1.999", path});
     EXPECT_EQ(accessibility().copyAttribute(stranger, attribute::role), failureOf(AXError::invalidUIElement));
     EXPECT_EQ(accessibility().processIdentifier(stranger), std::nullopt);
 }
 
-TEST_F(AccessibilityFailure, IsAnInvalidElementWhereTheNameOrThePathIsNone) {
+TEST_F(AccessibilityFailure, IsInvalidElementIfTheNameOrPathIsNotValid) {
     start();
     for (const auto& [name, where] : std::vector<std::pair<std::string, std::string>>{
              {"not a name", path}, {"", path}, {peer().name(), "no path"}, {peer().name(), ""}}) {
@@ -65,7 +65,7 @@ TEST_F(AccessibilityFailure, IsAnInvalidElementWhereTheNameOrThePathIsNone) {
     }
 }
 
-TEST_F(AccessibilityFailure, TellsAnObjectThatIsGoneFromAnAttributeThatItLacks) {
+TEST_F(AccessibilityFailure, DistinguishesMissingObjectsAndAttributes) {
     const std::string gone = std::string(path) + "0";
     const std::string lacking = std::string(path) + "1";
     const std::string defunct = std::string(path) + "2";
@@ -87,7 +87,7 @@ TEST_F(AccessibilityFailure, TellsAnObjectThatIsGoneFromAnAttributeThatItLacks) 
     EXPECT_EQ(copy(defunct, attribute::enabled), failureOf(AXError::invalidUIElement));
 }
 
-TEST_F(AccessibilityFailure, FailsOnRepliesOfTheWrongKind) {
+TEST_F(AccessibilityFailure, ReportsRepliesOfAnotherType) {
     struct Case {
         std::string_view attribute;
         const char* call;
@@ -116,7 +116,7 @@ TEST_F(AccessibilityFailure, FailsOnRepliesOfTheWrongKind) {
     }
 }
 
-TEST_F(AccessibilityFailure, TakesNoMoreChildrenThanAnyWalkCouldUse) {
+TEST_F(AccessibilityFailure, LimitsTheNumberOfChildren) {
     addObject(path, {}, {"/child"});
     peer().answer(path, "Accessible.GetChildren",
                   references(std::vector<std::pair<std::string, std::string>>(10001, {peer().name(), "/child"})));
@@ -124,7 +124,7 @@ TEST_F(AccessibilityFailure, TakesNoMoreChildrenThanAnyWalkCouldUse) {
     EXPECT_EQ(copy(path, attribute::children), failureOf(AXError::failure));
 }
 
-TEST_F(AccessibilityFailure, LeavesOutChildrenThatAreNone) {
+TEST_F(AccessibilityFailure, SkipsNullChildren) {
     addObject(path, {}, {"/child"});
     peer().answer(path, "Accessible.GetChildren",
                   references({{peer().name(), atspi::nullPath}, {"", "/child"}, {peer().name(), "/other"}}));
@@ -132,7 +132,7 @@ TEST_F(AccessibilityFailure, LeavesOutChildrenThatAreNone) {
     EXPECT_EQ(copy(path, attribute::children), successOf(std::vector<Element>{object("/child"), object("/other")}));
 }
 
-TEST_F(AccessibilityFailure, HasNoApiWhereTheProcessShowsNothing) {
+TEST_F(AccessibilityFailure, IsApiDisabledIfTheProcessIsNotOnTheBus) {
     start();
     for (const ProcessIdentifier process : {0, -1, 1, INT_MAX, INT_MIN}) {
         const Element element = accessibility().applicationElement(process);
@@ -144,7 +144,7 @@ TEST_F(AccessibilityFailure, HasNoApiWhereTheProcessShowsNothing) {
     }
 }
 
-TEST_F(AccessibilityFailure, CannotCompleteWhereTheRegistryHangs) {
+TEST_F(AccessibilityFailure, CannotCompleteIfTheRegistryHangs) {
     desktop().hang(atspi::rootPath, "Accessible.GetChildren");
     start();
     EXPECT_EQ(copyFocused(), failureOf(AXError::cannotComplete));
@@ -152,7 +152,7 @@ TEST_F(AccessibilityFailure, CannotCompleteWhereTheRegistryHangs) {
     EXPECT_EQ(desktop().callCount(atspi::rootPath, "Accessible.GetChildren"), 1);
 }
 
-TEST_F(AccessibilityFailure, AnswersManyAtOnceAsOneByOne) {
+TEST_F(AccessibilityFailure, IsTheSameInBatchesAndSingleCopies) {
     const std::string other = std::string(path) + "1";
     const std::string gone = std::string(path) + "2";
     addObject(path, {State::editable, State::focusable, State::focused, State::multiLine}, {other});
@@ -201,7 +201,7 @@ TEST_F(AccessibilityFailure, AnswersManyAtOnceAsOneByOne) {
         }
     }
     EXPECT_EQ(accessibility().copyAttributes(elements, attributes), expected);
-    // What the comparison rests on is not all failures.
+    // The compared results are not all failures.
     EXPECT_EQ(expected[0][3], successOf(Text(u"AXTextArea")));
     EXPECT_EQ(expected[0][5], successOf(Text(u"editor")));
     EXPECT_EQ(expected[0][7], successOf(Text(u"he")));

@@ -12,7 +12,7 @@ protected:
     void addWindows(const std::vector<std::string>& windows) { addObject(atspi::rootPath, {}, windows); }
 };
 
-TEST_F(AccessibilityFocus, IsAskedOfTheApplicationWhereThatCanTell) {
+TEST_F(AccessibilityFocus, UsesGetMatchesIfSupported) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/text"});
     peer().answer("/window", "Collection.GetMatches", references({{peer().name(), "/text"}}));
@@ -21,7 +21,7 @@ TEST_F(AccessibilityFocus, IsAskedOfTheApplicationWhereThatCanTell) {
     EXPECT_EQ(peer().callCount("/window", "Accessible.GetChildren"), 0);
 }
 
-TEST_F(AccessibilityFocus, IsNoValueWhereTheApplicationFindsNothing) {
+TEST_F(AccessibilityFocus, IsNoValueIfGetMatchesFindsNothing) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/text"});
     peer().answer("/window", "Collection.GetMatches", references({}));
@@ -29,7 +29,7 @@ TEST_F(AccessibilityFocus, IsNoValueWhereTheApplicationFindsNothing) {
     EXPECT_EQ(copyFocused(), failureOf(AXError::noValue));
 }
 
-TEST_F(AccessibilityFocus, IsLookedForBelowTheActiveWindowOtherwise) {
+TEST_F(AccessibilityFocus, WalksTheActiveWindowOtherwise) {
     addWindows({"/other", "/window"});
     addObject("/other", {State::showing}, {"/other/text"});
     addObject("/other/text", {State::showing, State::focusable, State::focused});
@@ -42,7 +42,7 @@ TEST_F(AccessibilityFocus, IsLookedForBelowTheActiveWindowOtherwise) {
     EXPECT_EQ(peer().callCount("/other/text", "Accessible.GetState"), 0);
 }
 
-TEST_F(AccessibilityFocus, IsLookedForInEveryWindowWhereNoneIsActive) {
+TEST_F(AccessibilityFocus, WalksEveryWindowIfNoneIsActive) {
     addWindows({"/other", "/window"});
     addObject("/other", {State::showing});
     addObject("/window", {State::showing}, {"/text"});
@@ -51,7 +51,7 @@ TEST_F(AccessibilityFocus, IsLookedForInEveryWindowWhereNoneIsActive) {
     EXPECT_EQ(copyFocused(), successOf(object("/text")));
 }
 
-TEST_F(AccessibilityFocus, PrefersWhatCanTakeTheFocusToWhatOnlyClaimsIt) {
+TEST_F(AccessibilityFocus, PrefersFocusableObjects) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/tab", "/pane"});
     addObject("/tab", {State::showing, State::focused});
@@ -61,7 +61,7 @@ TEST_F(AccessibilityFocus, PrefersWhatCanTakeTheFocusToWhatOnlyClaimsIt) {
     EXPECT_EQ(copyFocused(), successOf(object("/text")));
 }
 
-TEST_F(AccessibilityFocus, IsWhatClaimsItWhereNothingElseDoes) {
+TEST_F(AccessibilityFocus, AcceptsAnUnfocusableObjectIfThereIsNoOther) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/tab"});
     addObject("/tab", {State::showing, State::focused});
@@ -69,7 +69,7 @@ TEST_F(AccessibilityFocus, IsWhatClaimsItWhereNothingElseDoes) {
     EXPECT_EQ(copyFocused(), successOf(object("/tab")));
 }
 
-TEST_F(AccessibilityFocus, IsLookedForLastInWhatDoesNotShow) {
+TEST_F(AccessibilityFocus, SearchesObjectsThatAreNotShowingLast) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/closed", "/scrolled", "/hidden"});
     addObject("/closed", {State::visible});
@@ -81,7 +81,7 @@ TEST_F(AccessibilityFocus, IsLookedForLastInWhatDoesNotShow) {
     EXPECT_EQ(peer().callCount("/never", "Accessible.GetState"), 0);
 }
 
-TEST_F(AccessibilityFocus, IsNoValueWhereNothingHasIt) {
+TEST_F(AccessibilityFocus, IsNoValueIfNothingHasTheFocus) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/text"});
     addObject("/text", {State::showing, State::focusable});
@@ -97,12 +97,12 @@ TEST_F(AccessibilityFocus, IsNoValueWithoutWindows) {
     EXPECT_EQ(accessibility().copyAttribute(application(), attribute::windows), successOf(std::vector<Element>()));
 }
 
-TEST_F(AccessibilityFocus, EndsInATreeThatContainsItself) {
+TEST_F(AccessibilityFocus, StopsInACyclicTree) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/window", "/window"});
     start();
     EXPECT_EQ(copyFocused(), failureOf(AXError::noValue));
-    EXPECT_EQ(peer().callCount("/window", "Accessible.GetState"), 1 + 3000) << "as a window, and during the walk";
+    EXPECT_EQ(peer().callCount("/window", "Accessible.GetState"), 1 + 3000) << "once as a window, then in the walk";
 }
 
 TEST_F(AccessibilityFocus, DoesNotListTheCellsOfATable) {
@@ -114,7 +114,7 @@ TEST_F(AccessibilityFocus, DoesNotListTheCellsOfATable) {
     EXPECT_EQ(peer().callCount("/table", "Accessible.GetChildren"), 0);
 }
 
-TEST_F(AccessibilityFocus, CannotCompleteWhereTheApplicationHangsWhileLooking) {
+TEST_F(AccessibilityFocus, CannotCompleteIfGetMatchesHangs) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/text"});
     peer().hang("/window", "Collection.GetMatches");
@@ -132,10 +132,10 @@ TEST_F(AccessibilityFocus, CannotCompleteIfTheApplicationHangsDuringTheWalk) {
     EXPECT_EQ(copyFocused(), failureOf(AXError::cannotComplete));
     const int calls = peer().callCount();
     EXPECT_EQ(copyFocused(), failureOf(AXError::cannotComplete));
-    EXPECT_EQ(peer().callCount(), calls) << "a peer that hangs is not called again";
+    EXPECT_EQ(peer().callCount(), calls) << "a hung peer is not called again";
 }
 
-TEST_F(AccessibilityFocus, CannotCompleteIfTheApplicationHangsOverAState) {
+TEST_F(AccessibilityFocus, CannotCompleteIfGetStateHangs) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/text"});
     peer().hang("/text", "Accessible.GetState");
@@ -143,20 +143,20 @@ TEST_F(AccessibilityFocus, CannotCompleteIfTheApplicationHangsOverAState) {
     EXPECT_EQ(copyFocused(), failureOf(AXError::cannotComplete));
 }
 
-TEST_F(AccessibilityFocus, CannotCompleteIfTheApplicationHangsOverTheStateOfAWindow) {
+TEST_F(AccessibilityFocus, CannotCompleteIfGetStateOfAWindowHangs) {
     addWindows({"/window"});
     peer().hang("/window", "Accessible.GetState");
     start();
     EXPECT_EQ(copyFocused(), failureOf(AXError::cannotComplete));
 }
 
-TEST_F(AccessibilityFocus, FailsIfTheListOfWindowsIsNone) {
+TEST_F(AccessibilityFocus, FailsIfTheListOfWindowsIsMalformed) {
     peer().answer(atspi::rootPath, "Accessible.GetChildren", strings({"a"}));
     start();
     EXPECT_EQ(copyFocused(), failureOf(AXError::failure));
 }
 
-TEST_F(AccessibilityFocus, OfTheSystemIsThatOfTheApplicationInFront) {
+TEST_F(AccessibilityFocus, SystemWideIsThatOfTheFrontApplication) {
     addWindows({"/window"});
     addObject("/window", {State::active, State::showing}, {"/text"});
     addObject("/text", {State::showing, State::focusable, State::focused});
@@ -169,7 +169,7 @@ TEST_F(AccessibilityFocus, OfTheSystemIsThatOfTheApplicationInFront) {
     EXPECT_EQ(accessibility().copyAttribute(system, attribute::focusedUIElement), failureOf(AXError::apiDisabled));
 }
 
-TEST_F(AccessibilityFocus, TellsTheWindowsApart) {
+TEST_F(AccessibilityFocus, DistinguishesFocusedAndMainWindow) {
     addWindows({"/hidden", "/second", "/first"});
     addObject("/hidden", {});
     addObject("/second", {State::showing});
@@ -183,7 +183,7 @@ TEST_F(AccessibilityFocus, TellsTheWindowsApart) {
     EXPECT_EQ(copy("/second", attribute::main), successOf(false));
 }
 
-TEST_F(AccessibilityFocus, LeavesAMainWindowToAnApplicationInTheBackground) {
+TEST_F(AccessibilityFocus, HasAMainWindowInABackgroundApplication) {
     addWindows({"/hidden", "/window"});
     addObject("/hidden", {});
     addObject("/window", {State::showing});

@@ -9,7 +9,7 @@
 namespace lomaris {
 namespace {
 
-TEST(MenuShortcut, IsReadFromTheBindingsThatToolkitsWrite) {
+TEST(MenuShortcut, ParsesTheBindingsOfToolkits) {
     struct Case {
         std::string_view binding;
         MenuShortcut shortcut;
@@ -45,7 +45,7 @@ TEST(MenuShortcut, IsReadFromTheBindingsThatToolkitsWrite) {
     }
 }
 
-TEST(MenuShortcut, IsNothingWhereThereIsNoneOrItIsNotUnderstood) {
+TEST(MenuShortcut, IsAbsentIfThereIsNoneOrItIsNotSupported) {
     const std::vector<std::string_view> bindings{
         "",          ";;",  "c;<Alt>e:c;", "f;<Alt>f;", "<Primary>",        "<Primary>Page_Up",
         "<Primaryc", "<>c", "Ctrl+",       "F11",       "c;<Alt>e:c;<Fn>c", "Fn+C",

@@ -31,7 +31,7 @@ protected:
         peer().answer(path, "Accessible.GetRole", unsignedInteger(role));
     }
 
-    /// A window with a menu bar in a box; `titleChildren` stand below its one title.
+    /// Adds a window with a menu bar in a box; `titleChildren` are the children of its only title.
     void addWindow(const std::vector<std::string>& titleChildren) {
         addObject(atspi::rootPath, {}, {window});
         addRole(window, frame, {box}, {State::active, State::showing});
@@ -63,7 +63,7 @@ protected:
     }
 };
 
-TEST_F(AccessibilityMenu, ShowsAMenuBetweenATitleAndItsItems) {
+TEST_F(AccessibilityMenu, HasAMenuBetweenATitleAndItsItems) {
     addWindow({item, secondItem});
     start();
     const std::vector<Element> found = titles();
@@ -78,7 +78,7 @@ TEST_F(AccessibilityMenu, ShowsAMenuBetweenATitleAndItsItems) {
     EXPECT_EQ(childrenOf(menus.front()), (std::vector{object(item), object(secondItem)}));
 }
 
-TEST_F(AccessibilityMenu, TakesTheMenuOfTheToolkitWhereThereIsOne) {
+TEST_F(AccessibilityMenu, UsesTheMenuOfTheToolkitIfThereIsOne) {
     addWindow({popup});
     addRole(popup, atspi_role::popupMenu, {item, secondItem}, {});
     start();
@@ -89,7 +89,7 @@ TEST_F(AccessibilityMenu, TakesTheMenuOfTheToolkitWhereThereIsOne) {
     EXPECT_EQ(childrenOf(menus.front()), (std::vector{object(item), object(secondItem)}));
 }
 
-TEST_F(AccessibilityMenu, TakesAnOnlySubmenuForAnItem) {
+TEST_F(AccessibilityMenu, TreatsAnOnlySubmenuAsAnItem) {
     addWindow({popup});
     addRole(popup, atspi_role::menu, {item}, {});
     start();
@@ -104,20 +104,20 @@ TEST_F(AccessibilityMenu, HasNoMenuBelowAnEmptyTitle) {
     EXPECT_EQ(childrenOf(titles().at(0)), std::vector<Element>());
 }
 
-TEST_F(AccessibilityMenu, OffersNoMenuBarThatDoesNotShow) {
+TEST_F(AccessibilityMenu, HasNoMenuBarIfItIsNotShowing) {
     addWindow({item});
     addRole(bar, atspi_role::menuBar, {title}, {State::visible});
     start();
     EXPECT_EQ(menuBar(), failureOf(AXError::noValue));
 }
 
-TEST_F(AccessibilityMenu, OffersNoMenuBarOfAnApplicationWithoutAWindow) {
+TEST_F(AccessibilityMenu, HasNoMenuBarWithoutAWindow) {
     addObject(atspi::rootPath, {}, {});
     start();
     EXPECT_EQ(menuBar(), failureOf(AXError::noValue));
 }
 
-TEST_F(AccessibilityMenu, DoesNotListWhatHasTooManyChildren) {
+TEST_F(AccessibilityMenu, DoesNotListObjectsWithTooManyChildren) {
     addWindow({item});
     peer().answer(box, "Get Accessible.ChildCount", integerProperty(1000000));
     start();
@@ -125,7 +125,7 @@ TEST_F(AccessibilityMenu, DoesNotListWhatHasTooManyChildren) {
     EXPECT_EQ(peer().callCount(box, "Accessible.GetChildren"), 0);
 }
 
-TEST_F(AccessibilityMenu, NamesTheRolesOfItsParts) {
+TEST_F(AccessibilityMenu, HasTheRolesOfItsParts) {
     addWindow({item, secondItem});
     start();
     const AttributeAnswer answer = menuBar();
@@ -139,10 +139,10 @@ TEST_F(AccessibilityMenu, NamesTheRolesOfItsParts) {
     EXPECT_EQ(copyFrom(menu, attribute::title), successOf(Text(u"Edit")));
 }
 
-TEST_F(AccessibilityMenu, FailsAsItsObjectFails) {
+TEST_F(AccessibilityMenu, FailsIfItsObjectFails) {
     addWindow({item});
     int roleCalls = 0;
-    // The search takes its role for that of a menu bar.
+    // During the search, its role is that of a menu bar.
     peer().answerWith(bar, "Accessible.GetRole", [&roleCalls] {
         return ++roleCalls == 1 ? unsignedInteger(atspi_role::menuBar) : string("no number");
     });
@@ -155,7 +155,7 @@ TEST_F(AccessibilityMenu, FailsAsItsObjectFails) {
     EXPECT_EQ(copyFrom(*found, attribute::children), failureOf(AXError::failure));
 }
 
-TEST_F(AccessibilityMenu, LeavesOutTitlesThatAreNone) {
+TEST_F(AccessibilityMenu, SkipsNullTitles) {
     addWindow({item});
     peer().answer(bar, "Accessible.GetChildren",
                   references({{peer().name(), atspi::nullPath}, {peer().name(), title}}));
@@ -163,7 +163,7 @@ TEST_F(AccessibilityMenu, LeavesOutTitlesThatAreNone) {
     EXPECT_EQ(titles().size(), 1U);
 }
 
-TEST_F(AccessibilityMenu, IsSoughtInAFewLevelsOfAWindow) {
+TEST_F(AccessibilityMenu, IsSearchedInTheTopLevelsOfAWindow) {
     for (const auto& [depth, isFound] : {std::pair(4, true), std::pair(5, false)}) {
         TearDown();
         SetUp();
@@ -178,7 +178,7 @@ TEST_F(AccessibilityMenu, IsSoughtInAFewLevelsOfAWindow) {
     }
 }
 
-TEST_F(AccessibilityMenu, IsSoughtAmongAFewHundredObjects) {
+TEST_F(AccessibilityMenu, IsSearchedAmongALimitedNumberOfObjects) {
     for (const auto& [count, isFound] : {std::pair(100, true), std::pair(101, false)}) {
         TearDown();
         SetUp();
@@ -196,7 +196,7 @@ TEST_F(AccessibilityMenu, IsSoughtAmongAFewHundredObjects) {
     }
 }
 
-TEST_F(AccessibilityMenu, ListsUpToAsManyChildrenAsItLooksAt) {
+TEST_F(AccessibilityMenu, ListsAsManyChildrenAsItExamines) {
     for (const auto& [count, isFound] : {std::pair(300, true), std::pair(301, false)}) {
         TearDown();
         SetUp();
@@ -211,14 +211,14 @@ TEST_F(AccessibilityMenu, ListsUpToAsManyChildrenAsItLooksAt) {
     }
 }
 
-TEST_F(AccessibilityMenu, CannotCompleteTheSearchWhereTheApplicationHangs) {
+TEST_F(AccessibilityMenu, CannotCompleteIfTheApplicationHangs) {
     addWindow({item});
     peer().hang(box, "Get Accessible.ChildCount");
     start();
     EXPECT_EQ(menuBar(), failureOf(AXError::cannotComplete));
 }
 
-TEST_F(AccessibilityMenu, CannotCompleteTheSearchIfTheApplicationHangsOverAnyOfItsCalls) {
+TEST_F(AccessibilityMenu, CannotCompleteIfAnyCallHangs) {
     for (const auto& [path, call] : {std::pair(box, "Accessible.GetChildren"), std::pair(bar, "Accessible.GetRole"),
                                      std::pair(bar, "Accessible.GetState")}) {
         TearDown();
@@ -230,7 +230,7 @@ TEST_F(AccessibilityMenu, CannotCompleteTheSearchIfTheApplicationHangsOverAnyOfI
     }
 }
 
-TEST_F(AccessibilityMenu, TellsTheShortcutOfAnItem) {
+TEST_F(AccessibilityMenu, ReportsTheShortcutOfAnItem) {
     addWindow({item, secondItem});
     peer().answer(item, "Action.GetKeyBinding", string("c;<Alt>e:c;<Primary><Shift>c"));
     peer().answer(secondItem, "Action.GetKeyBinding", string(""));
@@ -244,7 +244,7 @@ TEST_F(AccessibilityMenu, TellsTheShortcutOfAnItem) {
     EXPECT_EQ(copy(box, attribute::menuItemCommandCharacter), failureOf(AXError::attributeUnsupported));
 }
 
-TEST_F(AccessibilityMenu, TellsWhetherAPressWasTaken) {
+TEST_F(AccessibilityMenu, ReportsWhetherAPressWasAccepted) {
     addWindow({item, secondItem});
     peer().answer(item, "Action.DoAction", boolean(true));
     peer().answer(secondItem, "Action.DoAction", boolean(false));
@@ -256,7 +256,7 @@ TEST_F(AccessibilityMenu, TellsWhetherAPressWasTaken) {
     EXPECT_EQ(accessibility().performAction(object(box), action::press), AXError::actionUnsupported);
 }
 
-TEST_F(AccessibilityMenu, RaisesNothingWithoutTheMeansTo) {
+TEST_F(AccessibilityMenu, RaisesNothingWithoutARaiser) {
     addWindow({item});
     start();
     EXPECT_EQ(accessibility().performAction(object(window), action::raise), AXError::actionUnsupported);

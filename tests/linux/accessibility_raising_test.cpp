@@ -14,7 +14,7 @@ using atspi::State;
 const std::string window = "/window";
 const std::string text = "/text";
 
-/// A raiser that notes what it is to raise.
+/// A raiser that records its calls.
 class NotingRaiser {
 public:
     bool raise(ProcessIdentifier processIdentifier, TextView title) {
@@ -66,14 +66,14 @@ TEST_F(RaisingAndFocusing, RaisesAWindowByItsTitle) {
     EXPECT_EQ(raiser().raised, theWindow());
 }
 
-TEST_F(RaisingAndFocusing, CannotCompleteIfTheWindowDoesNotComeToTheFront) {
+TEST_F(RaisingAndFocusing, CannotCompleteIfTheWindowIsNotActivated) {
     raiser().succeeds = false;
     start();
     EXPECT_EQ(raise(window), AXError::cannotComplete);
     EXPECT_EQ(raiser().raised, theWindow());
 }
 
-TEST_F(RaisingAndFocusing, RaisesAWindowThatIsToBeMainOrFocused) {
+TEST_F(RaisingAndFocusing, RaisesAWindowThatIsSetAsMainOrFocused) {
     start();
     for (const auto& attribute : {attribute::main, attribute::focused}) {
         raiser().raised.clear();
@@ -84,7 +84,7 @@ TEST_F(RaisingAndFocusing, RaisesAWindowThatIsToBeMainOrFocused) {
     }
 }
 
-TEST_F(RaisingAndFocusing, RaisesNothingButWindows) {
+TEST_F(RaisingAndFocusing, RaisesOnlyWindows) {
     start();
     EXPECT_EQ(raise(text), AXError::actionUnsupported);
     EXPECT_EQ(set(text, attribute::main, true), AXError::attributeUnsupported);
@@ -107,7 +107,7 @@ TEST_F(RaisingAndFocusing, GivesAnObjectTheFocus) {
     EXPECT_EQ(raiser().raised, Raised());
 }
 
-TEST_F(RaisingAndFocusing, TakesTheStateForTheOutcomeAndNotTheReply) {
+TEST_F(RaisingAndFocusing, ReportsTheStateInsteadOfTheReply) {
     peer().answer(text, "Component.GrabFocus", boolean(false));
     addObject("/lying", {State::focusable});
     peer().answer("/lying", "Component.GrabFocus", boolean(true));
@@ -116,7 +116,7 @@ TEST_F(RaisingAndFocusing, TakesTheStateForTheOutcomeAndNotTheReply) {
     EXPECT_EQ(set("/lying", attribute::focused, true), AXError::cannotComplete);
 }
 
-TEST_F(RaisingAndFocusing, FailsAsTheObjectFails) {
+TEST_F(RaisingAndFocusing, FailsIfTheObjectFails) {
     peer().answer(text, "Component.GrabFocus", string("no boolean"));
     addObject("/gone", {State::defunct});
     peer().answerError("/gone", "Component.GrabFocus", "org.freedesktop.DBus.Error.UnknownObject");

@@ -30,14 +30,14 @@ TEST_F(AccessibilityTerminal, IsRecognizedByItsRole) {
     EXPECT_TRUE(isTerminalFocused());
 }
 
-TEST_F(AccessibilityTerminal, IsNoOtherElement) {
+TEST_F(AccessibilityTerminal, IsNotReportedForOtherElements) {
     addFocusedElement();
     peer().answer("/element", "Accessible.GetRole", unsignedInteger(textRole));
     start();
     EXPECT_FALSE(isTerminalFocused());
 }
 
-TEST_F(AccessibilityTerminal, IsFocused) {
+TEST_F(AccessibilityTerminal, IsNotReportedWithoutTheFocus) {
     addObject(atspi::rootPath, {}, {"/window"});
     addObject("/window", {State::active, State::showing}, {"/terminal"});
     addObject("/terminal", {State::showing, State::focusable});
@@ -46,13 +46,13 @@ TEST_F(AccessibilityTerminal, IsFocused) {
     EXPECT_FALSE(isTerminalFocused());
 }
 
-TEST_F(AccessibilityTerminal, IsNotReportedIfTheApplicationCannotBeAsked) {
+TEST_F(AccessibilityTerminal, IsNotReportedIfTheApplicationHangs) {
     addFocusedElement();
     peer().hang("/element", "Accessible.GetRole");
     start();
     EXPECT_FALSE(accessibility().isTerminalFocused(1));
     EXPECT_FALSE(isTerminalFocused());
-    // It has missed a deadline, and is not asked any more.
+    // The application has missed a deadline and is not called again.
     const int calls = peer().callCount();
     EXPECT_FALSE(isTerminalFocused());
     EXPECT_EQ(peer().callCount(), calls);

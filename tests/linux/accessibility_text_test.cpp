@@ -23,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(AccessibilityText, ReadsTheFirstSelectionInUtf16UnitsFromCodePoints) {
+TEST_F(AccessibilityText, ConvertsTheFirstSelectionFromCodePoints) {
     addObject(path, {State::editable});
     addText(path, astral, 4, {{2, 4}, {0, 1}});
     start();
@@ -31,14 +31,14 @@ TEST_F(AccessibilityText, ReadsTheFirstSelectionInUtf16UnitsFromCodePoints) {
     EXPECT_EQ(copy(path, attribute::value), successOf(Text(u"a\U0001F600bc")));
 }
 
-TEST_F(AccessibilityText, ReadsTheSameSelectionFromUtf16Units) {
+TEST_F(AccessibilityText, ReadsTheFirstSelectionInUtf16Units) {
     addObject(path, {State::editable});
     addText(path, astral, 5, {{3, 5}});
     start();
     expectSelection(successOf(Text(u"bc")), successOf(TextRange{3, 2}));
 }
 
-TEST_F(AccessibilityText, TakesPaddingAwayOnlyFromTheToolkitThatPads) {
+TEST_F(AccessibilityText, RemovesPaddingOnlyForTheToolkitThatPads) {
     addObject(path, {State::editable});
     addText(path,
             "a\xF0\x9F\x98\x80\xEF\xBB\xBF"
@@ -55,14 +55,14 @@ TEST_F(AccessibilityText, TakesPaddingAwayOnlyFromTheToolkitThatPads) {
     EXPECT_EQ(copy(path, attribute::value), successOf(Text(u"a\U0001F600\uFEFFbc")));
 }
 
-TEST_F(AccessibilityText, TurnsABackwardsSelectionAround) {
+TEST_F(AccessibilityText, SwapsABackwardSelection) {
     addObject(path, {State::editable});
     addText(path, "hello", 5, {{4, 1}});
     start();
     expectSelection(successOf(Text(u"ell")), successOf(TextRange{1, 3}));
 }
 
-TEST_F(AccessibilityText, AnswersTheCaretWhereNothingIsSelected) {
+TEST_F(AccessibilityText, ReturnsTheCaretIfNothingIsSelected) {
     addObject(path, {State::editable});
     addText(path, astral, 4, {}, 2);
     start();
@@ -77,7 +77,7 @@ TEST_F(AccessibilityText, HasNoRangeWithoutACaret) {
     expectSelection(successOf(Text()), failureOf(AXError::noValue));
 }
 
-TEST_F(AccessibilityText, FailsRatherThanGuess) {
+TEST_F(AccessibilityText, FailsIfTheRangeCannotBeConverted) {
     struct Case {
         const char* bytes;
         int characterCount;
@@ -105,7 +105,7 @@ TEST_F(AccessibilityText, FailsRatherThanGuess) {
     }
 }
 
-TEST_F(AccessibilityText, FailsOnRepliesOfTheWrongKind) {
+TEST_F(AccessibilityText, FailsOnRepliesOfAnotherType) {
     struct Case {
         const char* call;
         Values values;
@@ -132,14 +132,14 @@ TEST_F(AccessibilityText, FailsOnRepliesOfTheWrongKind) {
     }
 }
 
-TEST_F(AccessibilityText, IsUnsupportedWhereThereIsNone) {
+TEST_F(AccessibilityText, IsUnsupportedIfThereIsNone) {
     addObject(path, {});
     start();
     expectSelection(failureOf(AXError::attributeUnsupported), failureOf(AXError::attributeUnsupported));
     EXPECT_EQ(copy(path, attribute::value), failureOf(AXError::attributeUnsupported));
 }
 
-TEST_F(AccessibilityText, ReadsANumberWhereThereIsNoText) {
+TEST_F(AccessibilityText, ReadsANumberIfThereIsNoText) {
     const std::vector<std::pair<double, AttributeValue>> cases{
         {3, std::int64_t{3}},          {-0.5, OtherNumber{-0.5}},          {1e300, OtherNumber{1e300}},
         {0x1p63, OtherNumber{0x1p63}}, {-0x1p63, std::int64_t{INT64_MIN}},
@@ -154,7 +154,7 @@ TEST_F(AccessibilityText, ReadsANumberWhereThereIsNoText) {
     }
 }
 
-TEST_F(AccessibilityText, IsTheOnlyAttributeThatCanBeWritten) {
+TEST_F(AccessibilityText, IsTheOnlySettableAttribute) {
     addObject(path, {State::editable});
     peer().answerError("/gone", "Accessible.GetState", "org.freedesktop.DBus.Error.UnknownObject");
     start();
@@ -170,7 +170,7 @@ TEST_F(AccessibilityText, IsTheOnlyAttributeThatCanBeWritten) {
               (SettableAnswer{AXError::attributeUnsupported, false}));
 }
 
-TEST_F(AccessibilityText, CanBeWrittenOnlyWhereTheObjectSaysSo) {
+TEST_F(AccessibilityText, IsSettableOnlyIfTheObjectAllowsIt) {
     struct Case {
         std::vector<std::string> interfaces;
         std::vector<State> states;

@@ -9,7 +9,7 @@ namespace {
 
 class AccessibilityTrust : public FakeDesktop {};
 
-TEST_F(AccessibilityTrust, IsThereWhereTheSwitchIsOn) {
+TEST_F(AccessibilityTrust, IsGrantedIfTheSettingIsOn) {
     start();
     EXPECT_TRUE(accessibility().isProcessTrusted(TrustPrompt::none));
 }
@@ -33,7 +33,7 @@ TEST_F(AccessibilityTrust, IsMissingWithoutASessionBus) {
     }
 }
 
-TEST_F(AccessibilityTrust, FindsTheSessionBusInTheRunTimeDirectoryToo) {
+TEST_F(AccessibilityTrust, FindsTheSessionBusInTheRuntimeDirectory) {
     start();
     unsetenv("DBUS_SESSION_BUS_ADDRESS");
     setenv("XDG_RUNTIME_DIR", "/nonexistent", 1);
@@ -42,7 +42,7 @@ TEST_F(AccessibilityTrust, FindsTheSessionBusInTheRunTimeDirectoryToo) {
     unsetenv("XDG_RUNTIME_DIR");
 }
 
-TEST_F(AccessibilityTrust, TurnsTheSwitchOnOnlyWhenAsked) {
+TEST_F(AccessibilityTrust, EnablesTheSettingOnlyWithAPrompt) {
     auto enabled = std::make_shared<std::atomic<bool>>(false);
     desktop().answerWith("/org/a11y/bus", "Get org.a11y.Status.IsEnabled",
                          [enabled] { return booleanProperty(*enabled); });
@@ -58,14 +58,14 @@ TEST_F(AccessibilityTrust, TurnsTheSwitchOnOnlyWhenAsked) {
     EXPECT_TRUE(accessibility().isProcessTrusted(TrustPrompt::none));
 }
 
-TEST_F(AccessibilityTrust, IsMissingWhereTheSwitchCannotBeRead) {
+TEST_F(AccessibilityTrust, IsMissingIfTheSettingCannotBeRead) {
     desktop().answer("/org/a11y/bus", "Get org.a11y.Status.IsEnabled", stringProperty("true"));
     start();
     EXPECT_FALSE(accessibility().isProcessTrusted(TrustPrompt::ask));
     EXPECT_EQ(desktop().callCount("/org/a11y/bus", "Set org.a11y.Status.IsEnabled"), 0);
 }
 
-TEST_F(AccessibilityTrust, IsMissingWhereTheLauncherHangs) {
+TEST_F(AccessibilityTrust, IsMissingIfTheLauncherHangs) {
     desktop().hang("/org/a11y/bus", "org.a11y.Bus.GetAddress");
     start();
     EXPECT_FALSE(accessibility().isProcessTrusted(TrustPrompt::none));
@@ -73,7 +73,7 @@ TEST_F(AccessibilityTrust, IsMissingWhereTheLauncherHangs) {
     EXPECT_EQ(desktop().callCount(), 1);
 }
 
-TEST_F(AccessibilityTrust, IsMissingWhereTheAddressLeadsNowhere) {
+TEST_F(AccessibilityTrust, IsMissingIfTheAddressIsNotReachable) {
     desktop().answer("/org/a11y/bus", "org.a11y.Bus.GetAddress", string("unix:path=/nonexistent/bus"));
     start();
     EXPECT_FALSE(accessibility().isProcessTrusted(TrustPrompt::none));

@@ -26,10 +26,10 @@ constexpr std::array walkAttributes{
     attribute::subrole,  attribute::title,   attribute::value,
 };
 
-/// A desktop whose application answers for each of its objects what it lists of it.
+/// A desktop whose application returns the same data for an object as in its list.
 class AccessibilityWalk : public FakeDesktop {
 protected:
-    /// An object of the application; the first one is the window.
+    /// Adds an object of the application; the first one is the window.
     void add(const std::string& path, std::uint32_t role, const std::vector<State>& states,
              const std::vector<std::string>& interfaces = {}, const std::vector<std::string>& children = {},
              const std::string& parent = "/window") {
@@ -87,7 +87,7 @@ private:
     std::vector<ListedObject> objects_;
 };
 
-TEST_F(AccessibilityWalk, AnswersWhatSingleCopiesAnswer) {
+TEST_F(AccessibilityWalk, ReturnsWhatSingleCopiesReturn) {
     add("/window", frame, {State::active}, {}, {"/bar", "/text", "/plain", "/password", "/number"}, atspi::rootPath);
     add("/bar", atspi_role::menuBar, {}, {}, {"/title"});
     add("/title", atspi_role::menu, {State::sensitive}, {}, {"/item"}, "/bar");
@@ -106,7 +106,7 @@ TEST_F(AccessibilityWalk, AnswersWhatSingleCopiesAnswer) {
     const auto expected = copyOneByOne(elements());
     EXPECT_EQ(copyAll(elements()), expected);
     EXPECT_EQ(listCount(), 1);
-    // What the comparison rests on is not all failures.
+    // The compared results are not all failures.
     EXPECT_EQ(expected[2][5], successOf(Text(u"AXMenuBarItem")));
     EXPECT_EQ(expected[3][5], successOf(Text(u"AXMenuItem")));
     EXPECT_EQ(expected[5][5], successOf(Text(u"AXTextArea")));
@@ -115,7 +115,7 @@ TEST_F(AccessibilityWalk, AnswersWhatSingleCopiesAnswer) {
     EXPECT_EQ(expected[8][10], successOf(std::int64_t{3}));
 }
 
-TEST_F(AccessibilityWalk, AnswersTheSameForObjectsThatAreNotListed) {
+TEST_F(AccessibilityWalk, ReturnsTheSameForUnlistedObjects) {
     add("/window", frame, {State::active}, {}, {"/a", "/b"}, atspi::rootPath);
     add("/a", pushButton, {State::defunct});
     add("/b", pushButton, {State::enabled});
@@ -125,8 +125,8 @@ TEST_F(AccessibilityWalk, AnswersTheSameForObjectsThatAreNotListed) {
     EXPECT_EQ(copyAll(all), copyOneByOne(all));
 }
 
-/// An application may list an object without counting what is below it, and call another its parent.
-TEST_F(AccessibilityWalk, TakesTheChildrenFromTheObjectItself) {
+/// An application may list an object without its number of children, and a child with another parent.
+TEST_F(AccessibilityWalk, RequestsChildrenFromTheObjectItself) {
     add("/window", frame, {}, {}, {"/a", "/b"}, atspi::rootPath);
     add("/a", pushButton, {}, {}, {"/c"}, "/b");
     add("/b", pushButton, {}, {}, {});
@@ -141,7 +141,7 @@ TEST_F(AccessibilityWalk, TakesTheChildrenFromTheObjectItself) {
     EXPECT_EQ(accessibility().copyAttributes(elements(), attributes), expected);
 }
 
-TEST_F(AccessibilityWalk, TellsWhichTextsCanBeWrittenAsSingleQuestionsDo) {
+TEST_F(AccessibilityWalk, ReportsSettableTextsAsSingleRequestsDo) {
     add("/window", frame, {}, {}, {}, atspi::rootPath);
     add("/editable", atspi_role::text, {State::editable}, {atspi::text, atspi::editableText});
     add("/locked", atspi_role::text, {State::editable, State::readOnly}, {atspi::text, atspi::editableText});
@@ -158,7 +158,7 @@ TEST_F(AccessibilityWalk, TellsWhichTextsCanBeWrittenAsSingleQuestionsDo) {
     }
 }
 
-TEST_F(AccessibilityWalk, ForgetsTheListWhenASingleElementIsLookedAt) {
+TEST_F(AccessibilityWalk, DropsTheListOnASingleElementOperation) {
     add("/window", frame, {}, {}, {"/a"}, atspi::rootPath);
     add("/a", pushButton, {});
     const auto role = std::make_shared<std::atomic<std::uint32_t>>(pushButton);
@@ -170,7 +170,7 @@ TEST_F(AccessibilityWalk, ForgetsTheListWhenASingleElementIsLookedAt) {
     EXPECT_EQ(copyAll({object("/a")})[0][5], successOf(Text(u"AXWindow")));
 }
 
-TEST_F(AccessibilityWalk, AsksForNoListWhereOnlyAFewElementsAreLookedAt) {
+TEST_F(AccessibilityWalk, RequestsNoListWithoutABatchOfChildren) {
     add("/window", frame, {}, {}, {"/a"}, atspi::rootPath);
     add("/a", pushButton, {});
     startListing();
@@ -180,7 +180,7 @@ TEST_F(AccessibilityWalk, AsksForNoListWhereOnlyAFewElementsAreLookedAt) {
     EXPECT_EQ(listCount(), 0);
 }
 
-TEST_F(AccessibilityWalk, AsksNoQuestionTwiceThatStillWaitsForItsAnswer) {
+TEST_F(AccessibilityWalk, SendsIdenticalPendingRequestsOnce) {
     add("/text", atspi_role::text, {State::focused}, {atspi::text, atspi::editableText}, {}, atspi::rootPath);
     addText("/text", "hello", 5, {{1, 3}});
     start();
@@ -192,7 +192,7 @@ TEST_F(AccessibilityWalk, AsksNoQuestionTwiceThatStillWaitsForItsAnswer) {
     }
 }
 
-TEST_F(AccessibilityWalk, EndsSoonWhereTheApplicationHangsOverTheList) {
+TEST_F(AccessibilityWalk, EndsSoonIfTheListRequestHangs) {
     add("/window", frame, {}, {}, {"/a"}, atspi::rootPath);
     add("/a", pushButton, {});
     listObjects(listed());
@@ -207,7 +207,7 @@ TEST_F(AccessibilityWalk, EndsSoonWhereTheApplicationHangsOverTheList) {
     EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(1900));
 }
 
-TEST_F(AccessibilityWalk, IsOfInvalidElementsWhereTheApplicationEndsOverTheList) {
+TEST_F(AccessibilityWalk, HasInvalidElementsIfTheApplicationExits) {
     add("/window", frame, {}, {}, {}, atspi::rootPath);
     listObjects(listed());
     peer().leave(atspi::cachePath, "Cache.GetItems");

@@ -19,7 +19,7 @@ constexpr const char* insertion = "EditableText.InsertText";
 constexpr const char* caret = "Text.SetCaretOffset";
 constexpr const char* refusal = "org.freedesktop.DBus.Error.Failed";
 
-/// A text that the application changes, or does not, in its own way; only its thread touches it.
+/// The text of the application, which a test changes when a call arrives. Used only on the thread of the peer.
 struct EditedText {
     std::string bytes;
     int characterCount = 0;
@@ -36,7 +36,7 @@ using Arguments = std::vector<std::string>;
 
 class AccessibilityWriting : public FakeDesktop {
 protected:
-    /// The text with its selection; `ToolkitName` is as given.
+    /// Adds the text with its selection, in an application with this `ToolkitName`.
     void show(const EditedText& shown, const std::string& toolkit = "gtk") {
         *text_ = shown;
         addObject(path, {State::editable});
@@ -54,7 +54,7 @@ protected:
         peer().answerWith(path, call, [text = text_, values = std::move(values)] { return values(*text); });
     }
 
-    /// The call claims success; the n-th time, the text becomes the n-th of `results`, and stays as it is after that.
+    /// Lets the call return true. The n-th call changes the text to the n-th of `results`; later calls change nothing.
     void onCall(const std::string& call, std::vector<std::string> results) {
         const auto next = std::make_shared<std::size_t>(0);
         answer(call, [next, results = std::move(results)](EditedText& text) {
@@ -80,7 +80,7 @@ private:
 
 const EditedText threeWords{"one two three", 13, {4, 7}};
 
-TEST_F(AccessibilityWriting, TakesTheSelectionAwayAndInserts) {
+TEST_F(AccessibilityWriting, DeletesTheSelectionAndInserts) {
     show(threeWords);
     onCall(deletion, {"one  three"});
     onCall(insertion, {"one 2 three"});
@@ -92,7 +92,7 @@ TEST_F(AccessibilityWriting, TakesTheSelectionAwayAndInserts) {
     expectText(u"one 2 three");
 }
 
-TEST_F(AccessibilityWriting, CountsInThePositionsOfTheApplication) {
+TEST_F(AccessibilityWriting, UsesThePositionsOfTheApplication) {
     // "a", U+1F600, "bcd", counted in code points; "bc" is selected.
     EditedText text{
         "a\xF0\x9F\x98\x80"
@@ -123,7 +123,7 @@ TEST_F(AccessibilityWriting, CountsInThePositionsOfTheApplication) {
     EXPECT_EQ(arguments(caret), Arguments{"4"});
 }
 
-TEST_F(AccessibilityWriting, GivesTheLengthInTheUnitsOfTheToolkit) {
+TEST_F(AccessibilityWriting, SendsTheLengthInTheUnitsOfTheToolkit) {
     show({"one  three", 10, {4, 4}}, "Qt");
     answer(insertion, [](EditedText& text) {
         text = {"one \xC3\xA9\xF0\x9F\x98\x80 three", 13, {7, 7}};
@@ -133,10 +133,10 @@ TEST_F(AccessibilityWriting, GivesTheLengthInTheUnitsOfTheToolkit) {
     EXPECT_EQ(write(u"\u00e9\U0001F600"), AXError::success);
     EXPECT_EQ(callCount(deletion), 0) << "nothing is selected";
     EXPECT_EQ(arguments(insertion), Arguments{"4, \"\xC3\xA9\xF0\x9F\x98\x80\", 3"});
-    EXPECT_EQ(callCount(caret), 0) << "the caret is behind the text already";
+    EXPECT_EQ(callCount(caret), 0) << "the caret is after the text already";
 }
 
-TEST_F(AccessibilityWriting, OnlyTakesAwayWhereNothingIsToBeInserted) {
+TEST_F(AccessibilityWriting, OnlyDeletesIfTheNewTextIsEmpty) {
     show(threeWords);
     onCall(deletion, {"one  three"});
     start();
@@ -144,7 +144,7 @@ TEST_F(AccessibilityWriting, OnlyTakesAwayWhereNothingIsToBeInserted) {
     EXPECT_EQ(callCount(insertion), 0);
 }
 
-TEST_F(AccessibilityWriting, FailsWhereTheApplicationClaimsToDeleteAndDoesNothing) {
+TEST_F(AccessibilityWriting, FailsIfTheApplicationDoesNotDelete) {
     show(threeWords);
     onCall(deletion, {});
     onCall(insertion, {});
@@ -155,7 +155,7 @@ TEST_F(AccessibilityWriting, FailsWhereTheApplicationClaimsToDeleteAndDoesNothin
     expectText(u"one two three");
 }
 
-TEST_F(AccessibilityWriting, FailsWhereSomethingElseIsDeleted) {
+TEST_F(AccessibilityWriting, FailsIfAnotherTextIsDeleted) {
     show(threeWords);
     onCall(deletion, {"one"});
     onCall(insertion, {});
@@ -164,7 +164,7 @@ TEST_F(AccessibilityWriting, FailsWhereSomethingElseIsDeleted) {
     EXPECT_EQ(callCount(insertion), 0);
 }
 
-TEST_F(AccessibilityWriting, PutsTheDeletedTextBackWhereNothingIsInserted) {
+TEST_F(AccessibilityWriting, RestoresTheDeletedTextIfNothingIsInserted) {
     show(threeWords);
     onCall(deletion, {"one  three"});
     onCall(insertion, {"one  three", "one two three"});
@@ -174,7 +174,7 @@ TEST_F(AccessibilityWriting, PutsTheDeletedTextBackWhereNothingIsInserted) {
     expectText(u"one two three");
 }
 
-TEST_F(AccessibilityWriting, TakesABeginningThatArrivedAwayAgain) {
+TEST_F(AccessibilityWriting, RemovesAPartialInsertion) {
     show(threeWords);
     onCall(deletion, {"one  three", "one  three"});
     onCall(insertion, {"one lo three", "one two three"});
@@ -185,7 +185,7 @@ TEST_F(AccessibilityWriting, TakesABeginningThatArrivedAwayAgain) {
     expectText(u"one two three");
 }
 
-TEST_F(AccessibilityWriting, LeavesWhatIsNotItsOwnAlone) {
+TEST_F(AccessibilityWriting, DoesNotRestoreOverOtherText) {
     show(threeWords);
     onCall(deletion, {"one  three"});
     onCall(insertion, {"one typed three"});
@@ -196,7 +196,7 @@ TEST_F(AccessibilityWriting, LeavesWhatIsNotItsOwnAlone) {
     expectText(u"one typed three");
 }
 
-TEST_F(AccessibilityWriting, CountsWhatArrivesAndNotWhatIsClaimed) {
+TEST_F(AccessibilityWriting, IgnoresTheReplyToAChange) {
     show(threeWords);
     answer(deletion, [](EditedText& text) {
         text.become("one  three");
@@ -210,14 +210,14 @@ TEST_F(AccessibilityWriting, CountsWhatArrivesAndNotWhatIsClaimed) {
     EXPECT_EQ(write(u"2"), AXError::success);
 }
 
-TEST_F(AccessibilityWriting, WaitsForAChangeThatShowsLater) {
+TEST_F(AccessibilityWriting, WaitsForADelayedChange) {
     show(threeWords);
     const auto reads = std::make_shared<int>(-1);
     answer(deletion, [reads](EditedText&) {
         *reads = 0;
         return boolean(true);
     });
-    // The number of selections is what every look at the text begins with.
+    // Every read of the text begins with the number of selections.
     answer("Text.GetNSelections", [reads](EditedText& text) {
         if (*reads >= 0 && ++*reads == 3) {
             text.become("one  three");
@@ -229,7 +229,7 @@ TEST_F(AccessibilityWriting, WaitsForAChangeThatShowsLater) {
     EXPECT_EQ(write(u"2"), AXError::success);
 }
 
-TEST_F(AccessibilityWriting, TakesTheLineBreaksOfTheToolkit) {
+TEST_F(AccessibilityWriting, AcceptsTheLineBreaksOfTheToolkit) {
     show(threeWords);
     onCall(deletion, {"one  three"});
     onCall(insertion, {"one a\nb\nc three"});
@@ -237,7 +237,7 @@ TEST_F(AccessibilityWriting, TakesTheLineBreaksOfTheToolkit) {
     EXPECT_EQ(write(u"a\r\nb\rc"), AXError::success);
 }
 
-TEST_F(AccessibilityWriting, PutsTheDeletedTextBackWhereTheInsertionIsRefused) {
+TEST_F(AccessibilityWriting, RestoresTheDeletedTextIfTheInsertionIsRefused) {
     show(threeWords);
     onCall(deletion, {"one  three"});
     peer().answerError(path, insertion, refusal);
@@ -246,7 +246,7 @@ TEST_F(AccessibilityWriting, PutsTheDeletedTextBackWhereTheInsertionIsRefused) {
     EXPECT_EQ(callCount(insertion), 2);
 }
 
-TEST_F(AccessibilityWriting, CannotCompleteWhereTheApplicationHangs) {
+TEST_F(AccessibilityWriting, CannotCompleteIfTheApplicationHangs) {
     show(threeWords);
     peer().hang(path, deletion);
     start();
@@ -254,21 +254,21 @@ TEST_F(AccessibilityWriting, CannotCompleteWhereTheApplicationHangs) {
     EXPECT_EQ(callCount(insertion), 0);
 }
 
-TEST_F(AccessibilityWriting, DoesNotDeleteWhatItCouldNotPutBack) {
+TEST_F(AccessibilityWriting, DoesNotDeleteWhatItCouldNotRestore) {
     show({"a \xEF\xBF\xBC b", 5, {1, 4}});
     start();
     EXPECT_EQ(write(u"2"), AXError::failure);
     EXPECT_EQ(callCount(deletion), 0);
 }
 
-TEST_F(AccessibilityWriting, DoesNotCutACharacterInHalf) {
+TEST_F(AccessibilityWriting, DoesNotSplitACharacter) {
     show({"a\xF0\x9F\x98\x80", 3, {0, 2}});
     start();
     EXPECT_EQ(write(u"2"), AXError::failure);
     EXPECT_EQ(callCount(deletion), 0);
 }
 
-TEST_F(AccessibilityWriting, IsUnsupportedWhereTheToolkitIgnoresIt) {
+TEST_F(AccessibilityWriting, IsUnsupportedIfTheToolkitIgnoresIt) {
     show(threeWords, "Gecko");
     start();
     EXPECT_EQ(accessibility().isAttributeSettable(object(path), attribute::selectedText),
@@ -277,7 +277,7 @@ TEST_F(AccessibilityWriting, IsUnsupportedWhereTheToolkitIgnoresIt) {
     EXPECT_EQ(callCount(deletion), 0);
 }
 
-TEST_F(AccessibilityWriting, TakesNothingButText) {
+TEST_F(AccessibilityWriting, AcceptsOnlyText) {
     show(threeWords);
     start();
     const Element element = object(path);

@@ -31,7 +31,7 @@ private:
     TemporaryDirectory root_;
 };
 
-TEST_F(ApplicationName, ComesFromTheFirstDirectoryThatHasTheEntry) {
+TEST_F(ApplicationName, IsThatOfTheFirstDirectoryWithTheEntry) {
     write("own", "both.desktop", "[Desktop Entry]\nType=Application\nName=Own\n");
     write("system", "both.desktop", "[Desktop Entry]\nType=Application\nName=System\n");
     write("system", "one.desktop", "[Desktop Entry]\nType=Application\nName=One\n");
@@ -40,13 +40,13 @@ TEST_F(ApplicationName, ComesFromTheFirstDirectoryThatHasTheEntry) {
     EXPECT_EQ(nameOf("none"), std::nullopt);
 }
 
-TEST_F(ApplicationName, AnEntryThatTheUserHidHidesThatOfTheSystem) {
+TEST_F(ApplicationName, IsAbsentIfTheUserHasHiddenTheEntry) {
     write("own", "editor.desktop", "[Desktop Entry]\nType=Application\nName=Editor\nHidden=true\n");
     write("system", "editor.desktop", "[Desktop Entry]\nType=Application\nName=Editor\n");
     EXPECT_EQ(nameOf("editor"), std::nullopt);
 }
 
-TEST_F(ApplicationName, AWindowCannotPointOutOfTheDirectories) {
+TEST_F(ApplicationName, RejectsEntriesThatAreNotFileNames) {
     write("own", "editor.desktop", "[Desktop Entry]\nType=Application\nName=Editor\n");
     write("system", ".hidden.desktop", "[Desktop Entry]\nType=Application\nName=Hidden\n");
     ASSERT_EQ(nameOf("editor"), "Editor");

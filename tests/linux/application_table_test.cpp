@@ -75,7 +75,7 @@ TEST(ApplicationTable, HasTheKeysOfEachKindOfApplication) {
     }
 }
 
-TEST(ApplicationTable, LacksOtherClasses) {
+TEST(ApplicationTable, HasNoRowForOtherClasses) {
     for (const std::string_view className : {""sv, "FeatherPad"sv, "firefo"sv, "firefoxx"sv, "Codes"sv,
                                              "org.mozilla.firefox"sv, "F\u0130refox"sv, "XTerm2"sv}) {
         EXPECT_EQ(findApplication(className), nullptr) << className;
@@ -90,7 +90,7 @@ TEST(ApplicationTable, HasEachClassOnceInLowerCase) {
     }
 }
 
-/// The classes in the row of the documentation that begins with these two columns.
+/// The classes in the rows of the table in the documentation that begin with these columns.
 std::set<std::string> documentedClasses(const std::string& columns) {
     std::ifstream document(LOMARIS_LINUX_DOCUMENT);
     std::set<std::string> classNames;
@@ -119,7 +119,7 @@ std::set<std::string> classesWith(EditingKeys keys) {
     return classNames;
 }
 
-TEST(ApplicationTable, IsTheTableOfTheDocumentation) {
+TEST(ApplicationTable, MatchesTheDocumentation) {
     EXPECT_EQ(documentedClasses("| Control+C | Control+V | BackSpace | "), classesWith(EditingKeys::control));
     EXPECT_EQ(documentedClasses("| Control+Shift+C | none | none | "), classesWith(EditingKeys::controlShiftToCopy));
     EXPECT_EQ(documentedClasses("| none | none | none | "), classesWith(EditingKeys::none));

@@ -10,7 +10,7 @@
 namespace lomaris::atspi {
 namespace {
 
-// In the order of the protocol, which numbers its states from 0.
+// In the order of AT-SPI, which numbers its states from 0.
 constexpr std::array<std::string_view, 44> stateNames{
     "invalid",       "active",         "armed",           "busy",
     "checked",       "collapsed",      "defunct",         "editable",

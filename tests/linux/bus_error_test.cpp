@@ -8,7 +8,7 @@
 namespace lomaris {
 namespace {
 
-TEST(BusFailure, TellsWhatTheNameOfAnErrorMeansForTheElement) {
+TEST(BusFailure, IsDeterminedByTheErrorName) {
     struct Case {
         std::string name;
         BusFailure failure;

@@ -53,7 +53,7 @@ std::string answer(ClipboardContents& contents, const std::string& target) {
     return served ? served->form.type + "/" + std::to_string(served->form.format) + ":" + *served->bytes : "none";
 }
 
-TEST(ClipboardContents, OffersTheUnionOfAllItemsAndTheFirstWins) {
+TEST(ClipboardContents, OffersTheUnionOfAllItems) {
     ClipboardContents contents = contentsWith({itemWith({{stringType, "first"}, {"text/html", "<b>"}}),
                                                itemWith({{"image/png", "png"}, {stringType, "second"}})});
     EXPECT_EQ(targetsOf(contents), (std::vector<std::string>{"UTF8_STRING", "text/html", "image/png"}));
@@ -67,29 +67,29 @@ TEST(ClipboardContents, OffersTheUnionOfAllItemsAndTheFirstWins) {
     EXPECT_EQ(contents.string(), Text(u"first\nsecond"));
 }
 
-TEST(ClipboardContents, OffersNoTargetThatIsNoContents) {
+TEST(ClipboardContents, OffersOnlyTargetsWithContents) {
     ClipboardContents contents = contentsWith({itemWith(
         {{"TARGETS", "x"}, {"MULTIPLE", "x"}, {"", "x"}, {std::string(300, 'x'), "x"}, {"text/html", "<b>"}})});
     EXPECT_EQ(targetsOf(contents), std::vector<std::string>{"text/html"});
     EXPECT_EQ(answer(contents, "TARGETS"), "none");
 }
 
-TEST(ClipboardContents, ATypeThatIsSetTwiceHasTheLastBytes) {
+TEST(ClipboardContents, HasTheLastBytesOfATypeSetTwice) {
     ClipboardContents contents = contentsWith({itemWith({{"text/html", "old"}, {"text/html", "new"}})});
     EXPECT_EQ(contents.types(0), std::vector<PasteboardType>{"text/html"});
     EXPECT_EQ(answer(contents, "text/html"), "text/html/8:new");
 }
 
-TEST(ClipboardContents, DescribesWhatComesBackAsItsOwnerDid) {
+TEST(ClipboardContents, RestoresTheFormOfTheFormerOwner) {
     const PropertyForms forms{{"SPAN", {"INTEGER", 32}}, {"TEXT", {"STRING", 8}}, {"ODD", {"INTEGER", 32}}};
     ClipboardContents contents =
         contentsWith({itemWith({{"SPAN", "12345678"}, {"TEXT", "words"}, {"ODD", "123"}})}, forms);
     EXPECT_EQ(answer(contents, "SPAN"), "INTEGER/32:12345678");
     EXPECT_EQ(answer(contents, "TEXT"), "STRING/8:words");
-    EXPECT_EQ(answer(contents, "ODD"), "ODD/8:123") << "no whole number of units";
+    EXPECT_EQ(answer(contents, "ODD"), "ODD/8:123") << "not a whole number of units";
 }
 
-TEST(ClipboardContents, AsksTheProviderOncePerType) {
+TEST(ClipboardContents, CallsTheProviderOncePerType) {
     const auto provider = std::make_shared<Provider>("words");
     ClipboardContents contents = contentsWith({{{{concealedType, ""}}, {stringType, "text/html"}, provider}});
     EXPECT_EQ(targetsOf(contents),
@@ -104,11 +104,11 @@ TEST(ClipboardContents, AsksTheProviderOncePerType) {
     contents.keepPromises();
     EXPECT_EQ(provider->asked, (std::vector<PasteboardType>{stringType, "text/html"}));
     EXPECT_EQ(contents.types(0), (std::vector<PasteboardType>{concealedType, stringType, "text/html"}));
-    EXPECT_EQ(provider.use_count(), 1) << "a provider that was asked for everything is let go";
+    EXPECT_EQ(provider.use_count(), 1) << "a provider is released after it was called for all types";
     EXPECT_EQ(answer(contents, "STRING"), "STRING/8:words");
 }
 
-TEST(ClipboardContents, HasNothingForAPromiseThatIsNotKept) {
+TEST(ClipboardContents, HasNoBytesForAnUnfulfilledPromise) {
     for (const auto& provider : {std::make_shared<Provider>(std::nullopt), std::shared_ptr<Provider>()}) {
         ClipboardContents contents = contentsWith({{{}, {stringType}, provider}});
         EXPECT_EQ(answer(contents, "UTF8_STRING"), "none");
@@ -118,7 +118,7 @@ TEST(ClipboardContents, HasNothingForAPromiseThatIsNotKept) {
     }
 }
 
-TEST(ClipboardContents, BytesThatAreThereAreNoPromise) {
+TEST(ClipboardContents, PrefersGivenBytesToAPromise) {
     const auto provider = std::make_shared<Provider>("promised");
     ClipboardContents contents = contentsWith({{{{stringType, "there"}}, {stringType}, provider}});
     EXPECT_EQ(targetsOf(contents), std::vector<std::string>{"UTF8_STRING"});
@@ -126,7 +126,7 @@ TEST(ClipboardContents, BytesThatAreThereAreNoPromise) {
     EXPECT_EQ(provider->asked, std::vector<PasteboardType>{});
 }
 
-TEST(ClipboardContents, AnswersInLatin1OnlyWhatFits) {
+TEST(ClipboardContents, ServesLatin1OnlyIfTheTextFits) {
     struct Case {
         Bytes text;
         std::string string;

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(ClipboardTargets, NameTypes) {
+TEST(ClipboardTargets, MapToTypes) {
     struct Case {
         std::string_view target;
         std::string_view type;
@@ -28,7 +28,7 @@ TEST(ClipboardTargets, NameTypes) {
     }
 }
 
-TEST(ClipboardTargets, TellContentsFromQuestionsAndOrders) {
+TEST(ClipboardTargets, ExcludeTargetsWithoutContents) {
     for (const std::string_view target : {"UTF8_STRING"sv, "text/html"sv, "TEXT"sv, "targets"sv, "x"sv}) {
         EXPECT_TRUE(isContentsTarget(target)) << target;
     }

@@ -26,7 +26,7 @@ constexpr std::string_view editor =
     "Name=New Window\n"
     "Name[fr]=Nouvelle fenêtre\n";
 
-TEST(DesktopEntry, NamesTheApplicationInTheFirstLanguageThatItHas) {
+TEST(DesktopEntry, HasTheNameInTheFirstKnownLanguage) {
     struct Case {
         std::vector<std::string> languages;
         std::string_view expected;
@@ -47,7 +47,7 @@ TEST(DesktopEntry, NamesTheApplicationInTheFirstLanguageThatItHas) {
     }
 }
 
-TEST(DesktopEntry, ReadsWhatIsWrittenUnusually) {
+TEST(DesktopEntry, AcceptsUnusualSyntax) {
     struct Case {
         std::string_view contents;
         std::string_view expected;
@@ -67,7 +67,7 @@ TEST(DesktopEntry, ReadsWhatIsWrittenUnusually) {
     }
 }
 
-TEST(DesktopEntry, RefusesWhatNamesNoApplication) {
+TEST(DesktopEntry, HasNoNameUnlessItIsAnApplication) {
     for (const std::string_view contents : {
              "",
              "\n\n",

@@ -88,7 +88,7 @@ void FakeDesktop::addText(const std::string& path, const std::string& bytes, int
     peer_->answer(path, "Text.GetText", string(bytes));
     peer_->answer(path, "Get Text.CharacterCount", integerProperty(characterCount));
     peer_->answer(path, "Get Text.CaretOffset", integerProperty(caret));
-    // Where nothing is selected, one toolkit answers the caret.
+    // If nothing is selected, one toolkit returns the caret as the selection.
     const auto [start, end] = selections.empty() ? std::pair(caret, caret) : selections.front();
     peer_->answer(path, "Text.GetSelection", integers(start, end));
 }

@@ -14,10 +14,10 @@
 
 namespace lomaris::test {
 
-/// The list of all objects of an application.
+/// The values of a reply to `Cache.GetItems`.
 [[nodiscard]] Values listedObjects(std::vector<ListedObject> objects);
 
-/// A workspace whose front application is the one that a test says.
+/// A workspace whose front application the test sets.
 class FixedWorkspace final : public Workspace {
 public:
     std::optional<RunningApplication> frontmostApplication() override { return front; }
@@ -26,24 +26,24 @@ public:
     std::optional<RunningApplication> front;
 };
 
-/// A desktop with its buses, on which one application shows objects that a test makes up. The application runs in the
-/// process of the test, so that is whose process identifier it has.
+/// A desktop with a private bus, on which one application exposes the objects that a test adds. The application runs in
+/// the process of the test and has its process identifier.
 class FakeDesktop : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
 
-    /// Starts the peers. Everything that they shall answer is told before.
+    /// Starts the peers. All replies must be set before.
     void start();
 
-    /// An object of the application that answers its states and the children that it has.
+    /// Adds an object that returns these states and children.
     void addObject(const std::string& path, const std::vector<atspi::State>& objectStates,
                    const std::vector<std::string>& children = {});
 
-    /// Lets the application list all its objects, as the toolkit does that is asked for that.
+    /// Lets the application list its objects with `Cache.GetItems`, as GTK does.
     void listObjects(std::vector<ListedObject> objects);
 
-    /// Lets an object hold a text, with its claimed length; `selections` are pairs of positions.
+    /// Adds a text to an object. `characterCount` is the length that it reports; `selections` are pairs of positions.
     void addText(const std::string& path, const std::string& bytes, int characterCount,
                  const std::vector<std::pair<int, int>>& selections = {}, int caret = 0);
 
@@ -70,10 +70,10 @@ private:
     std::unique_ptr<TerminalAwareAccessibility> accessibility_;
 };
 
-/// The answer for a copy that fails.
+/// The result of a copy that fails.
 [[nodiscard]] inline AttributeAnswer failureOf(AXError error) { return {error, NullValue{}}; }
 
-/// The answer for a copy that succeeds.
+/// The result of a copy that succeeds.
 [[nodiscard]] inline AttributeAnswer successOf(AttributeValue value) { return {AXError::success, std::move(value)}; }
 
 }  // namespace lomaris::test

@@ -24,7 +24,7 @@ void check(int result, const char* what) {
     }
 }
 
-/// One line from a pipe, without its end.
+/// Reads one line from a pipe, without the line feed.
 std::string readLine(int descriptor) {
     std::string line;
     char byte = 0;
@@ -34,13 +34,13 @@ std::string readLine(int descriptor) {
     return line;
 }
 
-/// Becomes the bus, which announces its address on `announcements`. It ends with the test even if that crashes, and
-/// keeps none of its streams open.
+/// Becomes the bus, which writes its address to `announcements`. It ends with the test, even if the test crashes, and
+/// keeps none of the test's streams open.
 [[noreturn]] void runBus(int announcements) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int nowhere = open("/dev/null", O_RDWR);
     dup2(announcements, STDERR_FILENO + 1);
-    // A file descriptor onto itself would keep its mark.
+    // If both descriptors were equal, dup2 would not clear FD_CLOEXEC.
     fcntl(STDERR_FILENO + 1, F_SETFD, 0);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         dup2(nowhere, stream);
@@ -152,7 +152,7 @@ Values references(std::vector<std::pair<std::string, std::string>> values) {
 
 namespace {
 
-/// The numbers and strings at the front of a call's arguments.
+/// The leading arguments of a call that are numbers or strings.
 std::string argumentsOf(sd_bus_message* call) {
     std::string arguments;
     for (;;) {

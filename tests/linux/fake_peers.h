@@ -17,10 +17,10 @@
 
 namespace lomaris::test {
 
-/// A message bus of its own for one test; ended with this object.
+/// A message bus for one test. Ends with this object.
 class PrivateBus {
 public:
-    /// Starts it; throws where that fails.
+    /// Starts the bus. Throws if that fails.
     PrivateBus();
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
@@ -28,7 +28,7 @@ public:
 
     [[nodiscard]] const std::string& address() const { return address_; }
 
-    /// Whether the program that it needs is installed.
+    /// True if dbus-daemon is installed.
     [[nodiscard]] static bool isAvailable();
 
 private:
@@ -54,38 +54,38 @@ using Values = std::function<void(sd_bus_message* reply)>;
 [[nodiscard]] Values referenceProperty(std::string name, std::string path);
 [[nodiscard]] Values references(std::vector<std::pair<std::string, std::string>> values);
 
-/// A peer on the bus that answers what a test tells it, from a thread of its own. It is told everything before `start`.
-/// What it was not told, it answers with the error for an unknown method.
+/// A peer on the bus that sends the replies set by a test, from its own thread. All replies must be set before `start`.
+/// To any other call it replies with the error UnknownMethod.
 class FakePeer {
 public:
-    /// Connects to the bus and owns these names there; throws where that fails.
+    /// Connects to the bus and requests these names. Throws if that fails.
     explicit FakePeer(const PrivateBus& bus, const std::vector<std::string>& names = {});
     FakePeer(const FakePeer&) = delete;
     FakePeer& operator=(const FakePeer&) = delete;
     ~FakePeer();
 
-    /// The unique name (":1.3").
+    /// The unique bus name (":1.3").
     [[nodiscard]] const std::string& name() const { return name_; }
 
-    // `call` is the method with its interface, without the part of the latter that all of them share ("Text.GetText"),
-    // or for a property "Get " and the same of the property ("Get Text.CaretOffset").
+    // `call` is the interface without "org.a11y.atspi." and the method ("Text.GetText"), or for a property "Get ", the
+    // interface and the property ("Get Text.CaretOffset").
 
     void answer(const std::string& path, const std::string& call, Values values);
     void answerError(const std::string& path, const std::string& call, const std::string& error);
-    /// Never answers.
+    /// Never replies.
     void hang(const std::string& path, const std::string& call);
-    /// Leaves the bus instead of answering.
+    /// Disconnects from the bus instead of replying.
     void leave(const std::string& path, const std::string& call);
-    /// Runs something else in the thread of the peer.
+    /// Calls `values` on the thread of the peer and replies with the result.
     void answerWith(const std::string& path, const std::string& call, std::function<Values()> values);
 
     void start();
 
-    /// How many calls of this kind came in.
+    /// The number of these calls that were received.
     [[nodiscard]] int callCount(const std::string& path, const std::string& call) const;
     [[nodiscard]] int callCount() const { return total_; }
 
-    /// The arguments of each call of this kind, in order: numbers and quoted strings (`4, "text", 4`).
+    /// The arguments of each of these calls, in order: numbers and quoted strings (`4, "text", 4`).
     [[nodiscard]] std::vector<std::string> arguments(const std::string& path, const std::string& call) const;
 
 private:

@@ -21,7 +21,7 @@ TEST(FileContents, AreReadUpToALimit) {
     EXPECT_EQ(readFile(path, 0), "");
 }
 
-TEST(FileContents, AreAbsentWithoutAFileAndEmptyWhereReadingFails) {
+TEST(FileContents, AreAbsentWithoutAFileAndEmptyIfReadingFails) {
     const TemporaryDirectory directory;
     EXPECT_EQ(readFile((directory.path() / "none").string(), 10), std::nullopt);
     EXPECT_EQ(readFile(directory.path().string(), 10), "");

@@ -56,14 +56,14 @@ TEST_F(FileLock, IsReleasedWhenItsOwnerDies) {
     close(ends[1]);
 }
 
-TEST_F(FileLock, ExcludesNoOtherIfTheFileCannotBeOpened) {
+TEST_F(FileLock, DoesNotExcludeIfTheFileCannotBeOpened) {
     path = directory.path() / "missing" / "lock";
     const auto hold = tryHold();
     EXPECT_NE(hold, nullptr);
     EXPECT_NE(tryHold(), nullptr);
 }
 
-TEST_F(FileLock, FollowsNoLinkToAnotherFile) {
+TEST_F(FileLock, DoesNotFollowSymbolicLinks) {
     std::filesystem::create_symlink(directory.path() / "other", path);
     const auto hold = tryHold();
     EXPECT_NE(hold, nullptr);

@@ -26,7 +26,7 @@ protected:
         keeper = KeeperChannel(std::move(ends.keeper));
     }
 
-    /// The kinds of the messages that the keeper receives, up to the end of the channel or of the messages.
+    /// The kinds of all messages that the keeper can receive now.
     std::vector<Kind> received() {
         std::vector<Kind> kinds;
         while (const auto message = keeper.receive()) {
@@ -39,21 +39,21 @@ protected:
     KeeperChannel keeper;
 };
 
-TEST_F(KeeperChannels, DeliverMessagesInTheirOrder) {
+TEST_F(KeeperChannels, DeliverMessagesInOrder) {
     EXPECT_TRUE(partner.send({.kind = Kind::began}));
     EXPECT_TRUE(partner.send({.kind = Kind::ended}));
     EXPECT_EQ(received(), (std::vector{Kind::began, Kind::ended}));
     EXPECT_TRUE(keeper.isOpen());
 }
 
-TEST_F(KeeperChannels, DeliverWhatAPartnerSentBeforeItsEnd) {
+TEST_F(KeeperChannels, DeliverMessagesSentBeforeTheEnd) {
     EXPECT_TRUE(partner.send({.kind = Kind::ended}));
     partner.close();
     EXPECT_EQ(received(), std::vector{Kind::ended});
     EXPECT_FALSE(keeper.isOpen());
 }
 
-TEST_F(KeeperChannels, DeliverWhatAPartnerSentThatReadNothing) {
+TEST_F(KeeperChannels, DeliverMessagesOfAPartnerThatReadsNothing) {
     EXPECT_TRUE(keeper.send({.kind = Kind::textRead}));
     EXPECT_TRUE(partner.send({.kind = Kind::ended}));
     partner.close();
@@ -61,14 +61,14 @@ TEST_F(KeeperChannels, DeliverWhatAPartnerSentThatReadNothing) {
     EXPECT_FALSE(keeper.isOpen());
 }
 
-TEST_F(KeeperChannels, CloseWhenTheOtherEndIsGone) {
+TEST_F(KeeperChannels, CloseWhenTheOtherEndIsClosed) {
     keeper.close();
     EXPECT_FALSE(partner.send({.kind = Kind::began}));
     EXPECT_FALSE(partner.receive());
     EXPECT_FALSE(partner.isOpen());
 }
 
-TEST_F(KeeperChannels, DeliverWhatAPartnerSentThatCannotBeToldAnythingAnyMore) {
+TEST_F(KeeperChannels, DeliverMessagesAfterAFailedSend) {
     EXPECT_TRUE(partner.send({.kind = Kind::ended}));
     partner.close();
     EXPECT_FALSE(keeper.send({.kind = Kind::confirmed}));
@@ -76,7 +76,7 @@ TEST_F(KeeperChannels, DeliverWhatAPartnerSentThatCannotBeToldAnythingAnyMore) {
     EXPECT_FALSE(keeper.isOpen());
 }
 
-TEST_F(KeeperChannels, CloseOverAMessageOfAnotherSize) {
+TEST_F(KeeperChannels, CloseOnAMessageOfAnotherSize) {
     KeeperChannelEnds ends = makeKeeperChannel();
     KeeperChannel other(std::move(ends.keeper));
     ASSERT_EQ(write(ends.partner.number(), "short", 5), 5);
@@ -91,7 +91,7 @@ KeptTarget target(std::string name, Bytes bytes) {
             .isPromisedText = true};
 }
 
-TEST_F(KeeperChannels, CarryContents) {
+TEST_F(KeeperChannels, TransferContents) {
     const FileDescriptor file = writeKeptTargets(std::vector{target("one", std::string("a\0b\n", 4)), target("", "")});
     ASSERT_TRUE(partner.send({.kind = Kind::publish, .serial = 7}, file.number()));
     const auto message = keeper.receive();
@@ -116,19 +116,19 @@ FileDescriptor sealedFile(const std::string& bytes) {
     return file;
 }
 
-TEST(KeptTargets, AreNoneInAnEmptyFile) {
+TEST(KeptTargets, AreEmptyForAnEmptyFile) {
     const auto targets = readKeptTargets(sealedFile(""));
     ASSERT_TRUE(targets);
     EXPECT_EQ(targets->size(), 0U);
 }
 
-TEST(KeptTargets, AreRefusedIfTheFileCouldStillChange) {
+TEST(KeptTargets, AreRejectedIfTheFileIsNotSealed) {
     const FileDescriptor file(memfd_create("test", MFD_ALLOW_SEALING));
     EXPECT_FALSE(readKeptTargets(file));
     EXPECT_FALSE(readKeptTargets(FileDescriptor()));
 }
 
-TEST(KeptTargets, AreRefusedIfTheFileIsCutAnywhere) {
+TEST(KeptTargets, AreRejectedIfTheFileIsTruncated) {
     const FileDescriptor whole = writeKeptTargets(std::vector{target("name", "bytes")});
     std::string bytes(1000, '\0');
     const ssize_t size = pread(whole.number(), bytes.data(), bytes.size(), 0);
@@ -139,7 +139,7 @@ TEST(KeptTargets, AreRefusedIfTheFileIsCutAnywhere) {
     EXPECT_TRUE(readKeptTargets(sealedFile(bytes.substr(0, static_cast<std::size_t>(size)))));
 }
 
-TEST(KeptContents, TellThatThePromisedTextWasReadAndNothingElse) {
+TEST(KeptContents, ReportOnlyReadsOfThePromisedText) {
     int count = 0;
     KeptTarget plain = target("image/png", "picture");
     plain.isPromisedText = false;

@@ -17,7 +17,7 @@ using Kind = KeeperMessage::Kind;
 
 constexpr std::uint32_t window = 17;
 
-/// A keeper that is a thread, on the other end of a link. Has to be declared before the link, as it ends with that.
+/// A keeper on a thread, at the other end of a link. Must be declared before the link, as it ends after the link does.
 class FakeKeeper {
 public:
     explicit FakeKeeper(std::function<void(KeeperChannel&)> act) : act_(std::move(act)) {}
@@ -52,7 +52,7 @@ TEST(KeeperLink, WaitsForAKeeperThatStartsSlowly) {
     EXPECT_TRUE(link.protect({}));
 }
 
-TEST(KeeperLink, GivesAKeeperUpThatDoesNotConfirmALaterRequest) {
+TEST(KeeperLink, GivesUpAKeeperThatDoesNotConfirm) {
     FakeKeeper keeper([](KeeperChannel& channel) {
         confirmNext(channel);
         confirmNext(channel, 2s);

@@ -6,7 +6,7 @@
 
 namespace lomaris {
 
-// Found by the test library through their namespace.
+// GoogleTest finds this function through its namespace.
 static void PrintTo(const KeyWish& wish, std::ostream* stream) {
     *stream << (wish.withControl ? "Control+" : "") << (wish.withShift ? "Shift+" : "") << wish.keysym;
 }
@@ -27,14 +27,14 @@ TEST(KeyChoice, IsControlForCommandInOrdinaryApplications) {
     EXPECT_EQ(chooseKeys(deleteKey, EditingKeys::control), KeyWish{.keysym = backspace});
 }
 
-TEST(KeyChoice, CopiesWithShiftAndDoesNothingElseInSuchTerminals) {
+TEST(KeyChoice, OnlyCopiesWithShiftInSomeTerminals) {
     EXPECT_EQ(chooseKeys(copyKey, EditingKeys::controlShiftToCopy),
               (KeyWish{.keysym = 'c', .withControl = true, .withShift = true}));
     EXPECT_EQ(chooseKeys(pasteKey, EditingKeys::controlShiftToCopy), std::nullopt);
     EXPECT_EQ(chooseKeys(deleteKey, EditingKeys::controlShiftToCopy), std::nullopt);
 }
 
-TEST(KeyChoice, IsNoneWhereNoKeyIsSafe) {
+TEST(KeyChoice, IsNoneIfNoKeyIsSafe) {
     for (const KeyStroke keyStroke : {copyKey, pasteKey, deleteKey}) {
         EXPECT_EQ(chooseKeys(keyStroke, EditingKeys::none), std::nullopt) << keyStroke.keyCode;
     }
@@ -58,13 +58,13 @@ const TerminalQuery never = [](ProcessIdentifier process) {
     return true;
 };
 
-TEST(KeyChoice, TakesTheKeysOfTheTable) {
+TEST(KeyChoice, UsesTheKeysOfTheTable) {
     EXPECT_EQ(editingKeysOf(windowOf("Firefox"), never), EditingKeys::control);
     EXPECT_EQ(editingKeysOf(windowOf("Xfce4-terminal"), never), EditingKeys::controlShiftToCopy);
     EXPECT_EQ(editingKeysOf(windowOf("XTerm"), never), EditingKeys::none);
 }
 
-TEST(KeyChoice, AsksForTheRoleOnlyOutsideOfTheTable) {
+TEST(KeyChoice, QueriesTheRoleOnlyForUnlistedClasses) {
     ProcessIdentifier queried = 0;
     bool isTerminal = true;
     const TerminalQuery query = [&](ProcessIdentifier process) {

@@ -7,7 +7,7 @@
 
 namespace lomaris {
 
-// Found by the test library through their namespace.
+// GoogleTest finds these functions through their namespace.
 static void PrintTo(const KeyMove& move, std::ostream* stream) {
     *stream << (move.direction == KeyMove::Direction::down ? "+" : "-") << int{move.keycode};
     if (move.userKeyboard) {
@@ -40,11 +40,11 @@ constexpr InputDevice otherKeyboard = 9;
 
 struct MapKey {
     Keycode keycode;
-    /// The unmodified keysym of each layout.
+    /// The keysym at shift level one of each group.
     std::vector<Keysym> keysyms;
     ModifierMask modifiers = 0;
     std::uint8_t outOfRange = 0;
-    /// The second keysym of each layout.
+    /// The keysym at shift level two of each group.
     Keysym shifted = 'X';
 };
 
@@ -53,7 +53,7 @@ void append(std::vector<std::byte>& bytes, const void* data, std::size_t size) {
     bytes.insert(bytes.end(), begin, begin + size);
 }
 
-/// What a server answers that has these keys, in ascending order, two keysyms in each layout.
+/// A reply to XkbGetMap with these keys, in ascending order, with two keysyms in each group.
 std::vector<std::byte> mapReply(const std::vector<MapKey>& keys) {
     std::vector<std::byte> bytes(40);
     const std::uint16_t present = 6;
@@ -89,7 +89,7 @@ std::vector<std::byte> mapReply(const std::vector<MapKey>& keys) {
 
 KeyboardMap mapOf(const std::vector<MapKey>& keys) { return KeyboardMap::fromReply(mapReply(keys)).value(); }
 
-/// A key with the same meaning on both levels.
+/// A key with the same keysym at both shift levels.
 MapKey modifierKey(Keycode keycode, Keysym keysym, ModifierMask modifiers) {
     return {.keycode = keycode, .keysyms = {keysym}, .modifiers = modifiers, .shifted = keysym};
 }
@@ -127,10 +127,10 @@ TEST(KeyPressPlan, PressesAndReleasesInTurn) {
     EXPECT_EQ(planPuttingBack(quietKeyboard(), {{keyboard, {}}}), Steps());
 }
 
-TEST(KeyPressPlan, IsNoneWhereTheMapLacksAKey) {
+TEST(KeyPressPlan, IsNoneIfTheMapLacksAKey) {
     EXPECT_EQ(planKeyPress(quietKeyboard({{control, {0xffe3}, 4}}), copyWish), std::nullopt);
     EXPECT_EQ(planKeyPress(quietKeyboard({{c, {'c'}}}), copyWish), std::nullopt);
-    // A Control that is another modifier too would bring that one along.
+    // A Control key that also sets another modifier would set that one too.
     EXPECT_EQ(planKeyPress(quietKeyboard({{control, {0xffe3}, 5}, {c, {'c'}}}), copyWish), std::nullopt);
 }
 
@@ -149,7 +149,7 @@ TEST(KeyPressPlan, ReleasesHeldModifiersBeforeItHoldsItsOwn) {
     EXPECT_EQ(planPuttingBack(before, before.userKeyboards), (Steps{up(shift, keyboard), down(shift, keyboard)}));
 }
 
-TEST(KeyPressPlan, UnlocksTheCapitalsForAPressWithShift) {
+TEST(KeyPressPlan, UnlocksCapsLockForAPressWithShift) {
     KeyboardSnapshot before = quietKeyboard();
     before.state.lockedModifiers = 2;
     Steps expected{locks(2, 0)};
@@ -158,7 +158,7 @@ TEST(KeyPressPlan, UnlocksTheCapitalsForAPressWithShift) {
     EXPECT_EQ(planKeyPress(before, terminalCopyWish), expected);
 }
 
-TEST(KeyPressPlan, LocksTheLayoutForAPressWithShift) {
+TEST(KeyPressPlan, LocksTheGroupForAPressWithShift) {
     KeyboardSnapshot before =
         quietKeyboard({modifierKey(control, 0xffe3, 4), modifierKey(shift, 0xffe1, 1), {c, {cyrillicEs, 'c'}}});
     Steps expected{locks(0, 0, KeyGroup{1})};
@@ -173,7 +173,7 @@ TEST(KeyPressPlan, NeedsAShiftKeyOnlyForShift) {
     EXPECT_EQ(planKeyPress(quietKeyboard(keys), copyWish), (Steps{down(control), down(c), up(c), up(control)}));
 }
 
-// With Shift held, such a key switches layouts: the letter would be pressed with Shift alone.
+// If Shift is held, such a key switches groups: the letter would be pressed with Shift alone.
 TEST(KeyPressPlan, HoldsNoControlKeyThatShiftChanges) {
     constexpr Keycode rightControl = 105;
     const MapKey switching{.keycode = control, .keysyms = {0xffe3}, .modifiers = 4, .shifted = 0xfe08};
@@ -185,7 +185,7 @@ TEST(KeyPressPlan, HoldsNoControlKeyThatShiftChanges) {
               (Steps{down(shift), down(rightControl), down(c), up(c), up(rightControl), up(shift)}));
 }
 
-TEST(KeyPressPlan, PutsBackOnlyWhatTheUserStillHolds) {
+TEST(KeyPressPlan, RestoresOnlyModifiersThatAreStillHeld) {
     KeyboardSnapshot before = quietKeyboard();
     before.state.baseModifiers = 1;
     before.pressed.set(shift);
@@ -193,12 +193,12 @@ TEST(KeyPressPlan, PutsBackOnlyWhatTheUserStillHolds) {
     EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{up(shift), down(backspace), up(backspace)}));
     EXPECT_EQ(planPuttingBack(before, before.userKeyboards), (Steps{up(shift, keyboard), down(shift, keyboard)}));
     EXPECT_EQ(planPuttingBack(before, {{keyboard, {}}, {otherKeyboard, {}}}), Steps());
-    // Where keyboards cannot be told apart.
+    // If the server does not support XInput 2.
     before.userKeyboards.clear();
     EXPECT_EQ(planPuttingBack(before, {}), Steps());
 }
 
-TEST(KeyPressPlan, PutsBackWhatAnotherProgramHoldsWhereItIsInEffect) {
+TEST(KeyPressPlan, RestoresModifiersThatAnotherProgramHolds) {
     KeyboardSnapshot before = quietKeyboard();
     before.state.baseModifiers = 1;
     before.pressed.set(shift);
@@ -209,7 +209,7 @@ TEST(KeyPressPlan, PutsBackWhatAnotherProgramHoldsWhereItIsInEffect) {
     EXPECT_EQ(planPuttingBack(before, before.userKeyboards), Steps());
 }
 
-TEST(KeyPressPlan, ReleasesTheKeyItselfWhereItIsHeld) {
+TEST(KeyPressPlan, ReleasesTheKeyItselfIfItIsHeld) {
     KeyboardSnapshot before = quietKeyboard();
     before.pressed.set(backspace);
     before.userKeyboards = {{keyboard, {}}, {otherKeyboard, PressedKeys().set(backspace)}};
@@ -218,7 +218,7 @@ TEST(KeyPressPlan, ReleasesTheKeyItselfWhereItIsHeld) {
     EXPECT_EQ(planPuttingBack(before, before.userKeyboards), Steps());
 }
 
-TEST(KeyPressPlan, UnlocksAndLocksAgainAllButNumLock) {
+TEST(KeyPressPlan, RestoresAllLocksAndKeepsNumLock) {
     KeyboardSnapshot before = quietKeyboard();
     before.state.lockedModifiers = 2 | 16;
     EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{locks(2, 0), down(backspace), up(backspace), locks(2, 2)}));
@@ -228,7 +228,7 @@ TEST(KeyPressPlan, UnlocksAndLocksAgainAllButNumLock) {
     EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{locks(0, 0), down(backspace), up(backspace), locks(0, 0)}));
 }
 
-TEST(KeyPressPlan, NeverMovesALockKey) {
+TEST(KeyPressPlan, NeverPressesOrReleasesALockKey) {
     KeyboardSnapshot before = quietKeyboard();
     before.state.baseModifiers = 2;
     before.pressed.set(capsLock);
@@ -237,23 +237,23 @@ TEST(KeyPressPlan, NeverMovesALockKey) {
     EXPECT_EQ(planPuttingBack(before, before.userKeyboards), Steps());
 }
 
-TEST(KeyPressPlan, LocksTheLayoutThatHasTheKey) {
+TEST(KeyPressPlan, LocksTheGroupThatHasTheKey) {
     KeyboardSnapshot before =
         quietKeyboard({{backspace, {backspaceKeysym}}, {control, {0xffe3}, 4}, {c, {cyrillicEs, 'c'}}});
     EXPECT_EQ(planKeyPress(before, copyWish),
               (Steps{locks(0, 0, KeyGroup{1}), down(control), down(c), up(c), up(control), locks(0, 0, KeyGroup{0})}));
-    // Where it is in effect already, and where the key has the same meaning in every layout.
+    // If the group is in effect already, and if the key has the same keysym in every group.
     before.state.group = 1;
     before.state.lockedGroup = 1;
     EXPECT_EQ(planKeyPress(before, copyWish), (Steps{down(control), down(c), up(c), up(control)}));
     EXPECT_EQ(planKeyPress(before, deleteWish), (Steps{down(backspace), up(backspace)}));
-    // A held switch of layouts counts into what must be locked.
+    // A base group, set by a held key, is subtracted from the group to lock.
     before.state = {.group = 0, .baseGroup = 1, .lockedGroup = 1};
     EXPECT_EQ(planKeyPress(before, copyWish),
               (Steps{locks(0, 0, KeyGroup{0}), down(control), down(c), up(c), up(control), locks(0, 0, KeyGroup{1})}));
 }
 
-TEST(KeyboardMap, FallsBackAsTheKeySaysInALayoutThatItLacks) {
+TEST(KeyboardMap, ReplacesAMissingGroupAsTheKeyDefines) {
     const KeyboardMap map = mapOf({{10, {'a', 'b'}}, {11, {'a', 'b'}, 0, 0x40}, {12, {'a', 'b'}, 0, 0x80 | 0x10}});
     EXPECT_EQ(map.keysymOf(10, 2), Keysym{'a'});
     EXPECT_EQ(map.keysymOf(11, 2), Keysym{'b'});
@@ -261,7 +261,7 @@ TEST(KeyboardMap, FallsBackAsTheKeySaysInALayoutThatItLacks) {
     EXPECT_EQ(map.keysymOf(13, 0), Keysym{0});
 }
 
-TEST(KeyboardMap, IsNoneForAReplyThatIsCut) {
+TEST(KeyboardMap, RejectsATruncatedReply) {
     const std::vector<std::byte> whole = mapReply(latinKeys);
     EXPECT_TRUE(KeyboardMap::fromReply(whole).has_value());
     for (std::size_t size = 0; size < whole.size(); ++size) {

@@ -17,7 +17,7 @@ namespace {
 
 TEST(NameOfProcess, IsTheShortNameOfItsProgram) { EXPECT_EQ(nameOfProcess(getpid()), "lomaris_linux_t"); }
 
-TEST(NameOfProcess, MayHoldLineFeeds) {
+TEST(NameOfProcess, MayContainLineFeeds) {
     const pid_t process = fork();
     if (process == 0) {
         prctl(PR_SET_NAME, "two\nlines\n");
@@ -38,7 +38,7 @@ TEST(NameOfProcess, IsNoneForAProcessThatHasEnded) {
     }
     siginfo_t ended{};
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOWAIT), 0);
-    EXPECT_EQ(nameOfProcess(process), std::nullopt) << "its parent has not taken note of its end";
+    EXPECT_EQ(nameOfProcess(process), std::nullopt) << "its parent has not reaped it";
     waitpid(process, nullptr, 0);
     EXPECT_EQ(nameOfProcess(process), std::nullopt);
 }
@@ -49,7 +49,7 @@ TEST(NameOfProcess, IsNoneForAThread) {
     EXPECT_EQ(name, std::nullopt);
 }
 
-TEST(NameOfProcess, IsNoneForWhatIsNoProcess) {
+TEST(NameOfProcess, IsNoneForInvalidIdentifiers) {
     for (const ProcessIdentifier process : {0, -1, 0x7fffffff}) {
         EXPECT_EQ(nameOfProcess(process), std::nullopt) << process;
     }

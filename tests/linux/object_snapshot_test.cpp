@@ -35,7 +35,7 @@ private:
     AccessibilityBus bus_;
 };
 
-TEST_F(WalkSnapshot, HoldsWhatTheApplicationListed) {
+TEST_F(WalkSnapshot, HasTheListedObjects) {
     ListedObject object = listed(path, States::of({State::focused, State::readOnly}));
     object.parent = reference("/parent");
     object.childCount = 3;
@@ -56,7 +56,7 @@ TEST_F(WalkSnapshot, HoldsWhatTheApplicationListed) {
     EXPECT_EQ(found->states, object.states);
 }
 
-TEST_F(WalkSnapshot, KnowsNothingOfOthers) {
+TEST_F(WalkSnapshot, HasNoOtherObjects) {
     ListedObject stranger = listed("/stranger");
     stranger.object.name = ":1.999";
     listObjects({listed(path), listed("/defunct", States::of({State::defunct})), stranger});
@@ -106,7 +106,7 @@ TEST_F(WalkSnapshot, IsNotTakenAgainSoonAfterItWasDropped) {
     EXPECT_EQ(listCount(), 1);
 }
 
-TEST_F(WalkSnapshot, IsAskedForOnlyWhereTheToolkitIsKnown) {
+TEST_F(WalkSnapshot, IsTakenOnlyOfKnownToolkits) {
     listObjects({listed(path)});
     peer().answer(atspi::rootPath, "Get Application.ToolkitName", stringProperty("Qt"));
     start();
@@ -116,7 +116,7 @@ TEST_F(WalkSnapshot, IsAskedForOnlyWhereTheToolkitIsKnown) {
     EXPECT_EQ(peer().callCount(), 1);
 }
 
-TEST_F(WalkSnapshot, IsAskedForOnlyOnceWhereTheListIsOfAnotherKind) {
+TEST_F(WalkSnapshot, IsRequestedOnceIfTheListIsMalformed) {
     listObjects({});
     peer().answer(atspi::cachePath, getItems, references({{peer().name(), path}}));
     start();
@@ -127,7 +127,7 @@ TEST_F(WalkSnapshot, IsAskedForOnlyOnceWhereTheListIsOfAnotherKind) {
     EXPECT_EQ(listCount(), 1);
 }
 
-TEST_F(WalkSnapshot, IsNoneWhereTheListIsLongerThanAnyWalk) {
+TEST_F(WalkSnapshot, IsNoneIfTheListIsTooLong) {
     listObjects(std::vector<ListedObject>(10001, listed(path)));
     start();
     ObjectSnapshots snapshots(bus(), forLong);

@@ -17,7 +17,7 @@ using atspi::States;
 const std::string path = "/org/a11y/atspi/accessible/7";
 const std::vector<std::string> interfaces{atspi::accessible, atspi::text};
 
-/// Everything that an object says of itself.
+/// All data of an object that a source can read.
 struct Answers {
     std::optional<std::uint32_t> role;
     std::optional<std::uint64_t> states;
@@ -28,13 +28,13 @@ struct Answers {
     friend bool operator==(const Answers&, const Answers&) = default;
 };
 
-class ObjectSourceAnswers : public FakeDesktop {
+class ObjectSourceTest : public FakeDesktop {
 protected:
     [[nodiscard]] BusConnection& bus() { return *bus_.connection(); }
 
     [[nodiscard]] ObjectReference reference(const std::string& where) { return {peer().name(), where}; }
 
-    /// An object that answers other things than those that a list says of it.
+    /// Adds an object that returns other data than the list has.
     void addLiveObject() {
         addObject(path, {State::focused}, {"/a", "/b"});
         peer().answer(path, "Accessible.GetRole", unsignedInteger(40));
@@ -72,13 +72,13 @@ private:
     AccessibilityBus bus_;
 };
 
-TEST_F(ObjectSourceAnswers, ComeFromTheObjectWithoutASnapshot) {
+TEST_F(ObjectSourceTest, UsesTheObjectWithoutASnapshot) {
     addLiveObject();
     start();
     EXPECT_EQ(answersFrom(ObjectSource(bus())), liveAnswers());
 }
 
-TEST_F(ObjectSourceAnswers, ComeFromTheSnapshotWithoutACall) {
+TEST_F(ObjectSourceTest, UsesTheSnapshotWithoutACall) {
     addLiveObject();
     start();
     const ObjectSnapshot snapshot(peer().name(), {listed(3)});
@@ -86,14 +86,14 @@ TEST_F(ObjectSourceAnswers, ComeFromTheSnapshotWithoutACall) {
     EXPECT_EQ(peer().callCount(), 0);
 }
 
-TEST_F(ObjectSourceAnswers, ComeFromTheObjectWhereTheSnapshotLacksIt) {
+TEST_F(ObjectSourceTest, UsesTheObjectIfTheSnapshotLacksIt) {
     addLiveObject();
     start();
     const ObjectSnapshot snapshot(peer().name(), {});
     EXPECT_EQ(answersFrom(ObjectSource(bus(), &snapshot)), liveAnswers());
 }
 
-TEST_F(ObjectSourceAnswers, CountTheChildrenWhereTheListDoesNot) {
+TEST_F(ObjectSourceTest, RequestsTheChildCountIfTheListLacksIt) {
     addLiveObject();
     start();
     const ObjectSnapshot snapshot(peer().name(), {listed(-1)});
@@ -101,7 +101,7 @@ TEST_F(ObjectSourceAnswers, CountTheChildrenWhereTheListDoesNot) {
     EXPECT_EQ(peer().callCount(), 1);
 }
 
-TEST_F(ObjectSourceAnswers, AreNothingWithTheReasonWhereTheObjectIsGone) {
+TEST_F(ObjectSourceTest, ReportsTheReasonIfTheObjectIsGone) {
     peer().answerError(path, "Accessible.GetRole", "org.freedesktop.DBus.Error.UnknownObject");
     start();
     std::optional<BusFailure> failure;

@@ -12,7 +12,7 @@
 namespace lomaris::test {
 namespace {
 
-TEST(MessageLocale, GivesTheTagsOfALocaleBestFirst) {
+TEST(MessageLocale, HasLanguageTagsInOrderOfPreference) {
     struct Case {
         std::string_view locale;
         std::vector<std::string> expected;
@@ -68,7 +68,7 @@ TEST_F(ProcessLocale, IsThatOfTheFirstVariableThatIsSet) {
     EXPECT_EQ(characterLanguageOfProcess(), "az");
 }
 
-TEST_F(ProcessLocale, DecidesWhichLettersAreEqualRegardlessOfCase) {
+TEST_F(ProcessLocale, DeterminesCaseInsensitiveComparison) {
     FixedWorkspace workspace;
     const auto accessibility = makeLinuxAccessibility(workspace);
     EXPECT_TRUE(accessibility->containsIgnoringCase(u"EDITOR", u"editor"));

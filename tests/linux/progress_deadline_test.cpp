@@ -20,16 +20,16 @@ TEST(ProgressDeadline, GivesUpASilentOwnerAfterOneSecond) {
     EXPECT_FALSE(progress.beginStall(begin + 1s));
 }
 
-TEST(ProgressDeadline, WaitsAnewAfterEachPieceBeforeAStall) {
+TEST(ProgressDeadline, RestartsAfterEachPieceBeforeAStall) {
     ProgressDeadline progress(begin, end);
     progress.noteProgress(begin + 400ms, true);
     EXPECT_EQ(progress.deadline(), begin + 900ms);
     EXPECT_TRUE(progress.beginStall(begin + 900ms));
-    // The stall began with the last piece.
+    // The stall began at the time of the last piece.
     EXPECT_EQ(progress.deadline(), begin + 1400ms);
 }
 
-TEST(ProgressDeadline, DeadConversionsCostOneSecondInAll) {
+TEST(ProgressDeadline, GivesDeadConversionsOneSecondInAll) {
     ProgressDeadline progress(begin, end);
     EXPECT_TRUE(progress.beginStall(begin + 500ms));
     progress.noteProgress(begin + 500ms, false);
@@ -39,7 +39,7 @@ TEST(ProgressDeadline, DeadConversionsCostOneSecondInAll) {
     EXPECT_FALSE(progress.beginStall(begin + 1s));
 }
 
-TEST(ProgressDeadline, WaitsForALongTransferBesideADeadConversion) {
+TEST(ProgressDeadline, WaitsForALongTransferDespiteADeadConversion) {
     ProgressDeadline progress(begin, end);
     EXPECT_TRUE(progress.beginStall(begin + 500ms));
     progress.noteProgress(begin + 900ms, false);
@@ -48,7 +48,7 @@ TEST(ProgressDeadline, WaitsForALongTransferBesideADeadConversion) {
     EXPECT_EQ(progress.deadline(), begin + 1800ms);
 }
 
-TEST(ProgressDeadline, ASlowOwnerHasOneSecondForEachStep) {
+TEST(ProgressDeadline, GivesASlowOwnerOneSecondForEachStep) {
     ProgressDeadline progress(begin, end);
     EXPECT_TRUE(progress.beginStall(begin + 500ms));
     progress.noteProgress(begin + 600ms, true);

@@ -10,13 +10,13 @@ namespace {
 using atspi::State;
 using atspi::States;
 
-TEST(RoleName, NamesEveryRoleOfTheProtocol) {
+TEST(RoleName, MapsEveryRoleOfTheProtocol) {
     struct Case {
         std::string_view role;
         std::string_view name;
         std::string_view subrole;
     };
-    // In the order of the protocol, which numbers its roles from 0.
+    // In the order of AT-SPI, which numbers its roles from 0.
     const std::vector<Case> cases{
         {"invalid", "AXUnknown", ""},
         {"accelerator label", "AXUnknown", ""},
@@ -163,7 +163,7 @@ TEST(RoleName, IsUnknownForEveryOtherNumber) {
     }
 }
 
-TEST(RoleName, TellsAnAreaFromAFieldByItsStates) {
+TEST(RoleName, DependsOnTheStatesOfATextElement) {
     for (const std::uint32_t role : {atspi_role::text, atspi_role::entry}) {
         ASSERT_TRUE(roleDependsOnStates(role));
         EXPECT_EQ(roleName(role, States::of({State::multiLine})), "AXTextArea") << role;
@@ -175,7 +175,7 @@ TEST(RoleName, TellsAnAreaFromAFieldByItsStates) {
     EXPECT_FALSE(roleDependsOnStates(atspi_role::menu));
 }
 
-TEST(RoleName, TellsWhatStandsInAMenuBarByTheParent) {
+TEST(RoleName, DependsOnTheParentInAMenuBar) {
     for (const std::uint32_t role : {atspi_role::menu, atspi_role::menuItem}) {
         ASSERT_TRUE(roleDependsOnParent(role));
         EXPECT_EQ(roleName(role, atspi_role::menuBar), "AXMenuBarItem") << role;

@@ -21,8 +21,8 @@ namespace {
 
 constexpr std::array<int, 3> endingSignals{SIGTERM, SIGINT, SIGHUP};
 
-/// Runs `body` in a process of its own, in which the signals have their default actions. Returns its exit status, or
-/// the negated number of the signal that ended it.
+/// Runs `body` in a child process in which the signals have their default actions. Returns its exit status, or the
+/// negated number of the signal that ended it.
 int statusOf(const std::function<int()>& body) {
     const pid_t process = fork();
     if (process == 0) {
@@ -53,7 +53,7 @@ std::set<int> openDescriptors() {
     return descriptors;
 }
 
-TEST(TerminationSignals, AreNotedAndEndTheProcessWhenItIsReady) {
+TEST(TerminationSignals, EndTheProcessWhenItIsReady) {
     for (const int signal : endingSignals) {
         const int status = statusOf([signal] {
             TerminationSignals signals;
@@ -70,7 +70,7 @@ TEST(TerminationSignals, AreNotedAndEndTheProcessWhenItIsReady) {
     }
 }
 
-TEST(TerminationSignals, ASecondOneEndsTheProcessAtOnceIfItMay) {
+TEST(TerminationSignals, EndTheProcessAtOnceTheSecondTimeIfAllowed) {
     const int status = statusOf([] {
         TerminationSignals signals;
         signals.setSecondSignalEnds(true);
@@ -84,7 +84,7 @@ TEST(TerminationSignals, ASecondOneEndsTheProcessAtOnceIfItMay) {
     EXPECT_EQ(status, -SIGTERM);
 }
 
-TEST(TerminationSignals, ASecondOneIsIgnoredAgainWhileItMayNotEndTheProcess) {
+TEST(TerminationSignals, AreIgnoredTheSecondTimeUnlessAllowed) {
     const int status = statusOf([] {
         TerminationSignals signals;
         signals.setSecondSignalEnds(true);
@@ -96,7 +96,7 @@ TEST(TerminationSignals, ASecondOneIsIgnoredAgainWhileItMayNotEndTheProcess) {
     EXPECT_EQ(status, 0);
 }
 
-TEST(TerminationSignals, TheFirstOneCounts) {
+TEST(TerminationSignals, EndTheProcessWithTheFirstSignal) {
     const int status = statusOf([] {
         TerminationSignals signals;
         std::raise(SIGINT);
@@ -110,7 +110,7 @@ TEST(TerminationSignals, TheFirstOneCounts) {
     EXPECT_EQ(status, -SIGINT);
 }
 
-TEST(TerminationSignals, WhatWasIgnoredStaysIgnored) {
+TEST(TerminationSignals, StayIgnoredIfTheyWere) {
     const int status = statusOf([] {
         std::signal(SIGHUP, SIG_IGN);
         const TerminationSignals signals;
@@ -120,7 +120,7 @@ TEST(TerminationSignals, WhatWasIgnoredStaysIgnored) {
     EXPECT_EQ(status, 0);
 }
 
-TEST(TerminationSignals, EndTheProcessWhereTheyAreBlocked) {
+TEST(TerminationSignals, EndTheProcessIfTheyAreBlocked) {
     const int status = statusOf([]() -> int {
         TerminationSignals signals;
         std::raise(SIGTERM);
@@ -132,7 +132,7 @@ TEST(TerminationSignals, EndTheProcessWhereTheyAreBlocked) {
     EXPECT_EQ(status, -SIGTERM);
 }
 
-TEST(TerminationSignals, EndTheFirstProcessOfAContainerThatNoSignalEnds) {
+TEST(TerminationSignals, EndTheFirstProcessOfAContainer) {
     constexpr int impossible = 77;
     const int status = statusOf([] {
         if (unshare(CLONE_NEWPID) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWPID) != 0) {
@@ -145,7 +145,7 @@ TEST(TerminationSignals, EndTheFirstProcessOfAContainerThatNoSignalEnds) {
         });
     });
     if (status == impossible) {
-        GTEST_SKIP() << "this system does not let a process have a process namespace of its own";
+        GTEST_SKIP() << "this system does not allow a process to create a PID namespace";
     }
     EXPECT_EQ(status, 128 + SIGTERM);
 }
@@ -167,7 +167,7 @@ TEST(TerminationSignals, InterruptAWait) {
     EXPECT_EQ(status, 0);
 }
 
-TEST(TerminationSignals, KeepTheirDescriptorsToThemselves) {
+TEST(TerminationSignals, HaveCloseOnExecDescriptors) {
     const std::set<int> before = openDescriptors();
     {
         const TerminationSignals signals;
@@ -187,8 +187,8 @@ TEST(TerminationSignals, KeepTheirDescriptorsToThemselves) {
     EXPECT_EQ(terminationDescriptor(), -1);
 }
 
-TEST(TerminationSignalsDeathTest, AreNotedWithoutADescriptor) {
-    // In a process in which no signals were caught before.
+TEST(TerminationSignalsDeathTest, WorkWithoutADescriptor) {
+    // The death test runs in a new process, in which no signals have been caught.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto body = [] {
         std::array<int, 2> ends{};
@@ -205,14 +205,14 @@ TEST(TerminationSignalsDeathTest, AreNotedWithoutADescriptor) {
         }
         char byte = 0;
         if (read(ends[0], &byte, 1) == 1) {
-            return 4;  // The byte went to whatever has the number 0.
+            return 4;  // The byte was written to file descriptor 0.
         }
         return signals.descriptor() == -1 && signals.pending() == SIGTERM ? 0 : 2;
     };
     EXPECT_EXIT(_exit(body()), testing::ExitedWithCode(0), "");
 }
 
-TEST(TerminationSignals, DoAtTheirEndWhatTheyDidBefore) {
+TEST(TerminationSignals, AreRestoredAtTheEnd) {
     EXPECT_EQ(statusOf([] {
                   { const TerminationSignals signals; }
                   std::raise(SIGTERM);

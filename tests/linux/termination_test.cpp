@@ -42,11 +42,11 @@ void endAsAHost() {
     std::cerr << "survived";
 }
 
-TEST(TerminationGuardsDeathTest, LeaveTheSignalsOfAHostAlone) {
+TEST(TerminationGuardsDeathTest, DoNotCatchTheSignalsOfAHost) {
     EXPECT_EXIT(endAsAHost(), testing::KilledBySignal(SIGTERM), "^$");
 }
 
-TEST(TerminationGuardsDeathTest, LeaveTheCleanUpToTheNewest) {
+TEST(TerminationGuardsDeathTest, RunOnlyTheNewestCleanUp) {
     EXPECT_EXIT(endAfter(endWithTwoGuards), testing::KilledBySignal(SIGTERM), "^newer services $");
 }
 
@@ -58,7 +58,7 @@ void endBySecondSignal(LinuxScheduling& scheduling) {
     std::raise(SIGINT);
 }
 
-TEST(TerminationGuardsDeathTest, DoWithoutCleanUpIfASecondSignalMayEndTheProcess) {
+TEST(TerminationGuardsDeathTest, SkipCleanUpIfASecondSignalMayEndTheProcess) {
     EXPECT_EXIT(endAfter(endBySecondSignal), testing::KilledBySignal(SIGINT), "^noted $");
 }
 
@@ -72,7 +72,7 @@ void endHeldOffBySecondSignal(LinuxScheduling& scheduling) {
     guard.reset();
 }
 
-TEST(TerminationGuardsDeathTest, HoldASecondSignalOffAsWell) {
+TEST(TerminationGuardsDeathTest, HoldOffASecondSignal) {
     EXPECT_EXIT(endAfter(endHeldOffBySecondSignal), testing::KilledBySignal(SIGTERM), "^held off cleanUp services $");
 }
 
@@ -96,7 +96,7 @@ TEST(TerminationGuardsDeathTest, CleanUpIfASecondSignalMayNoLongerEndTheProcess)
     EXPECT_EXIT(endAfter(endByTwoSignalsAfterRevokedLeave), testing::KilledBySignal(SIGTERM), "^cleanUp services $");
 }
 
-TEST(TerminationGuardsDeathTest, CleanUpDespiteASecondSignalThatMayNotEndTheProcess) {
+TEST(TerminationGuardsDeathTest, CleanUpDespiteASecondSignal) {
     EXPECT_EXIT(endAfter(endByTwoSignalsWithoutLeave), testing::KilledBySignal(SIGTERM), "^cleanUp services $");
 }
 

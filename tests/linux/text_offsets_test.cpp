@@ -14,7 +14,7 @@ namespace {
 constexpr const char* astral =
     "a\xF0\x9F\x98\x80"
     "b";
-// The same as the padding toolkit writes it.
+// The same as Gecko sends it.
 constexpr const char* paddedAstral =
     "a\xF0\x9F\x98\x80\xEF\xBB\xBF"
     "b";
@@ -29,7 +29,7 @@ struct RangeCase {
     Text expectedPart;
 };
 
-TEST(ElementText, BringsRangesToUtf16UnitsWhateverTheToolkitCounts) {
+TEST(ElementText, ConvertsRangesToUtf16Units) {
     const std::vector<RangeCase> cases{
         {"hello", 5, AstralPadding::none, 1, 3, TextRange{1, 2}, u"el"},
         {"hello", 5, AstralPadding::none, 0, 5, TextRange{0, 5}, u"hello"},
@@ -48,12 +48,12 @@ TEST(ElementText, BringsRangesToUtf16UnitsWhateverTheToolkitCounts) {
         // UTF-16 units with padding.
         {paddedAstral, 4, AstralPadding::byteOrderMarks, 1, 3, TextRange{1, 2}, u"\U0001F600"},
         {paddedAstral, 4, AstralPadding::byteOrderMarks, 3, 4, TextRange{3, 1}, u"b"},
-        // The same bytes as another toolkit means them.
+        // The same bytes from another toolkit.
         {paddedAstral, 4, AstralPadding::none, 1, 3, TextRange{1, 3}, u"\U0001F600\uFEFF"},
-        // A selection made backwards.
+        // A backward selection.
         {"hello", 5, AstralPadding::none, 4, 1, TextRange{1, 3}, u"ell"},
         {astral, 3, AstralPadding::none, 2, 1, TextRange{1, 2}, u"\U0001F600"},
-        // An object embedded in the text is one character like any other.
+        // An embedded object is one character.
         {"x\xEF\xBF\xBCy", 3, AstralPadding::none, 1, 2, TextRange{1, 1}, u"\uFFFC"},
     };
     for (const RangeCase& each : cases) {
@@ -69,7 +69,7 @@ TEST(ElementText, BringsRangesToUtf16UnitsWhateverTheToolkitCounts) {
     }
 }
 
-TEST(ElementText, RefusesRangesThatItCannotPlace) {
+TEST(ElementText, RejectsRangesThatItCannotConvert) {
     const std::vector<RangeCase> cases{
         {"hello", 5, AstralPadding::none, -1, 3, {}, {}},
         {"hello", 5, AstralPadding::none, 0, 6, {}, {}},
@@ -79,7 +79,7 @@ TEST(ElementText, RefusesRangesThatItCannotPlace) {
         {"hello", 4, AstralPadding::none, 0, 1, {}, {}},
         {"hello", -1, AstralPadding::none, 0, 1, {}, {}},
         {astral, 5, AstralPadding::none, 0, 1, {}, {}},
-        // Inside of the text in one unit, outside of it in the element's own.
+        // Inside the text in one unit, outside it in the element's unit.
         {astral, 3, AstralPadding::none, 0, 4, {}, {}},
         {astral, 4, AstralPadding::none, 0, 5, {}, {}},
         {paddedAstral, 4, AstralPadding::byteOrderMarks, 0, 5, {}, {}},
@@ -94,21 +94,21 @@ TEST(ElementText, RefusesRangesThatItCannotPlace) {
     }
 }
 
-TEST(ElementText, IsNothingWhereTheBytesAreIllFormed) {
+TEST(ElementText, IsAbsentIfTheBytesAreIllFormed) {
     for (const std::string bytes : {"\xFF", "a\xC3", "\xED\xA0\x80", "\xF0\x9F\x98", "\xC0\x80"}) {
         EXPECT_FALSE(ElementText::read(bytes, 1, AstralPadding::none)) << testing::PrintToString(bytes);
         EXPECT_FALSE(ElementText::read(bytes, 1, AstralPadding::byteOrderMarks)) << testing::PrintToString(bytes);
     }
 }
 
-TEST(ElementText, TakesAwayOneMarkPerCharacter) {
+TEST(ElementText, RemovesOneMarkPerCharacter) {
     const auto text =
         ElementText::read("\xF0\x9F\x98\x80\xEF\xBB\xBF\xEF\xBB\xBFz\xEF\xBB\xBF", 5, AstralPadding::byteOrderMarks);
     ASSERT_TRUE(text);
     EXPECT_EQ(text->text(), u"\U0001F600\uFEFFz\uFEFF");
 }
 
-TEST(LooksPadded, HoldsOnlyWhereEveryAstralCharacterHasItsMark) {
+TEST(LooksPadded, IsTrueOnlyIfEachAstralCharacterHasAMark) {
     struct Case {
         std::string bytes;
         bool expected;

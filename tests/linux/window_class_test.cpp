@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(WindowClass, TakesThePropertyApart) {
+TEST(WindowClass, ParsesTheProperty) {
     struct Case {
         std::string_view bytes;
         WindowClass expected;
