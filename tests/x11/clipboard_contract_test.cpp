@@ -38,7 +38,7 @@ public:
 
 private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
-    /// A connection of its own, so for the X server it is another process.
+    /// Has its own connection, so to the X server it is another process.
     std::unique_ptr<Platform> other_ = nativePlatform();
     std::unique_ptr<PasteboardHold> othersHold_;
     std::unique_ptr<OtherOwner> owner_;

@@ -9,7 +9,7 @@
 namespace lomaris::test {
 namespace {
 
-/// A process of its own as far as the X server can tell.
+/// To the X server a process of its own, as it has its own connection.
 class Client {
 public:
     Client() {

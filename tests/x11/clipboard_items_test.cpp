@@ -4,12 +4,12 @@
 namespace lomaris::test {
 namespace {
 
-// A snapshot of the pasteboard returns nothing once the contents have changed. Each of its operations notices that by
-// itself, so each one comes first once.
+// A snapshot of the pasteboard returns nothing once the contents have changed. Each operation detects that by itself,
+// so for each there is a test that calls it first.
 
 const std::vector<OfferedTarget> theirs{{"UTF8_STRING", {"", 8, "theirs"}}};
 
-TEST_F(Clipboard, OwnItemsHaveNoDataOnceAnotherProgramTakesOver) {
+TEST_F(Clipboard, OwnItemsHaveNoDataOnceAnotherProgramCopies) {
     ASSERT_TRUE(put({{stringType, "ours"}}));
     const auto items = pasteboard().items();
     ASSERT_EQ(items.size(), 1U);
@@ -18,7 +18,7 @@ TEST_F(Clipboard, OwnItemsHaveNoDataOnceAnotherProgramTakesOver) {
     EXPECT_EQ(items[0]->data(stringType), std::nullopt);
 }
 
-TEST_F(Clipboard, OwnItemsHaveNoTypesOnceAnotherProgramTakesOver) {
+TEST_F(Clipboard, OwnItemsHaveNoTypesOnceAnotherProgramCopies) {
     ASSERT_TRUE(put({{stringType, "ours"}}));
     const auto items = pasteboard().items();
     ASSERT_EQ(items.size(), 1U);
@@ -27,7 +27,7 @@ TEST_F(Clipboard, OwnItemsHaveNoTypesOnceAnotherProgramTakesOver) {
     EXPECT_EQ(items[0]->types(), std::vector<PasteboardType>());
 }
 
-TEST_F(Clipboard, PromisesAreNotKeptOnceAnotherProgramTakesOver) {
+TEST_F(Clipboard, PromisesAreDroppedOnceAnotherProgramCopies) {
     const auto provider = std::make_shared<TestProvider>("ours");
     ASSERT_TRUE(putPromise(provider));
     const auto items = pasteboard().items();
@@ -57,7 +57,7 @@ TEST_F(Clipboard, ForeignItemsHaveNoTypesOnceTheContentsChange) {
     EXPECT_EQ(items[0]->data(stringType), std::nullopt);
 }
 
-TEST_F(Clipboard, ItemsHaveNothingOnceThePasteboardIsGone) {
+TEST_F(Clipboard, ItemsAreEmptyOnceThePasteboardIsGone) {
     ASSERT_TRUE(put({{stringType, "ours"}}));
     const auto own = pasteboard().items();
     const OtherOwner other(theirs);

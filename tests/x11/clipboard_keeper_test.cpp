@@ -58,7 +58,7 @@ TEST_F(ClipboardKeeper, RestoresAnEmptyClipboard) {
     EXPECT_EQ(ClipboardPeer().owner(), xcb_window_t{XCB_WINDOW_NONE});
 }
 
-TEST_F(ClipboardKeeper, LeavesWhatAnotherProgramCopiedAlone) {
+TEST_F(ClipboardKeeper, DoesNotOverwriteACopyOfAnotherProgram) {
     DyingProcess process([](Operation& operation) {
         operation.beginRead();
         operation.hold().expectCopy(getpid(), 1s);
@@ -77,7 +77,7 @@ TEST_F(ClipboardKeeper, KeepsThePastedTextAfterADeathUntilItIsRead) {
         operation.hold().expectPaste(300ms, 60s);
     });
     process.die();
-    // Longer than a keeper takes that restores at once.
+    // Long enough for a keeper that restores at once.
     std::this_thread::sleep_for(50ms);
     EXPECT_TRUE(isOwned(keeperSelection));
     EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "pasted"}));
@@ -97,7 +97,7 @@ TEST_F(ClipboardKeeper, RestoresAfterADeathIfThePastedTextIsNeverRead) {
     EXPECT_TRUE(UserClipboard::isIntact());
 }
 
-TEST_F(ClipboardKeeper, LeavesThePastedTextAfterANormalEndAndReleasesItWhenRead) {
+TEST_F(ClipboardKeeper, KeepsThePastedTextAfterANormalEnd) {
     {
         Operation operation;
         ASSERT_TRUE(operation.begin());
@@ -113,7 +113,7 @@ TEST_F(ClipboardKeeper, LeavesThePastedTextAfterANormalEndAndReleasesItWhenRead)
     EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "pasted"}));
 }
 
-TEST_F(ClipboardKeeper, TellsTheProviderThatItsTextWasRead) {
+TEST_F(ClipboardKeeper, CallsTheProviderWhenItsTextWasRead) {
     Operation operation;
     ASSERT_TRUE(operation.begin());
     operation.save();
@@ -165,8 +165,8 @@ TEST_F(ClipboardKeeper, HoldsTheClipboardForATargetUntilItHasRead) {
     EXPECT_TRUE(waitFor([&] { return other.begin(); }));
 }
 
-TEST_F(ClipboardKeeper, RestoresOverTheLateCopyOfTheTargetOnly) {
-    // The target is the program that has a window of this process.
+TEST_F(ClipboardKeeper, RestoresOnlyOverALateCopyOfTheTarget) {
+    // The target is the program with a window of this process.
     OtherClient target;
     const xcb_window_t window = target.openWindow(target.root());
     target.setNumbers(window, "_NET_WM_PID", XCB_ATOM_CARDINAL, {static_cast<std::uint32_t>(getpid())});
@@ -186,7 +186,7 @@ TEST_F(ClipboardKeeper, RestoresOverTheLateCopyOfTheTargetOnly) {
     EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "newer"}));
 }
 
-TEST_F(ClipboardKeeper, IsDoneWithoutIfItCannotBeStarted) {
+TEST_F(ClipboardKeeper, IsOptionalIfItCannotBeStarted) {
     Operation operation([] { return StartedKeeper(); });
     operation.beginRead();
     EXPECT_EQ(successors(), std::vector<pid_t>{});
@@ -240,7 +240,7 @@ TEST_F(ClipboardKeeper, IsReplacedByAnotherProgramThatCopiesAfterItWasKilled) {
     EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "newer"}));
 }
 
-TEST_F(ClipboardKeeper, IsReportedAsTheProtectionUntilItIsKilled) {
+TEST_F(ClipboardKeeper, ReportsProtectionUntilItIsKilled) {
     Operation operation;
     operation.beginRead();
     EXPECT_EQ(operation.protection, std::vector<bool>{true});
@@ -255,7 +255,7 @@ TEST_F(ClipboardKeeper, IsReportedAsTheProtectionUntilItIsKilled) {
     operation.restore();
 }
 
-TEST_F(ClipboardKeeper, IsReportedAsGoneIfItIsFoundGoneDuringAWrite) {
+TEST_F(ClipboardKeeper, ReportsNoProtectionIfAWriteFindsItGone) {
     Operation operation;
     operation.beginRead();
     kill(successors().at(0), SIGKILL);
@@ -264,7 +264,7 @@ TEST_F(ClipboardKeeper, IsReportedAsGoneIfItIsFoundGoneDuringAWrite) {
     EXPECT_EQ(operation.protection, (std::vector<bool>{true, false}));
 }
 
-TEST_F(ClipboardKeeper, IsAProgramOfItsOwnForAProcessWithThreads) {
+TEST_F(ClipboardKeeper, IsASeparateProgramForAProcessWithThreads) {
     std::atomic<bool> isOver = false;
     std::thread thread([&] {
         while (!isOver) {
@@ -283,7 +283,7 @@ TEST_F(ClipboardKeeper, IsAProgramOfItsOwnForAProcessWithThreads) {
     thread.join();
 }
 
-/// From now on the system call close_range fails for this process and its children, as on an older kernel.
+/// Lets the system call close_range fail from now on in this process and its children, as on an older kernel.
 bool forbidCloseRange() {
     std::array<sock_filter, 4> program{{
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
@@ -295,14 +295,14 @@ bool forbidCloseRange() {
     return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
-TEST_F(ClipboardKeeper, InheritsNoFileFromAProcessOfAnOldKernel) {
+TEST_F(ClipboardKeeper, InheritsNoFileWithoutCloseRange) {
     constexpr int high = 900;
     constexpr rlim_t low = 100;
     std::array<int, 2> pipeEnds{};
     ASSERT_EQ(pipe(pipeEnds.data()), 0);
     const pid_t process = fork();
     if (process == 0) {
-        // The number is above the limit for new files.
+        // The number of this file is above the limit for new files.
         dup2(pipeEnds[1], high);
         rlimit limit{};
         getrlimit(RLIMIT_NOFILE, &limit);
@@ -327,13 +327,13 @@ TEST_F(ClipboardKeeper, InheritsNoFileFromAProcessOfAnOldKernel) {
         GTEST_SKIP() << "this system does not let a process filter its system calls";
     }
     EXPECT_EQ(successors().size(), 1U);
-    // Readable once no process has the other end.
+    // The descriptor is readable once no process has the other end open.
     pollfd request{.fd = pipeEnds[0], .events = POLLIN, .revents = 0};
     EXPECT_EQ(poll(&request, 1, 0), 1);
     close(pipeEnds[0]);
 }
 
-/// The memory files that the only keeper has open.
+/// The number of memory files that the keeper has open.
 std::size_t memoryFiles() {
     std::size_t count = 0;
     std::error_code error;
@@ -344,7 +344,7 @@ std::size_t memoryFiles() {
     return count;
 }
 
-TEST_F(ClipboardKeeper, ForgetsWhatWasSavedWhenTheOperationIsOver) {
+TEST_F(ClipboardKeeper, DropsTheSavedContentsAfterTheOperation) {
     Operation operation;
     operation.beginRead();
     EXPECT_EQ(memoryFiles(), 1U);
@@ -353,7 +353,7 @@ TEST_F(ClipboardKeeper, ForgetsWhatWasSavedWhenTheOperationIsOver) {
     EXPECT_TRUE(waitFor([] { return memoryFiles() == 0; }));
 }
 
-TEST_F(ClipboardKeeper, ForgetsWhatWasSavedOnceItIsRestoredAfterADeath) {
+TEST_F(ClipboardKeeper, DropsTheSavedContentsAfterADeath) {
     DyingProcess process([](Operation& operation) {
         operation.beginRead();
         operation.hold().expectCopy(getpid(), 2s);
@@ -365,7 +365,7 @@ TEST_F(ClipboardKeeper, ForgetsWhatWasSavedOnceItIsRestoredAfterADeath) {
     EXPECT_TRUE(UserClipboard::isIntact());
 }
 
-TEST_F(ClipboardKeeper, OfAProgramThatIsMissingIsDoneWithout) {
+TEST_F(ClipboardKeeper, IsOptionalIfItsProgramIsMissing) {
     Operation operation([] { return spawnKeeper("/nonexistent/keeper"); });
     operation.beginRead();
     operation.restore();

@@ -5,7 +5,7 @@
 namespace lomaris::test {
 namespace {
 
-TEST_F(Clipboard, HasNoItemsWhereTheOwnerDoesNotListItsTargets) {
+TEST_F(Clipboard, HasNoItemsIfTheOwnerDoesNotListItsTargets) {
     struct Case {
         const char* name;
         OfferedTarget list;
@@ -27,7 +27,7 @@ TEST_F(Clipboard, HasNoItemsWhereTheOwnerDoesNotListItsTargets) {
     }
 }
 
-TEST_F(Clipboard, ATypeThatDoesNotArriveCostsNoOther) {
+TEST_F(Clipboard, ReadsOtherTypesIfOneIsNotDelivered) {
     const Bytes bytes = longBytes(200000);
     struct Case {
         const char* name;
@@ -46,12 +46,12 @@ TEST_F(Clipboard, ATypeThatDoesNotArriveCostsNoOther) {
         EXPECT_EQ(contents(),
                   (std::vector<Contents>{{{"text/html", "<b>"}, {"image/png", std::nullopt}, {stringType, "words"}}}))
             << tested.name;
-        // The next look begins anew.
+        // A later snapshot starts without that history.
         EXPECT_EQ(pasteboard().string(), Text(u"words")) << tested.name;
     }
 }
 
-TEST_F(Clipboard, CollectsWhatArrivesBesideDeadTypes) {
+TEST_F(Clipboard, CollectsDeliveredTypesDespiteDeadOnes) {
     const Bytes bytes = longBytes(200000);
     const OtherOwner owner({{"x-test/dead", {"", 8, "dead"}, Conduct::isSilent},
                             {"text/html", {"", 8, "<b>"}, Conduct::answersAfterALaterRequest},
@@ -71,7 +71,7 @@ TEST_F(Clipboard, CollectsWhatArrivesBesideDeadTypes) {
     };
     for (int round = 0; round < 2; ++round) {
         for (const auto& [type, data] : expected) {
-            // The bytes would fill the screen.
+            // EXPECT_EQ would print all bytes.
             EXPECT_TRUE(items[0]->data(type) == data) << type << round;
         }
     }
@@ -79,7 +79,7 @@ TEST_F(Clipboard, CollectsWhatArrivesBesideDeadTypes) {
     EXPECT_EQ(owner.asked().size(), expected.size() + 1);
 }
 
-TEST_F(Clipboard, ASilentOwnerHasNoDataAndIsAskedOnce) {
+TEST_F(Clipboard, RequestsOnceFromASilentOwner) {
     const OtherOwner owner({{"text/html", {"", 8, "<b>"}, Conduct::isSilent},
                             {"image/png", {"", 8, "png"}, Conduct::isSilent},
                             {"UTF8_STRING", {"", 8, "words"}, Conduct::isSilent}});
@@ -88,7 +88,7 @@ TEST_F(Clipboard, ASilentOwnerHasNoDataAndIsAskedOnce) {
     EXPECT_EQ(owner.asked(), (std::vector<std::string>{"TARGETS", "text/html", "image/png", "UTF8_STRING"}));
 }
 
-TEST_F(Clipboard, LosesNothingOfASlowOwner) {
+TEST_F(Clipboard, ReadsEverythingFromASlowOwner) {
     constexpr std::chrono::milliseconds work(600);
     const OtherOwner owner({{"text/html", {"", 8, "<b>"}, Conduct::answers, work},
                             {"image/png", {"", 8, "png"}, Conduct::answers, work},
@@ -99,14 +99,14 @@ TEST_F(Clipboard, LosesNothingOfASlowOwner) {
                   {{"text/html", "<b>"}, {"image/png", "png"}, {"text/rtf", "rtf"}, {stringType, "words"}}}));
 }
 
-TEST_F(Clipboard, ALateReplyIsNotTakenForALaterOne) {
+TEST_F(Clipboard, IgnoresALateReply) {
     const OtherOwner owner(
         {{"UTF8_STRING", {"", 8, "words"}, Conduct::answersTheFirstLate}, {"text/html", {"", 8, "<b>"}}});
     EXPECT_EQ(pasteboard().string(), std::nullopt);
     EXPECT_EQ(contents(), (std::vector<Contents>{{{stringType, "words"}, {"text/html", "<b>"}}}));
 }
 
-TEST_F(Clipboard, CollectsMoreTypesThanArePendingAtOnce) {
+TEST_F(Clipboard, ReadsMoreTypesThanMayBePending) {
     std::vector<OfferedTarget> offered{{"x-test/dead", {"", 8, "dead"}, Conduct::isSilent}};
     Contents expected{{"x-test/dead", std::nullopt}};
     for (int number = 0; number < 1000; ++number) {
@@ -117,7 +117,7 @@ TEST_F(Clipboard, CollectsMoreTypesThanArePendingAtOnce) {
     EXPECT_EQ(contents(), std::vector<Contents>{expected});
 }
 
-TEST_F(Clipboard, OutlivesAnOwnerThatEndsInTheMiddle) {
+TEST_F(Clipboard, SurvivesAnOwnerThatExits) {
     const OtherOwner owner(
         {{"image/png", {"", 8, longBytes(200000)}, Conduct::endsAfterOnePiece}, {"UTF8_STRING", {"", 8, "words"}}});
     const std::int64_t before = pasteboard().changeCount();
@@ -130,7 +130,7 @@ TEST_F(Clipboard, OutlivesAnOwnerThatEndsInTheMiddle) {
     EXPECT_EQ(pasteboard().string(), std::nullopt);
 }
 
-TEST_F(Clipboard, BearsTenThousandTargets) {
+TEST_F(Clipboard, HandlesTenThousandTargets) {
     std::vector<OfferedTarget> offered;
     std::vector<std::pair<PasteboardType, Bytes>> data;
     for (int number = 0; number < 10000; ++number) {
@@ -146,7 +146,7 @@ TEST_F(Clipboard, BearsTenThousandTargets) {
         for (std::size_t index = 0; index < data.size(); ++index) {
             const auto& [type, bytes] = all[0][index];
             EXPECT_EQ(type, data[index].first);
-            // A slow machine does not get all of them in the time that a look may take.
+            // On a slow machine, not all of them are delivered before the timeout.
             EXPECT_TRUE(!bytes || bytes == data[index].second) << type;
         }
     }
@@ -157,12 +157,12 @@ TEST_F(Clipboard, BearsTenThousandTargets) {
     EXPECT_EQ(last, (PropertyValue{"application/x-test-9999", 8, "9999"}));
 }
 
-TEST_F(Clipboard, LeavesOutTargetsWithEndlessNames) {
+TEST_F(Clipboard, SkipsTargetsWithOverlongNames) {
     const OtherOwner owner({{std::string(60000, 'x'), {"STRING", 8, "long"}}, {"text/html", {"", 8, "<b>"}}});
     EXPECT_EQ(contents(), (std::vector<Contents>{{{"text/html", "<b>"}}}));
 }
 
-TEST_F(Clipboard, OutlivesReadersThatDisappear) {
+TEST_F(Clipboard, SurvivesReadersThatExit) {
     const Bytes bytes = longBytes(1000000);
     ASSERT_TRUE(put({{"image/png", bytes}}));
     for (const std::size_t pieces : {std::size_t{0}, std::size_t{1}, std::size_t{3}}) {
@@ -172,7 +172,7 @@ TEST_F(Clipboard, OutlivesReadersThatDisappear) {
     EXPECT_TRUE(read == (PropertyValue{"image/png", 8, bytes}));
 }
 
-TEST_F(Clipboard, RefusesRequestsThatCannotBeAnswered) {
+TEST_F(Clipboard, RefusesInvalidRequests) {
     ASSERT_TRUE(put({{stringType, "words"}}));
     const bool isAnswered = whileServing(scheduling(), [] {
         OtherReader reader;

@@ -24,7 +24,7 @@ namespace lomaris::test {
 inline constexpr const char* holdSelection = "_LOMARIS_CLIPBOARD_OPERATION";
 inline constexpr const char* keeperSelection = "_LOMARIS_CLIPBOARD_KEEPER";
 
-/// The clipboard as a process uses it that may die at any moment.
+/// The clipboard, as an operation of the tool uses it. The process may be killed at any time.
 class Operation {
 public:
     explicit Operation(KeeperStart start = forkKeeper)
@@ -70,7 +70,7 @@ public:
         EXPECT_TRUE(pasteboard_.writeItems(std::move(items)));
     }
 
-    /// Begins, saves and stages, as a read does.
+    /// Begins an operation, saves and stages, as a read does.
     void beginRead() {
         ASSERT_TRUE(begin());
         save();
@@ -78,7 +78,7 @@ public:
     }
 
     std::shared_ptr<TestProvider> provider;
-    /// What the pasteboard said of its protection by the keeper.
+    /// The arguments of all calls of the protection listener.
     std::vector<bool> protection;
 
 private:
@@ -88,7 +88,7 @@ private:
     std::vector<PasteboardItemContents> saved_;
 };
 
-/// Another process that performs `act` and then dies without any clean-up, at once or when told to.
+/// Another process that performs `act` and then waits. It is killed, without clean-up, by `die` or on destruction.
 class DyingProcess {
 public:
     explicit DyingProcess(const std::function<void(Operation&)>& act) {
@@ -154,7 +154,7 @@ protected:
 
     void forgetUser() { user_.reset(); }
 
-    /// Whatever earlier tests left behind ends when another program owns the clipboard.
+    /// Keepers of earlier tests end when another program owns the clipboard.
     static void endKeepers() {
         { const OtherOwner owner({}); }
         ASSERT_TRUE(successorsBecome(0));

@@ -111,7 +111,7 @@ void OtherOwner::answer(const xcb_selection_request_event_t& request) {
     }
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(peer_->handle(), request.requestor, XCB_CW_EVENT_MASK, &events);
-    // The announced length is a lower bound; it says little.
+    // The announced length is only a lower bound (ICCCM 2.7.2).
     peer_->setProperty(request.requestor, request.property, {"INCR", 32, std::string("\1\0\0\0", 4)});
     transfers_[{request.requestor, request.property}] = {found->second, 0};
     notify(request, request.property);

@@ -14,26 +14,26 @@
 
 namespace lomaris::test {
 
-/// How another program that owns the clipboard answers a request for a target.
+/// How another program that owns the clipboard handles a request for a target.
 enum class Conduct {
     answers,
     refuses,
     isSilent,
-    /// Says that it answered, and did not.
+    /// Sends SelectionNotify without setting the property.
     answersNothing,
-    /// Answers in a property that nobody named.
+    /// Sets another property than the requested one.
     answersElsewhere,
-    /// Answers in pieces.
+    /// Sends the value with INCR.
     answersInPieces,
     /// Stops after the first piece.
     stopsAfterOnePiece,
     /// Ends after the first piece.
     endsAfterOnePiece,
-    /// Describes the second piece as another type than the first.
+    /// Sends the second piece with another type than the first.
     changesItsMind,
-    /// Replies only after the reply to a later request.
+    /// Replies only after it has replied to a later request.
     answersAfterALaterRequest,
-    /// Replies to the first request late, with bytes that nobody wants, and properly to all later ones.
+    /// Replies to the first request late, with wrong bytes, and properly to all later ones.
     answersTheFirstLate,
 };
 
@@ -41,21 +41,21 @@ struct OfferedTarget {
     std::string target;
     PropertyValue value;
     Conduct conduct = Conduct::answers;
-    /// What the owner does for so long before it replies; other requests wait.
+    /// How long the owner is busy before it replies. Other requests wait for that time too.
     std::chrono::milliseconds work{};
 };
 
-/// Another program that owns the clipboard; returns from the constructor once it does. It answers on a thread of its
-/// own until it is destroyed.
+/// Another program that owns the clipboard from the end of its constructor. It replies on its own thread until it is
+/// destroyed.
 class OtherOwner {
 public:
-    /// It offers a list of these targets, TARGETS included, unless one of them is TARGETS itself.
+    /// Offers these targets. Also replies to TARGETS with a list of them, unless TARGETS is one of them.
     explicit OtherOwner(std::vector<OfferedTarget> offered);
     OtherOwner(const OtherOwner&) = delete;
     OtherOwner& operator=(const OtherOwner&) = delete;
     ~OtherOwner();
 
-    /// The targets that it was asked for, in order. To be called when nobody asks.
+    /// The targets that were requested, in order. To be called when there are no pending requests.
     [[nodiscard]] const std::vector<std::string>& asked() const { return asked_; }
 
 private:

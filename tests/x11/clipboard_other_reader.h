@@ -9,25 +9,26 @@
 
 namespace lomaris::test {
 
-/// Another program that reads the clipboard. Each operation waits for the owner, which must be served meanwhile.
+/// Another program that reads the clipboard. Each operation blocks until the owner replies, which must therefore run on
+/// another thread or in another process.
 class OtherReader {
 public:
-    /// What the owner answers for a target, in however many pieces; nothing where it refused or did not answer.
+    /// Reads a target, also with INCR. nullopt if the owner refused or did not reply.
     [[nodiscard]] std::optional<PropertyValue> read(const std::string& target);
 
-    /// The same, for a request that carries this time.
+    /// The same, with this timestamp in the request.
     [[nodiscard]] std::optional<PropertyValue> readAt(const std::string& target, xcb_timestamp_t time);
 
     /// The names in the owner's list of targets, sorted.
     [[nodiscard]] std::vector<std::string> targets();
 
-    /// Asks for several targets in one request.
+    /// Reads several targets with one MULTIPLE request.
     [[nodiscard]] std::vector<std::optional<PropertyValue>> readTogether(const std::vector<std::string>& targets);
 
-    /// Asks for contents that come in pieces, takes that many, and then never another; whether it got them.
+    /// Requests a target that is sent with INCR, takes `count` pieces, and no more. Returns true if it got them.
     [[nodiscard]] bool readSomePieces(const std::string& target, std::size_t count);
 
-    /// Asks for contents and leaves the answer where it is; the property that holds it, or nothing.
+    /// Requests a target and does not read the reply. Returns the property with the reply; nullopt if there is none.
     [[nodiscard]] std::optional<xcb_atom_t> ask(const std::string& target);
 
     [[nodiscard]] ClipboardPeer& peer() { return peer_; }

@@ -15,10 +15,10 @@ struct FreeEvent {
     void operator()(void* memory) const { std::free(memory); }
 };
 
-/// An event of the X server; null where none came.
+/// An event of the X server; null if there was none.
 using PeerEvent = std::unique_ptr<xcb_generic_event_t, FreeEvent>;
 
-/// What stands in a property, or is to be put there. An empty type is the name of the target.
+/// The value of a property. An empty type means the name of the target.
 struct PropertyValue {
     std::string type;
     std::uint8_t format = 8;
@@ -27,8 +27,8 @@ struct PropertyValue {
     friend bool operator==(const PropertyValue&, const PropertyValue&) = default;
 };
 
-/// Another program that takes part in the clipboard, on its own connection and with its own window. Throws where there
-/// is no X server. One thread at a time.
+/// Another program that uses the clipboard, with its own connection and window. The constructor throws if there is no X
+/// server. One thread at a time.
 class ClipboardPeer {
 public:
     ClipboardPeer();
@@ -45,7 +45,7 @@ public:
     [[nodiscard]] std::string atomList(const std::vector<std::string>& names);
     [[nodiscard]] std::vector<std::string> namesInList(const std::string& list);
 
-    /// The server's time now.
+    /// The current server time.
     [[nodiscard]] xcb_timestamp_t time();
 
     /// The owner of the clipboard.
@@ -53,14 +53,13 @@ public:
 
     void setProperty(xcb_window_t window, xcb_atom_t property, const PropertyValue& value);
 
-    /// Takes a property of its own window away.
+    /// Reads and deletes a property of its own window.
     [[nodiscard]] PropertyValue takeProperty(xcb_atom_t property);
 
-    /// Returns once the server has done everything that was asked so far.
+    /// Blocks until the server has processed all requests so far.
     void settle();
 
-    /// Waits for an event that `isWanted` accepts; drops all others. Null where none came in a time that no healthy
-    /// machine needs.
+    /// Blocks until there is an event for which `isWanted` returns true; drops all others. Null after a long timeout.
     [[nodiscard]] PeerEvent waitFor(const std::function<bool(const xcb_generic_event_t&)>& isWanted);
 
 private:

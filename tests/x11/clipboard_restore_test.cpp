@@ -14,7 +14,7 @@
 namespace lomaris::test {
 namespace {
 
-/// What a word processor may offer.
+/// Targets that a word processor may offer.
 std::vector<OfferedTarget> document() {
     return {
         {"UTF8_STRING", {"", 8, "caf\xc3\xa9"}},
@@ -28,7 +28,7 @@ std::vector<OfferedTarget> document() {
     };
 }
 
-/// Saves what is on the clipboard, puts something else there, and puts the saved contents back.
+/// Saves the contents of the clipboard, writes others, and restores the saved ones.
 void disturbAndRestore(Clipboard& clipboard) {
     std::vector<NewPasteboardItem> saved;
     for (Clipboard::Contents& item : clipboard.contents()) {
@@ -43,7 +43,7 @@ void disturbAndRestore(Clipboard& clipboard) {
     ASSERT_TRUE(clipboard.put(std::move(saved)));
 }
 
-TEST_F(Clipboard, GivesBackAllTargetsAndBytesOfAnotherProgram) {
+TEST_F(Clipboard, RestoresAllTargetsAndBytesOfAnotherProgram) {
     std::vector<std::string> targets;
     std::vector<PropertyValue> values;
     {
@@ -72,7 +72,7 @@ TEST_F(Clipboard, GivesBackAllTargetsAndBytesOfAnotherProgram) {
     }
 }
 
-TEST_F(Clipboard, GivesBackPlainTextOfAnyPropertyType) {
+TEST_F(Clipboard, RestoresPlainTextOfAnyPropertyType) {
     for (const PropertyValue& value :
          {PropertyValue{"TEXT", 8, "caf\xc3\xa9"}, PropertyValue{"C_STRING", 8, "caf\xe9"},
           PropertyValue{"text/plain;charset=utf-8", 8, "caf\xc3\xa9"}, PropertyValue{"COMPOUND_TEXT", 8, "caf\xe9"},
@@ -93,7 +93,7 @@ TEST_F(Clipboard, HasOneItemWithTheTypesOfAnotherProgram) {
     EXPECT_EQ(owner.asked(), (std::vector<std::string>{"TARGETS", "text/html", "UTF8_STRING"}));
 }
 
-TEST_F(Clipboard, DropsTheTrailingNulsOfATextAlone) {
+TEST_F(Clipboard, DropsTrailingNulsOnlyFromPlainText) {
     struct Case {
         Bytes bytes;
         Text text;
@@ -110,14 +110,14 @@ TEST_F(Clipboard, DropsTheTrailingNulsOfATextAlone) {
         for (const Case& tested : cases) {
             const OtherOwner owner({{target, {"", 8, tested.bytes}}});
             EXPECT_EQ(pasteboard().string(), tested.text) << target;
-            // What is saved is what is restored.
+            // The restored contents have the NULs.
             ASSERT_EQ(contents().size(), 1U) << target;
             EXPECT_EQ(contents()[0][0].second, tested.bytes) << target;
         }
     }
 }
 
-TEST_F(Clipboard, NeverAsksForWhatWouldMakeTheOwnerDoSomething) {
+TEST_F(Clipboard, NeverRequestsTargetsWithSideEffects) {
     std::vector<OfferedTarget> offered;
     for (const char* const target :
          {"MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "DELETE", "INSERT_SELECTION", "INSERT_PROPERTY", "text/html"}) {
@@ -138,7 +138,7 @@ TEST_F(Clipboard, IsEmptyWithoutAnOwner) {
               (std::vector<std::string>{"MULTIPLE", "TARGETS", "TIMESTAMP"}));
 }
 
-TEST_F(Clipboard, CarriesLongContentsBothWays) {
+TEST_F(Clipboard, TransfersLongContentsInBothDirections) {
     for (const std::size_t size : {std::size_t{1} << 20U, std::size_t{20} << 20U}) {
         const Bytes bytes = longBytes(size);
         {
@@ -146,12 +146,12 @@ TEST_F(Clipboard, CarriesLongContentsBothWays) {
             disturbAndRestore(*this);
         }
         const auto read = whileServing(scheduling(), [] { return OtherReader().read("image/png"); });
-        // The bytes would fill the screen.
+        // EXPECT_EQ would print all bytes.
         EXPECT_TRUE(read == (PropertyValue{"image/png", 8, bytes})) << size;
     }
 }
 
-TEST_F(Clipboard, CarriesContentsOfEveryLengthAroundAPiece) {
+TEST_F(Clipboard, TransfersLengthsAroundThePieceSize) {
     for (const std::size_t size : {0UL, 1UL, 98303UL, 98304UL, 98305UL, 196608UL, 262144UL, 1048576UL, 1048577UL}) {
         const Bytes bytes = longBytes(size);
         {
@@ -165,7 +165,7 @@ TEST_F(Clipboard, CarriesContentsOfEveryLengthAroundAPiece) {
     }
 }
 
-TEST_F(Clipboard, KeepsSeveralItemsAndServesTheFirstThatHasATarget) {
+TEST_F(Clipboard, ServesTheFirstItemThatHasATarget) {
     std::vector<NewPasteboardItem> items(2);
     items[0].data = {{stringType, "first"}, {"text/uri-list", "file:///a"}};
     items[1].data = {{stringType, "second"}, {"text/html", "<i>"}};
@@ -198,7 +198,7 @@ TEST_F(Clipboard, ExchangesTextWithAnotherTool) {
     EXPECT_EQ(result, (ProcessResult{0, "na\xc3\xafve", ""}));
 }
 
-TEST_F(Clipboard, FindsTheTextUnderItsManyNames) {
+TEST_F(Clipboard, ReadsTextFromEveryTextTarget) {
     struct Case {
         std::vector<OfferedTarget> offered;
         std::optional<Text> expected;

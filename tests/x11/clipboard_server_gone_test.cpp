@@ -12,7 +12,7 @@
 namespace lomaris::test {
 namespace {
 
-/// The clipboard of an X server of its own, which a test may freeze or end.
+/// The clipboard of a second X server, which a test may freeze or end.
 class ClipboardOfLostServer : public Clipboard {
 protected:
     void SetUp() override {
@@ -58,7 +58,7 @@ private:
     std::unique_ptr<RunningProgram> server_;
 };
 
-TEST_F(ClipboardOfLostServer, IsNotThereWithoutAServer) {
+TEST_F(ClipboardOfLostServer, IsUnavailableWithoutAServer) {
     for (const char* const display : {"", ":64999", "nonsense"}) {
         setenv("DISPLAY", display, 1);
         LinuxScheduling loop;
@@ -72,26 +72,26 @@ TEST_F(ClipboardOfLostServer, IsNotThereWithoutAServer) {
     }
 }
 
-TEST_F(ClipboardOfLostServer, IsGoneWithAServerThatEnds) {
+TEST_F(ClipboardOfLostServer, IsUnavailableIfTheServerExits) {
     ASSERT_TRUE(put({{stringType, "words"}}));
     server().end();
     expectNoClipboard();
 }
 
-TEST_F(ClipboardOfLostServer, IsGoneWithAServerThatEndsDuringASlice) {
+TEST_F(ClipboardOfLostServer, IsUnavailableIfTheServerExitsDuringASlice) {
     ASSERT_TRUE(put({{stringType, "words"}}));
     server().end();
     scheduling().runLoopSlice(std::chrono::milliseconds(5));
     expectNoClipboard();
 }
 
-TEST_F(ClipboardOfLostServer, IsGoneWithAServerThatHangs) {
+TEST_F(ClipboardOfLostServer, IsUnavailableIfTheServerHangs) {
     ASSERT_TRUE(put({{stringType, "words"}}));
     server().freeze();
     expectNoClipboard();
 }
 
-TEST_F(ClipboardOfLostServer, IsGoneWithAServerThatEndsWhileItIsServed) {
+TEST_F(ClipboardOfLostServer, IsUnavailableIfTheServerExitsDuringServing) {
     ASSERT_TRUE(put({{"image/png", longBytes(3000000)}}));
     ASSERT_TRUE(whileServing(scheduling(), [] {
         OtherReader reader;
@@ -104,9 +104,9 @@ TEST_F(ClipboardOfLostServer, IsGoneWithAServerThatEndsWhileItIsServed) {
     EXPECT_EQ(items[0]->types(), std::vector<PasteboardType>{});
 }
 
-TEST_F(ClipboardOfLostServer, IsGoneWithAServerThatHangsWhileItIsServed) {
+TEST_F(ClipboardOfLostServer, IsUnavailableIfTheServerHangsDuringServing) {
     ASSERT_TRUE(put({{"image/png", longBytes(3000000)}}));
-    // Together they ask for more than the connection holds.
+    // Together they request more than fits into the buffers of the connection.
     std::vector<OtherReader> readers(8);
     for (OtherReader& reader : readers) {
         ASSERT_TRUE(whileServing(scheduling(), [&reader] { return reader.ask("image/png"); }));
@@ -118,7 +118,7 @@ TEST_F(ClipboardOfLostServer, IsGoneWithAServerThatHangsWhileItIsServed) {
     expectNoClipboard();
 }
 
-TEST_F(ClipboardOfLostServer, TakesWhatWasLeftBehindWithIt) {
+TEST_F(ClipboardOfLostServer, EndsTheKeeper) {
     const std::size_t before = successors().size();
     ASSERT_TRUE(put({{stringType, "words"}}));
     end();
@@ -127,7 +127,7 @@ TEST_F(ClipboardOfLostServer, TakesWhatWasLeftBehindWithIt) {
     EXPECT_TRUE(successorsBecome(before));
 }
 
-TEST_F(ClipboardOfLostServer, LeavesNobodyBehindForAServerThatIsGone) {
+TEST_F(ClipboardOfLostServer, CallsNoProviderAtTheEnd) {
     const auto provider = std::make_shared<TestProvider>("words");
     ASSERT_TRUE(putPromise(provider));
     server().end();

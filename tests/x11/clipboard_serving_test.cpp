@@ -11,7 +11,7 @@ namespace {
 
 using Values = std::vector<std::optional<PropertyValue>>;
 
-TEST_F(Clipboard, OffersAPromisedTextUnderAllItsNames) {
+TEST_F(Clipboard, OffersAPromisedTextAsAllTextTargets) {
     const auto provider = std::make_shared<TestProvider>("caf\xc3\xa9");
     ASSERT_TRUE(putPromise(provider));
     EXPECT_EQ(whileServing(scheduling(), [] { return OtherReader().targets(); }),
@@ -27,7 +27,7 @@ TEST_F(Clipboard, OffersAPromisedTextUnderAllItsNames) {
                               PropertyValue{"STRING", 8, "caf\xe9"}}));
 }
 
-TEST_F(Clipboard, DoesNotAnswerInLatin1WhatDoesNotFit) {
+TEST_F(Clipboard, RefusesLatin1IfTheTextDoesNotFit) {
     ASSERT_TRUE(putPromise(std::make_shared<TestProvider>("\xe2\x82\xac")));
     const Values values = whileServing(scheduling(), [] {
         return OtherReader().readTogether({"STRING", "TEXT", "UTF8_STRING"});
@@ -36,13 +36,13 @@ TEST_F(Clipboard, DoesNotAnswerInLatin1WhatDoesNotFit) {
                               PropertyValue{"UTF8_STRING", 8, "\xe2\x82\xac"}}));
 }
 
-TEST_F(Clipboard, OffersBytesThatAreThereAsTheyAre) {
+TEST_F(Clipboard, OffersGivenBytesUnchanged) {
     ASSERT_TRUE(put({{stringType, "words"}}));
     EXPECT_EQ(whileServing(scheduling(), [] { return OtherReader().targets(); }),
               (std::vector<std::string>{"MULTIPLE", "TARGETS", "TIMESTAMP", "UTF8_STRING"}));
 }
 
-TEST_F(Clipboard, AsksAProviderForTextsOnly) {
+TEST_F(Clipboard, CallsAProviderOnlyForText) {
     const auto provider = std::make_shared<TestProvider>("words");
     ASSERT_TRUE(putPromise(provider, {{concealedType, ""}, {transientType, ""}}));
     const Values values = whileServing(scheduling(), [] {
@@ -62,19 +62,19 @@ TEST_F(Clipboard, AsksAProviderForTextsOnly) {
     EXPECT_EQ(provider->asked, std::vector<PasteboardType>{stringType});
 }
 
-TEST_F(Clipboard, RefusesAPromiseThatIsNotKept) {
+TEST_F(Clipboard, RefusesAnUnfulfilledPromise) {
     const auto provider = std::make_shared<TestProvider>(std::nullopt);
     ASSERT_TRUE(putPromise(provider));
     EXPECT_EQ(whileServing(scheduling(), [] { return OtherReader().read("UTF8_STRING"); }), std::nullopt);
     EXPECT_EQ(provider->asked, std::vector<PasteboardType>{stringType});
 }
 
-TEST_F(Clipboard, AsksAProviderDuringSlicesOnly) {
+TEST_F(Clipboard, CallsAProviderOnlyDuringSlices) {
     const auto provider = std::make_shared<TestProvider>("words");
     ASSERT_TRUE(putPromise(provider));
     OtherReader reader;
     auto read = std::async(std::launch::async, [&reader] { return reader.read("UTF8_STRING"); });
-    // The reader gets the text at once; that it has it is noticed during slices.
+    // The reader gets the text at once. That it has read the text is noticed in slices.
     for (int round = 0; round < 200; ++round) {
         static_cast<void>(pasteboard().changeCount());
         ASSERT_EQ(provider->asked, std::vector<PasteboardType>{});
@@ -88,7 +88,7 @@ TEST_F(Clipboard, AsksAProviderDuringSlicesOnly) {
     }));
 }
 
-TEST_F(Clipboard, HidesASecretWithoutShowingTheHint) {
+TEST_F(Clipboard, OffersTheHintOfASecretOnlyToOtherPrograms) {
     ASSERT_TRUE(put({{stringType, "words"}, {concealedType, ""}}));
     EXPECT_EQ(contents(), (std::vector<Contents>{{{stringType, "words"}, {concealedType, ""}}}));
     EXPECT_EQ(whileServing(scheduling(), [] { return OtherReader().targets(); }),
@@ -96,7 +96,7 @@ TEST_F(Clipboard, HidesASecretWithoutShowingTheHint) {
                                         "x-kde-passwordManagerHint"}));
 }
 
-TEST_F(Clipboard, TellsWhenItBecameTheOwner) {
+TEST_F(Clipboard, ServesTheTimeOfAcquisition) {
     ClipboardPeer peer;
     const xcb_timestamp_t before = peer.time();
     ASSERT_TRUE(put({{stringType, "words"}}));
@@ -112,7 +112,7 @@ TEST_F(Clipboard, TellsWhenItBecameTheOwner) {
     EXPECT_LE(time, after);
 }
 
-TEST_F(Clipboard, RefusesARequestFromBeforeItsTime) {
+TEST_F(Clipboard, RefusesARequestOlderThanTheAcquisition) {
     ClipboardPeer peer;
     const xcb_timestamp_t before = peer.time();
     while (peer.time() == before) {
@@ -148,13 +148,13 @@ TEST_F(Clipboard, ServesSeveralReadersAtOnce) {
     }
 }
 
-TEST_F(Clipboard, FinishesTransfersOfContentsThatAreGone) {
+TEST_F(Clipboard, CompletesTransfersOfReplacedContents) {
     const Bytes bytes = longBytes(3000000);
     ASSERT_TRUE(put({{"image/png", bytes}}));
     OtherReader reader;
     ASSERT_TRUE(whileServing(scheduling(), [&reader] { return reader.readSomePieces("image/png", 0); }));
     auto rest = std::async(std::launch::async, [&reader] {
-        // The first piece stands there; taking it asks for the second one.
+        // The first piece is in the property; deleting it requests the second one.
         Bytes all;
         const xcb_atom_t property = reader.peer().atom("TEST_PASTE");
         const auto isNew = [property](const xcb_generic_event_t& event) {
@@ -188,14 +188,14 @@ TEST_F(Clipboard, CountsEveryChangeOnce) {
         EXPECT_EQ(pasteboard().changeCount(), first + 2);
         const OtherOwner two({{"UTF8_STRING", {"", 8, "theirs"}}});
         EXPECT_EQ(pasteboard().changeCount(), first + 3);
-        EXPECT_FALSE(pasteboard().writeItems({})) << "the clipboard is not ours";
+        EXPECT_FALSE(pasteboard().writeItems({})) << "another program owns the clipboard";
     }
-    EXPECT_EQ(pasteboard().changeCount(), first + 4) << "the owner went away";
+    EXPECT_EQ(pasteboard().changeCount(), first + 4) << "the owner has disconnected";
     pasteboard().clearContents();
     EXPECT_EQ(pasteboard().changeCount(), first + 5);
 }
 
-TEST_F(Clipboard, TakesNoWriteBeforeItIsCleared) { EXPECT_FALSE(pasteboard().writeItems({})); }
+TEST_F(Clipboard, RejectsAWriteBeforeItIsCleared) { EXPECT_FALSE(pasteboard().writeItems({})); }
 
 }  // namespace
 }  // namespace lomaris::test

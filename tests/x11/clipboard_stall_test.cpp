@@ -5,12 +5,12 @@
 #include <chrono>
 #include <thread>
 
-// What becomes of the clipboard if the X server or the keeper does not reply for longer than the tool waits.
+// The clipboard, if the X server or the keeper does not reply for longer than the timeouts of the tool.
 
 namespace lomaris::test {
 namespace {
 
-/// Another program that grabs the X server, which then replies to nobody else.
+/// Another program that grabs the X server, which then replies to no other client.
 class ServerGrab {
 public:
     ServerGrab() {
@@ -58,14 +58,14 @@ TEST_F(ClipboardKeeper, RestoresAfterALongStallOfTheServer) {
     {
         const ServerGrab grab;
         process.die();
-        // Longer than the tool waits for a reply.
+        // Longer than the timeout of the tool.
         std::this_thread::sleep_for(std::chrono::seconds(2));
     }
     EXPECT_TRUE(waitFor(&UserClipboard::isIntact));
     EXPECT_TRUE(waitFor(&isFree));
 }
 
-/// Stops the only keeper, which then replies to nothing.
+/// Stops the keeper (SIGSTOP) until this is destroyed.
 class StoppedKeeper {
 public:
     StoppedKeeper() : process_(successors().at(0)) { kill(process_, SIGSTOP); }
@@ -77,7 +77,7 @@ private:
     pid_t process_;
 };
 
-TEST_F(ClipboardKeeper, DoesNotPublishWhatItsPartnerCountsAsFailed) {
+TEST_F(ClipboardKeeper, DoesNotPublishAfterTheDeadline) {
     Operation operation;
     operation.beginRead();
     std::optional<OtherOwner> user;
@@ -93,7 +93,7 @@ TEST_F(ClipboardKeeper, DoesNotPublishWhatItsPartnerCountsAsFailed) {
     EXPECT_TRUE(isFree());
 }
 
-TEST_F(ClipboardKeeper, DoesNotStageAnythingOverARestoredClipboard) {
+TEST_F(ClipboardKeeper, DoesNotOverwriteARestoredClipboard) {
     Operation operation;
     ASSERT_TRUE(operation.begin());
     operation.save();

@@ -16,14 +16,14 @@ namespace {
 class ClipboardSuccessor : public Clipboard {
 protected:
     void SetUp() override {
-        // Whatever earlier tests left behind ends here.
+        // Keepers of earlier tests end here.
         { const OtherOwner owner({}); }
         ASSERT_TRUE(successorsBecome(0));
     }
     void TearDown() override { SetUp(); }
 };
 
-TEST_F(ClipboardSuccessor, ServesWhatWasPromisedUntilAnotherProgramTakesOver) {
+TEST_F(ClipboardSuccessor, ServesPromisesUntilAnotherProgramCopies) {
     const auto provider = std::make_shared<TestProvider>("promised words");
     ASSERT_TRUE(putPromise(provider, {{concealedType, ""}}));
     end();
@@ -45,7 +45,7 @@ TEST_F(ClipboardSuccessor, ServesLongContents) {
     EXPECT_TRUE(OtherReader().read("image/png") == (PropertyValue{"image/png", 8, bytes}));
 }
 
-TEST_F(ClipboardSuccessor, GoesOnWithATransferThatHasBegun) {
+TEST_F(ClipboardSuccessor, ContinuesATransfer) {
     const Bytes bytes = longBytes(5000000);
     ASSERT_TRUE(put({{"image/png", bytes}}));
     OtherReader reader;
@@ -55,20 +55,20 @@ TEST_F(ClipboardSuccessor, GoesOnWithATransferThatHasBegun) {
     EXPECT_TRUE(read.get() == (PropertyValue{"image/png", 8, bytes}));
 }
 
-TEST_F(ClipboardSuccessor, IsNotThereWhereNothingIsOwned) {
+TEST_F(ClipboardSuccessor, IsAbsentIfNothingIsOwned) {
     static_cast<void>(pasteboard().changeCount());
     end();
     EXPECT_EQ(successors(), std::vector<pid_t>{});
 }
 
-TEST_F(ClipboardSuccessor, IsNotThereWhereNothingIsOffered) {
+TEST_F(ClipboardSuccessor, IsAbsentIfNothingIsOffered) {
     pasteboard().clearContents();
     end();
     EXPECT_TRUE(successorsBecome(0));
     EXPECT_EQ(ClipboardPeer().owner(), xcb_window_t{XCB_WINDOW_NONE});
 }
 
-TEST_F(ClipboardSuccessor, LeavesNothingToUseAndNothingToWaitFor) {
+TEST_F(ClipboardSuccessor, LeavesNoPasteboardAndNoChildProcess) {
     ASSERT_TRUE(put({{stringType, "words"}}));
     const std::int64_t count = pasteboard().changeCount();
     pasteboard().finish();
@@ -97,7 +97,7 @@ TEST_F(ClipboardSuccessor, ClosesTheOutputsOfTheProcess) {
     }
     close(ends[1]);
     char byte = 0;
-    // Blocks for ever where somebody keeps the output open.
+    // Blocks forever if a process keeps the output open.
     EXPECT_EQ(read(ends[0], &byte, 1), 0);
     close(ends[0]);
     int status = -1;

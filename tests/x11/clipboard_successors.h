@@ -7,10 +7,10 @@
 
 namespace lomaris::test {
 
-/// The processes that run this program on this desktop, apart from this one: what a pasteboard left behind.
+/// The other processes that run this program on this desktop: the keepers of pasteboards.
 [[nodiscard]] std::vector<pid_t> successors();
 
-/// Whether only as many are left, after a while.
+/// Waits until there are only `count` of them. Returns false after a timeout.
 [[nodiscard]] bool successorsBecome(std::size_t count);
 
 }  // namespace lomaris::test

@@ -6,7 +6,7 @@
 namespace lomaris::test {
 namespace {
 
-/// The events on this window that any program has asked the server for.
+/// The event mask that all clients together have selected on this window.
 std::uint32_t eventsWatchedOn(ClipboardPeer& peer, xcb_window_t window) {
     xcb_get_window_attributes_reply_t* const reply =
         xcb_get_window_attributes_reply(peer.handle(), xcb_get_window_attributes(peer.handle(), window), nullptr);
@@ -15,14 +15,14 @@ std::uint32_t eventsWatchedOn(ClipboardPeer& peer, xcb_window_t window) {
     return events;
 }
 
-TEST_F(Clipboard, StopsWatchingTheWindowOfAReaderThatHasEverything) {
+TEST_F(Clipboard, StopsWatchingTheWindowAfterATransfer) {
     ASSERT_TRUE(put({{"image/png", longBytes(1000000)}}));
     OtherReader reader;
     ASSERT_TRUE(whileServing(scheduling(), [&reader] { return reader.read("image/png"); }));
-    // What the reader itself watches does not count.
+    // The events that the reader itself selects do not count.
     const std::uint32_t none = XCB_EVENT_MASK_NO_EVENT;
     xcb_change_window_attributes(reader.peer().handle(), reader.peer().window(), XCB_CW_EVENT_MASK, &none);
-    // A second request is served once the end of the first one has been.
+    // When a second request is served, the first transfer has ended.
     ASSERT_TRUE(whileServing(scheduling(), [] { return OtherReader().read("image/png"); }));
     EXPECT_EQ(eventsWatchedOn(reader.peer(), reader.peer().window()), none);
 }

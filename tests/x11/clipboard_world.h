@@ -16,7 +16,8 @@
 
 namespace lomaris::test {
 
-/// Has the run loop turn while `action` runs, as another program that waits for this one; what it answered.
+/// Runs `action` on another thread, as another program that waits for this one, and the run loop until it returns.
+/// Returns its result.
 template <typename Action>
 auto whileServing(Scheduling& scheduling, Action action) {
     auto result = std::async(std::launch::async, std::move(action));
@@ -26,7 +27,7 @@ auto whileServing(Scheduling& scheduling, Action action) {
     return result.get();
 }
 
-/// Gives a text for the types that it promised and remembers what it was asked for.
+/// Provides the same bytes for every promised type, and records the types that were requested.
 class TestProvider final : public PasteboardDataProvider {
 public:
     explicit TestProvider(std::optional<Bytes> bytes) : bytes_(std::move(bytes)) {}
@@ -56,7 +57,7 @@ public:
     [[nodiscard]] LinuxPasteboard& pasteboard() { return *pasteboard_; }
     [[nodiscard]] LinuxScheduling& scheduling() { return scheduling_; }
 
-    /// Clears and writes; whether it was taken.
+    /// Clears and writes. Returns the result of the write.
     [[nodiscard]] bool put(std::vector<NewPasteboardItem> items) {
         pasteboard_->clearContents();
         return pasteboard_->writeItems(std::move(items));
@@ -88,7 +89,7 @@ public:
         return all;
     }
 
-    /// Ends the service, as the end of the process does.
+    /// Destroys the pasteboard, as at the end of the process.
     void end() { pasteboard_.reset(); }
 
 private:
@@ -100,7 +101,7 @@ inline const PasteboardType stringType{pasteboard_type::string};
 inline const PasteboardType concealedType{pasteboard_type::concealed};
 inline const PasteboardType transientType{pasteboard_type::transient};
 
-/// Bytes of every value, without a period that a lost or doubled piece could hide behind.
+/// Pseudo-random bytes of all values. They do not repeat, so that a lost or duplicated piece is detected.
 [[nodiscard]] inline Bytes longBytes(std::size_t size) {
     Bytes bytes(size, '\0');
     unsigned state = 1;

@@ -9,7 +9,7 @@
 namespace lomaris::test {
 namespace {
 
-/// The front window of a server on which the test itself acts as the window manager.
+/// The front window. The test itself is the window manager.
 class FrontWindow : public testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(connection_.isUsable()); }
@@ -21,7 +21,7 @@ protected:
         client_.setNumbers(client_.root(), "_NET_ACTIVE_WINDOW", type, windows);
     }
 
-    /// Windows inside one another; the outermost one first.
+    /// Opens nested windows, the outermost one first.
     [[nodiscard]] std::vector<xcb_window_t> openNested(int count) {
         std::vector<xcb_window_t> windows{client_.root()};
         for (int depth = 0; depth < count; ++depth) {
@@ -36,7 +36,7 @@ private:
     X11Connection connection_;
 };
 
-TEST_F(FrontWindow, IsTheOneThatTheWindowManagerNames) {
+TEST_F(FrontWindow, IsTheActiveWindowOfTheWindowManager) {
     const xcb_window_t active = client().openWindow(client().root());
     const xcb_window_t other = client().openWindow(client().root());
     client().focus(other);
@@ -44,7 +44,7 @@ TEST_F(FrontWindow, IsTheOneThatTheWindowManagerNames) {
     EXPECT_EQ(front(), active);
 }
 
-TEST_F(FrontWindow, IsTheFocusedOneIfTheWindowManagerNamesNone) {
+TEST_F(FrontWindow, IsTheFocusedWindowWithoutAnActiveWindow) {
     const xcb_window_t focused = client().openWindow(client().root());
     client().focus(focused);
     EXPECT_EQ(front(), focused) << "no property";
@@ -56,7 +56,7 @@ TEST_F(FrontWindow, IsTheFocusedOneIfTheWindowManagerNamesNone) {
     EXPECT_EQ(front(), focused) << "not a window";
 }
 
-TEST_F(FrontWindow, IsAroundTheFocusedWindow) {
+TEST_F(FrontWindow, ContainsTheFocusedWindow) {
     const std::vector<xcb_window_t> windows = openNested(4);
     client().focus(windows[3]);
     EXPECT_EQ(front(), windows[0]) << "the outermost one if none is managed";
@@ -72,10 +72,10 @@ TEST_F(FrontWindow, IsNoneWithoutAFocusedWindow) {
         EXPECT_EQ(front(), std::nullopt) << focus;
     }
     client().focus(client().root());
-    EXPECT_EQ(front(), std::nullopt) << "the root window is no window of an application";
+    EXPECT_EQ(front(), std::nullopt) << "the root window is not an application window";
 }
 
-TEST_F(FrontWindow, IsSoughtUpToADepthThatNoApplicationReaches) {
+TEST_F(FrontWindow, IsSearchedUpToALimitedDepth) {
     const std::vector<xcb_window_t> windows = openNested(65);
     client().focus(windows[63]);
     EXPECT_EQ(front(), windows[0]);

@@ -15,7 +15,7 @@ constexpr std::array everyType{InputEventType::keyDown, InputEventType::leftMous
 
 class InputCounter : public testing::Test {
 protected:
-    // A server that has seen no input at all has nothing to tell.
+    // A server that has had no input reports no time.
     InputCounter() { hand_.pressKeyOfUser(); }
 
     [[nodiscard]] std::uint32_t counter(InputEventType type) { return platform_->events().inputCounter(type); }
@@ -27,7 +27,7 @@ private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };
 
-TEST_F(InputCounter, StandsStillWhileNobodyTypes) {
+TEST_F(InputCounter, DoesNotChangeWithoutInput) {
     const std::uint32_t first = counter(InputEventType::keyDown);
     EXPECT_NE(first, 0U);
     for (int reading = 0; reading < 500; ++reading) {
@@ -37,7 +37,7 @@ TEST_F(InputCounter, StandsStillWhileNobodyTypes) {
     }
 }
 
-TEST_F(InputCounter, MovesWithEveryKey) {
+TEST_F(InputCounter, ChangesWithEveryKey) {
     std::uint32_t last = counter(InputEventType::keyDown);
     for (int press = 0; press < 5; ++press) {
         hand().pressKeyOfUser();
@@ -51,7 +51,7 @@ TEST_F(InputCounter, IsTheSameForEveryProcess) {
     EXPECT_EQ(nativePlatform()->events().inputCounter(InputEventType::keyDown), counter(InputEventType::keyDown));
 }
 
-TEST_F(InputCounter, KeysMayBePosted) {
+TEST_F(InputCounter, AllowsPostingKeys) {
     EXPECT_TRUE(events().preflightPostEventAccess());
     EXPECT_TRUE(events().requestPostEventAccess());
 }

@@ -15,7 +15,7 @@ namespace {
 using namespace std::chrono_literals;
 using Kind = KeeperMessage::Kind;
 
-/// Another program that takes the clipboard again and again.
+/// Another program that takes ownership of the clipboard repeatedly.
 class Taker {
 public:
     Taker()
@@ -70,7 +70,7 @@ void publish(KeeperChannel& channel, std::uint32_t serial) {
     EXPECT_TRUE(channel.send({.kind = Kind::publish, .serial = serial, .deadline = deadline.count()}, file.number()));
 }
 
-TEST_F(ClipboardKeeper, ConfirmsWhatIsOverwrittenAtOnce) {
+TEST_F(ClipboardKeeper, ConfirmsContentsThatAreOverwrittenAtOnce) {
     KeeperChannel channel = startKeeper();
     const Taker taker;
     for (std::uint32_t serial = 1; serial <= 5; ++serial) {
@@ -95,7 +95,7 @@ TEST_F(ClipboardKeeper, ReportsTheFirstReadingOfATextOnly) {
     }
 }
 
-/// A keeper that lets another program copy before it confirms what it was to publish.
+/// A keeper that lets another program copy before it confirms a publication.
 class OvertakenKeeper {
 public:
     [[nodiscard]] KeeperStart start() {
@@ -125,7 +125,7 @@ private:
     std::thread thread_;
 };
 
-TEST_F(ClipboardKeeper, LeavesWhatIsCopiedDuringAWriteAlone) {
+TEST_F(ClipboardKeeper, DoesNotOverwriteACopyDuringAWrite) {
     OvertakenKeeper keeper;
     Operation operation(keeper.start());
     operation.pasteboard().clearContents();

@@ -6,8 +6,8 @@
 
 namespace lomaris::test {
 
-/// Holds keys and lets them go, on a connection of its own: as another program does, or as the user does on the
-/// keyboard of the virtual desktop. Each call returns once the server has done it.
+/// Presses and releases keys on its own connection: as another program (on the XTEST device), or as the user (on the
+/// keyboard of the virtual desktop). Each call returns after the server has done it.
 class KeyHand {
 public:
     KeyHand();
@@ -20,8 +20,8 @@ public:
     void holdAsUser(std::uint8_t keycode) { moveOnKeyboard(1, keycode); }
     void releaseAsUser(std::uint8_t keycode) { moveOnKeyboard(2, keycode); }
 
-    /// Presses and releases the key that is Shift on every keyboard map of an X server. Every press has a time of its
-    /// own, in milliseconds.
+    /// Presses and releases the key that is Shift in every keymap of an X server. Every press has a different time in
+    /// milliseconds.
     void pressKeyOfUser();
 
 private:

@@ -23,7 +23,7 @@ using Keys = std::vector<std::string>;
 constexpr KeyStroke copyKey{8, commandFlag};
 constexpr ModifierMask shiftModifier = 0x01;
 
-/// Latches modifiers or a layout for the next key, as a user with sticky keys does by pressing them.
+/// Latches modifiers or a group for the next key, as a user of sticky keys does.
 class StickyKeys {
 public:
     StickyKeys() {
@@ -67,7 +67,7 @@ private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };
 
-TEST_F(KeyLatch, DoesNotReachAPostedKeyAndIsUsedUp) {
+TEST_F(KeyLatch, IsClearedByAPostedKeyWithoutEffectOnIt) {
     const auto copy = events().createKeyStroke(copyKey);
     ASSERT_NE(copy, nullptr);
     keys().latch(shiftModifier, 0);
@@ -77,7 +77,7 @@ TEST_F(KeyLatch, DoesNotReachAPostedKeyAndIsUsedUp) {
     EXPECT_EQ(keys().state().latchedModifiers, 0);
 }
 
-TEST_F(KeyLatch, OfALayoutIsUsedUpAsWell) {
+TEST_F(KeyLatch, OfAGroupIsClearedAsWell) {
     const auto copy = events().createKeyStroke(copyKey);
     ASSERT_NE(copy, nullptr);
     keys().latch(0, 1);

@@ -47,7 +47,7 @@ protected:
     KeyHand& hand() { return hand_; }
     [[nodiscard]] std::uint8_t key(std::uint32_t keysym) const { return window_.keycodeOf(keysym); }
 
-    /// What the window gets when this key is posted to the session.
+    /// The key events that the window receives when this key is posted to the session.
     [[nodiscard]] Keys post(KeyStroke keyStroke) {
         static_cast<void>(window_.takeKeys());
         const auto created = events().createKeyStroke(keyStroke);
@@ -58,7 +58,7 @@ protected:
         return window_.takeKeys();
     }
 
-    /// Turns a lock as a user does.
+    /// Presses a lock key, as a user does.
     void turn(std::uint32_t lock) {
         hand_.holdAsUser(key(lock));
         hand_.releaseAsUser(key(lock));
@@ -78,14 +78,14 @@ TEST_F(KeyPosting, PressesExactlyTheKeyAndItsModifier) {
     EXPECT_FALSE(window().isAnyKeyDown());
 }
 
-TEST_F(KeyPosting, KnowsNoOtherKeysAndNoOtherFlags) {
+TEST_F(KeyPosting, RejectsOtherKeysAndFlags) {
     for (const KeyStroke keyStroke : {KeyStroke{0, 0}, KeyStroke{7, commandFlag}, KeyStroke{0xffff, 0},
                                       KeyStroke{8, commandFlag | 0x20000}, KeyStroke{51, 1}}) {
         EXPECT_EQ(events().createKeyStroke(keyStroke), nullptr) << keyStroke.keyCode << ", " << keyStroke.flags;
     }
 }
 
-TEST_F(KeyPosting, LiftsWhatAnotherProgramHoldsAndPutsItBack) {
+TEST_F(KeyPosting, RestoresAModifierThatAnotherProgramHolds) {
     hand().holdAsProgram(key(leftShift));
     EXPECT_EQ(post(copyKey), (Keys{"-left shift shift", "+left control", "+c control", "-c control",
                                    "-left control control", "+left shift"}));
@@ -94,15 +94,15 @@ TEST_F(KeyPosting, LiftsWhatAnotherProgramHoldsAndPutsItBack) {
     EXPECT_FALSE(window().isAnyKeyDown());
 }
 
-TEST_F(KeyPosting, LiftsWhatTheUserHoldsAndPutsItBackOnTheKeyboardOfTheUser) {
+TEST_F(KeyPosting, RestoresAModifierOnTheDeviceOfTheUser) {
     hand().holdAsUser(key(leftShift));
     EXPECT_EQ(post(copyKey), (Keys{"-left shift shift", "+left control", "+c control", "-c control",
                                    "-left control control", "+left shift"}));
-    // It is in effect again.
+    // Shift is in effect again.
     hand().holdAsUser(key('v'));
     hand().releaseAsUser(key('v'));
     EXPECT_EQ(window().takeKeys(), (Keys{"+v shift", "-v shift"}));
-    // And no other keyboard holds it once the user lets it go.
+    // No other device holds it after the user releases it.
     hand().releaseAsUser(key(leftShift));
     EXPECT_EQ(window().takeKeys(), Keys{"-left shift shift"});
     EXPECT_FALSE(window().isAnyKeyDown());
@@ -125,7 +125,7 @@ TEST_F(KeyPosting, PressesControlWhileTheUserHoldsControl) {
     }
 }
 
-TEST_F(KeyPosting, LeavesNothingDownWhereTheUserLetsGoMeanwhile) {
+TEST_F(KeyPosting, LeavesNothingDownIfTheUserReleasesTheKey) {
     for (int attempt = 0; attempt < 50; ++attempt) {
         hand().holdAsUser(key(leftShift));
         const std::uint8_t shift = key(leftShift);
@@ -149,7 +149,7 @@ TEST_F(KeyPosting, PressesAKeyThatIsHeldAlready) {
     EXPECT_FALSE(window().isAnyKeyDown());
 }
 
-TEST_F(KeyPosting, UnlocksTheCapitalsForThePressAndLocksThemAgain) {
+TEST_F(KeyPosting, UnlocksCapsLockForThePress) {
     turn(capsLock);
     EXPECT_EQ(post(copyKey), copyArrived);
     EXPECT_EQ(post(deleteKey), deleteArrived);
@@ -192,7 +192,7 @@ TEST_F(KeyPosting, LeavesNumLockAlone) {
     EXPECT_EQ(post(deleteKey), deleteArrived);
 }
 
-TEST_F(KeyPosting, ReachesAProcessThatIsNotInFrontAndLeavesTheFocus) {
+TEST_F(KeyPosting, ReachesABackgroundProcessWithoutFocusChange) {
     TestWindow front;
     ASSERT_FALSE(window().hasFocus());
     const auto copy = events().createKeyStroke(copyKey);
@@ -200,7 +200,7 @@ TEST_F(KeyPosting, ReachesAProcessThatIsNotInFrontAndLeavesTheFocus) {
     events().postToProcess(*copy, getpid());
     EXPECT_EQ(window().takeKeys(), (Keys{"+c control", "-c control"}));
     EXPECT_FALSE(window().hasFocus());
-    // Another process, and none.
+    // Another process, and one that does not exist.
     events().postToProcess(*copy, getppid());
     events().postToProcess(*copy, 0x7fffffff);
     EXPECT_EQ(window().takeKeys(), Keys());
@@ -213,7 +213,7 @@ TEST_F(KeyPosting, ReachesTheFocusOfAProcessInFront) {
     EXPECT_EQ(window().takeKeys(), deleteArrived);
 }
 
-TEST_F(KeyPosting, MovesTheCountersOnlyWithTheSession) {
+TEST_F(KeyPosting, ChangesTheCountersOnlyForTheSession) {
     const auto copy = events().createKeyStroke(copyKey);
     const std::uint32_t before = events().inputCounter(InputEventType::keyDown);
     events().postToProcess(*copy, getpid());
@@ -222,7 +222,7 @@ TEST_F(KeyPosting, MovesTheCountersOnlyWithTheSession) {
     EXPECT_NE(events().inputCounter(InputEventType::keyDown), before);
 }
 
-/// The keyboard map is another one for the time of a test.
+/// With another keymap for the duration of a test.
 class KeyPostingOnAnotherMap : public KeyPosting {
 protected:
     void SetUp() override {
@@ -242,14 +242,14 @@ protected:
         ASSERT_EQ(result.status, 0) << commandLine.front() << ": " << result.error;
     }
 
-    /// Goes to the next layout, as a user does.
+    /// Switches to the next group, as a user does.
     void switchLayout() {
         hand().holdAsUser(key(scrollLock));
         hand().releaseAsUser(key(scrollLock));
     }
 
 private:
-    static constexpr std::uint32_t scrollLock = 0xfe08;  // The map of these tests makes it the switch of layouts.
+    static constexpr std::uint32_t scrollLock = 0xfe08;  // Switches groups in the keymaps of these tests.
 
     static std::string missingMapPrograms() {
         std::string missing;
@@ -263,15 +263,15 @@ private:
     }
 };
 
-TEST_F(KeyPostingOnAnotherMap, FindsALatinLetterInTheSecondLayout) {
+TEST_F(KeyPostingOnAnotherMap, FindsALatinLetterInTheSecondGroup) {
     run({"setxkbmap", "-layout", "ru,us", "-option", "grp:sclk_toggle"});
     EXPECT_EQ(post(copyKey), (Keys{"+left control group 2", "+c control group 2", "-c control group 2",
                                    "-left control control group 2"}));
-    // The first layout is in effect again, and serves where it can.
+    // The first group is in effect again, and is used for the keys that it has.
     EXPECT_EQ(post(deleteKey), deleteArrived);
 }
 
-TEST_F(KeyPostingOnAnotherMap, StaysInTheLayoutThatHasTheKey) {
+TEST_F(KeyPostingOnAnotherMap, UsesTheEffectiveGroupIfItHasTheKey) {
     run({"setxkbmap", "-layout", "us,ru,de", "-option", "grp:sclk_toggle"});
     EXPECT_EQ(post(copyKey), copyArrived);
     switchLayout();
@@ -301,7 +301,7 @@ TEST_F(KeyPostingOnAnotherMap, CannotCreateAKeyThatTheMapLacks) {
     EXPECT_EQ(post(deleteKey), deleteArrived);
 }
 
-TEST_F(KeyPostingOnAnotherMap, PostsNothingWhereTheMapLostTheKeyMeanwhile) {
+TEST_F(KeyPostingOnAnotherMap, PostsNothingIfTheMapLosesTheKey) {
     const auto copy = events().createKeyStroke(copyKey);
     ASSERT_NE(copy, nullptr);
     run({"xmodmap", "-e", "keysym c = x"});

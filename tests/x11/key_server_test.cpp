@@ -20,7 +20,7 @@ namespace {
 
 constexpr KeyStroke copyKey{8, commandFlag};
 
-/// Posts to an X server that a test may freeze or kill, as the display of this process.
+/// Posts keys to a second X server, which a test may freeze or kill.
 class KeyServer : public SecondServer {
 protected:
     [[nodiscard]] static bool isAnyKeyDown() {
@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(KeyServer, CreatesNothingOnceItHangs) {
+TEST_F(KeyServer, CreatesNoStrokeOnceItHangs) {
     const auto platform = nativePlatform();
     ASSERT_TRUE(platform->events().preflightPostEventAccess());
     server().freeze();
@@ -43,7 +43,7 @@ TEST_F(KeyServer, CreatesNothingOnceItHangs) {
     EXPECT_FALSE(platform->events().preflightPostEventAccess());
 }
 
-TEST_F(KeyServer, IsLeftWithoutAKeyDownWhereItHangsAndComesBack) {
+TEST_F(KeyServer, HasNoKeyDownAfterItHangsAndResumes) {
     const auto platform = nativePlatform();
     const auto copy = platform->events().createKeyStroke(copyKey);
     ASSERT_NE(copy, nullptr);
@@ -54,7 +54,7 @@ TEST_F(KeyServer, IsLeftWithoutAKeyDownWhereItHangsAndComesBack) {
     EXPECT_FALSE(isAnyKeyDown());
 }
 
-TEST_F(KeyServer, MayEndBeforeAPress) {
+TEST_F(KeyServer, MayExitBeforeAPress) {
     const auto platform = nativePlatform();
     const auto copy = platform->events().createKeyStroke(copyKey);
     ASSERT_NE(copy, nullptr);
@@ -65,7 +65,7 @@ TEST_F(KeyServer, MayEndBeforeAPress) {
     EXPECT_FALSE(platform->events().requestPostEventAccess());
 }
 
-TEST_F(KeyServer, IsNotWaitedForLongerWhileAnotherProgramKeepsItToItself) {
+TEST_F(KeyServer, IsGivenUpWhileAnotherProgramGrabsIt) {
     const auto platform = nativePlatform();
     const auto copy = platform->events().createKeyStroke(copyKey);
     ASSERT_NE(copy, nullptr);

@@ -37,7 +37,7 @@ constexpr std::array<std::pair<std::uint32_t, std::string_view>, 7> keyNames{{
 constexpr std::array<std::string_view, 8> modifierNames{"shift",      "lock",       "control",    "modifier 1",
                                                         "modifier 2", "modifier 3", "modifier 4", "modifier 5"};
 
-/// Keys come with their layout only to programs that say they know of layouts.
+/// Key events have the group only for clients that have sent XkbUseExtension.
 void announceLayouts(xcb_connection_t* connection) {
     static xcb_extension_t extension{"XKEYBOARD", 0};
     std::array<std::uint16_t, 4> request{0, 0, 1, 0};
@@ -88,7 +88,7 @@ std::vector<std::string> KeyWindow::takeKeys() {
     settle();
     std::vector<std::string> keys;
     while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
-        // Sent events carry one more bit.
+        // SendEvent sets the highest bit of the type.
         const unsigned type = event->response_type & 0x7fU;
         if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE) {
             keys.push_back(describe(*reinterpret_cast<const xcb_key_press_event_t*>(event.get())));

@@ -8,10 +8,10 @@
 
 namespace lomaris::test {
 
-/// A window with the keyboard focus that notes every key it gets. It says that it belongs to this process.
+/// A window with the input focus that records all key events. It has the process identifier of this process.
 class KeyWindow {
 public:
-    /// Opens it; returns once it has the focus. Throws where that does not happen.
+    /// Opens the window; returns when it has the focus. Throws if that does not happen.
     KeyWindow();
     KeyWindow(const KeyWindow&) = delete;
     KeyWindow& operator=(const KeyWindow&) = delete;
@@ -20,15 +20,15 @@ public:
     /// Sets the class name of the window.
     void setClass(const std::string& className) const;
 
-    /// What came since the last call, in order: "+c control" is the key with the letter c going down while Control was
-    /// held, "-c" goes up with no modifier, "group 2" follows where the second layout was in effect. The server has
-    /// delivered everything that happened before the call.
+    /// The key events since the last call, in order: "+c control" is a press of the key c while Control was held, "-c"
+    /// a release without a modifier; "group 2" is appended if the second group was in effect. Includes all events that
+    /// the server has sent before the call.
     [[nodiscard]] std::vector<std::string> takeKeys();
 
-    /// The key with this meaning, without a modifier, in the first layout; throws where there is none.
+    /// The key with this keysym without a modifier in the first group. Throws if there is none.
     [[nodiscard]] std::uint8_t keycodeOf(std::uint32_t keysym) const;
 
-    /// Whether any key of the session is down.
+    /// True if any key of the session is down.
     [[nodiscard]] bool isAnyKeyDown() const;
 
     [[nodiscard]] bool hasFocus() const;

@@ -8,8 +8,8 @@
 
 namespace lomaris::test {
 
-/// Another program that is connected to the X server. It opens windows and sets properties, on the root window as well,
-/// which is how it acts as the window manager. Each operation returns once the server has carried it out.
+/// Another client of the X server. It opens windows and sets properties, also on the root window, as a window manager
+/// does. Each operation returns after the server has processed it.
 class OtherClient {
 public:
     OtherClient();
@@ -22,7 +22,7 @@ public:
     [[nodiscard]] xcb_window_t root() const { return root_; }
     [[nodiscard]] xcb_atom_t atom(const std::string& name) const;
 
-    /// A mapped window, which a window manager may still have to map.
+    /// Opens and maps a window. If there is a window manager, it may map it later.
     [[nodiscard]] xcb_window_t openWindow(xcb_window_t parent);
     void destroy(xcb_window_t window);
 
@@ -31,7 +31,7 @@ public:
     void setText(xcb_window_t window, const std::string& property, const std::string& bytes);
     void remove(xcb_window_t window, const std::string& property);
 
-    /// Gives the keyboard focus to a window, to none (XCB_INPUT_FOCUS_NONE), or to the one below the pointer
+    /// Sets the input focus to a window, to none (XCB_INPUT_FOCUS_NONE), or to the window under the pointer
     /// (XCB_INPUT_FOCUS_POINTER_ROOT).
     void focus(xcb_window_t window);
 

@@ -5,7 +5,7 @@
 namespace lomaris::test {
 namespace {
 
-/// Keys that tests press must never reach the desktop of the person who runs them.
+/// The keys that the tests press must not reach the desktop of the user who runs them.
 class PrivateDesktopOnly : public testing::Environment {
 public:
     void SetUp() override {

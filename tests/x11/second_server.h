@@ -25,7 +25,7 @@ protected:
         display_ = std::getenv("DISPLAY");
         authority_ = std::getenv("XAUTHORITY");
         unsetenv("XAUTHORITY");
-        // Far from the numbers that servers choose for themselves, and this process's own.
+        // Larger than the numbers that servers choose, and different for each process.
         const std::string number = std::to_string(1000 + getpid() % 50000);
         server_ = std::make_unique<RunningProgram>(
             std::vector<std::string>{"Xvfb", ":" + number, "-noreset", "-screen", "1", "640x480x24"});

@@ -7,13 +7,13 @@
 
 namespace lomaris::test {
 
-/// A window in front that says of its application whatever a test makes it say. Needs a window manager.
+/// A window in front whose properties a test sets. Needs a window manager.
 class TestWindow {
 public:
-    /// Opens it; returns once it is in front. Throws if that does not happen.
+    /// Opens the window; returns when it is in front. Throws if that does not happen.
     TestWindow();
 
-    /// Sets a property, of a predefined type; returns once the X server has it.
+    /// Sets a property of the type CARDINAL, STRING or WINDOW; returns after the X server has processed it.
     void setNumber(const std::string& property, std::uint32_t value);
     void setText(const std::string& property, const std::string& bytes);
     void setWindow(const std::string& property, std::uint32_t value);
@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] xcb_window_t identifier() const { return window_; }
 
-    /// Has the window manager activate it; returns once it is in front. Throws if that does not happen.
+    /// Lets the window manager activate the window; returns when it is in front. Throws if that does not happen.
     void bringToFront();
 
     /// Destroys the window, not the connection.

@@ -11,8 +11,8 @@
 
 namespace lomaris::test {
 
-/// All that a program which pastes can get from the clipboard, by target. Without the targets that are about the
-/// clipboard itself.
+/// The contents of the clipboard by target, as a program reads them that pastes. Without TARGETS, MULTIPLE and
+/// TIMESTAMP.
 using ClipboardContents = std::map<std::string, std::optional<PropertyValue>>;
 
 [[nodiscard]] inline ClipboardContents clipboardContents() {
@@ -26,17 +26,17 @@ using ClipboardContents = std::map<std::string, std::optional<PropertyValue>>;
     return contents;
 }
 
-/// What the user copied before the tool runs: words with their formatting, and a picture.
+/// The contents that the user copied before the tool runs: words with formatting, and a picture.
 class UserClipboard {
 public:
-    /// All of it.
+    /// The contents.
     [[nodiscard]] static ClipboardContents contents() {
         return {{"UTF8_STRING", PropertyValue{"UTF8_STRING", 8, words()}},
                 {"image/png", PropertyValue{"image/png", 8, longBytes(50000)}},
                 {"text/html", PropertyValue{"text/html", 8, markup()}}};
     }
 
-    /// Whether all of it, and nothing else, is there to be pasted.
+    /// True if the clipboard has exactly these contents.
     [[nodiscard]] static bool isIntact() { return clipboardContents() == contents(); }
 
 private:

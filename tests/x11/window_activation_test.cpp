@@ -16,7 +16,7 @@ namespace {
 
 class WindowActivation : public testing::Test {
 protected:
-    /// A window of this process in front, with this title.
+    /// Opens a window of this process in front, with this title.
     [[nodiscard]] static std::unique_ptr<TestWindow> open(const std::string& title) {
         auto window = std::make_unique<TestWindow>();
         window->setNumber("_NET_WM_PID", static_cast<std::uint32_t>(getpid()));
@@ -33,7 +33,7 @@ private:
     X11Connection connection_;
 };
 
-TEST_F(WindowActivation, RaisesTheOnlyWindowOfAProcessWhateverItsTitle) {
+TEST_F(WindowActivation, RaisesTheOnlyWindowRegardlessOfItsTitle) {
     const auto window = open("title");
     const TestWindow front;
     ASSERT_TRUE(isInFront(front));
@@ -41,7 +41,7 @@ TEST_F(WindowActivation, RaisesTheOnlyWindowOfAProcessWhateverItsTitle) {
     EXPECT_TRUE(isInFront(*window));
 }
 
-TEST_F(WindowActivation, TellsSeveralWindowsApartByTheirTitles) {
+TEST_F(WindowActivation, DistinguishesWindowsByTitle) {
     const auto first = open("first");
     const auto second = open("second");
     const auto third = open("third");
@@ -61,7 +61,7 @@ TEST_F(WindowActivation, RaisesTheFirstOfSeveralWithTheSameTitle) {
     EXPECT_TRUE(isInFront(*first));
 }
 
-TEST_F(WindowActivation, PrefersTheTitleInUnicode) {
+TEST_F(WindowActivation, PrefersTheUtf8Title) {
     const auto first = open("caf\xc3\xa9");
     first->setText("WM_NAME", "old");
     const auto second = open("");
@@ -85,7 +85,7 @@ TEST_F(WindowActivation, RequestsNothingForAWindowThatIsInFront) {
     EXPECT_EQ(windowManager().requests(), 0);
 }
 
-TEST_F(WindowActivation, RequestsWhatAUserDoesInAPager) {
+TEST_F(WindowActivation, SendsTheSourceIndicationOfAPager) {
     const auto window = open("title");
     const TestWindow front;
     EXPECT_TRUE(raise(u"title"));

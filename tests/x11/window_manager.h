@@ -10,27 +10,27 @@
 
 namespace lomaris::test {
 
-/// The window manager of the X server, on a thread of its own until it is destroyed. The window that was opened or
-/// activated last is the active one and has the focus. Keeps _NET_CLIENT_LIST, _NET_ACTIVE_WINDOW and WM_STATE; carries
-/// out requests to activate a window.
+/// A window manager on its own thread, until it is destroyed. The window that was opened or activated last is active
+/// and has the focus. Maintains _NET_CLIENT_LIST, _NET_ACTIVE_WINDOW and WM_STATE, and carries out requests to activate
+/// a window.
 class WindowManager {
 public:
-    /// Returns once it receives what other programs request. Throws if the server already has a window manager.
+    /// Returns when it receives requests of other programs. Throws if the server already has a window manager.
     WindowManager();
     WindowManager(const WindowManager&) = delete;
     WindowManager& operator=(const WindowManager&) = delete;
-    /// Leaves no property behind on the root window.
+    /// Removes its properties from the root window.
     ~WindowManager();
 
     /// The active window, or XCB_WINDOW_NONE.
     [[nodiscard]] xcb_window_t active() const { return active_; }
 
-    /// How many times other programs requested that a window be activated.
+    /// The number of requests of other programs to activate a window.
     [[nodiscard]] int requests() const { return requests_; }
-    /// The source that the last of these requests names.
+    /// The source indication of the last request (EWMH).
     [[nodiscard]] std::uint32_t lastSource() const { return lastSource_; }
 
-    /// From now on it activates no window on request.
+    /// Ignores requests to activate a window from now on.
     void refuse() { refuses_ = true; }
 
 private:
@@ -47,9 +47,9 @@ private:
     xcb_atom_t clientList_ = XCB_ATOM_NONE;
     xcb_atom_t activeWindow_ = XCB_ATOM_NONE;
     xcb_atom_t windowState_ = XCB_ATOM_NONE;
-    /// In the order in which they were opened.
+    /// In the order in which the windows were opened.
     std::vector<xcb_window_t> windows_;
-    /// The active window is the last one.
+    /// In the order of activation; the active window is the last one.
     std::vector<xcb_window_t> activated_;
     std::atomic<xcb_window_t> active_ = XCB_WINDOW_NONE;
     std::atomic<int> requests_ = 0;

@@ -15,10 +15,11 @@ namespace {
 
 using namespace std::string_literals;
 
-/// A window of this process in front, and the workspace that looks at it.
-class LyingWindow : public testing::Test {
+/// A window of this process in front whose properties are missing, false or malformed, and the workspace that reads
+/// them.
+class WindowWithFalseProperties : public testing::Test {
 protected:
-    LyingWindow() { window_.setNumber("_NET_WM_PID", static_cast<std::uint32_t>(getpid())); }
+    WindowWithFalseProperties() { window_.setNumber("_NET_WM_PID", static_cast<std::uint32_t>(getpid())); }
 
     TestWindow& window() { return window_; }
     [[nodiscard]] std::optional<RunningApplication> inFront() { return platform_->workspace().frontmostApplication(); }
@@ -30,9 +31,9 @@ private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };
 
-TEST_F(LyingWindow, HasNeitherIdentifierNorNameWhereItTellsNone) { EXPECT_EQ(inFront(), thisProcess()); }
+TEST_F(WindowWithFalseProperties, HasNoIdentifierAndNoNameWithoutProperties) { EXPECT_EQ(inFront(), thisProcess()); }
 
-TEST_F(LyingWindow, IsNoApplicationWithoutAProcessOfThisMachine) {
+TEST_F(WindowWithFalseProperties, IsNoApplicationWithoutAProcessOfThisMachine) {
     for (const std::uint32_t process : {0U, 0x7fffffffU, 0x80000000U, 0xffffffffU}) {
         window().setNumber("_NET_WM_PID", process);
         EXPECT_EQ(inFront(), std::nullopt) << process;
@@ -47,7 +48,7 @@ TEST_F(LyingWindow, IsNoApplicationWithoutAProcessOfThisMachine) {
     EXPECT_EQ(inFront(), std::nullopt);
 }
 
-TEST_F(LyingWindow, IsNoApplicationWhereItsProcessRunsElsewhere) {
+TEST_F(WindowWithFalseProperties, IsNoApplicationIfItsMachineIsAnother) {
     window().setText("WM_CLIENT_MACHINE", "another-machine.example");
     EXPECT_EQ(inFront(), std::nullopt);
     window().setText("WM_CLIENT_MACHINE", "localhost");
@@ -61,14 +62,14 @@ TEST_F(LyingWindow, IsNoApplicationWhereItsProcessRunsElsewhere) {
     EXPECT_EQ(inFront(), thisProcess());
 }
 
-TEST_F(LyingWindow, IsNamedAfterItsClassWhereNothingBetterIsKnown) {
+TEST_F(WindowWithFalseProperties, IsNamedAfterItsClassWithoutADesktopEntry) {
     window().setText("WM_CLASS", "instance\0A Class\0"s);
     RunningApplication expected = thisProcess();
     expected.localizedName = u"A Class";
     EXPECT_EQ(inFront(), expected);
 }
 
-TEST_F(LyingWindow, IsKnownByTheClassOfABrowser) {
+TEST_F(WindowWithFalseProperties, HasTheIdentifierOfABrowserClass) {
     window().setText("WM_CLASS", "crx\0Google-chrome\0"s);
     RunningApplication expected = thisProcess();
     expected.bundleIdentifier = u"com.google.Chrome";
@@ -79,7 +80,7 @@ TEST_F(LyingWindow, IsKnownByTheClassOfABrowser) {
     EXPECT_EQ(inFront(), expected);
 }
 
-TEST_F(LyingWindow, MayHoldAnythingInItsNames) {
+TEST_F(WindowWithFalseProperties, MayHaveAnyBytesInItsNames) {
     window().setText("WM_CLASS", "\xff\xfe\0../../etc/passwd\xc3\0junk"s);
     RunningApplication expected = thisProcess();
     expected.localizedName = u"../../etc/passwd\ufffd";
@@ -94,7 +95,7 @@ TEST_F(LyingWindow, MayHoldAnythingInItsNames) {
     EXPECT_EQ(inFront(), thisProcess());
 }
 
-TEST_F(LyingWindow, IsForgottenOnceItIsGone) {
+TEST_F(WindowWithFalseProperties, IsNotInFrontOnceItIsDestroyed) {
     ASSERT_EQ(inFront(), thisProcess());
     window().destroy();
     EXPECT_NE(inFront(), thisProcess());

@@ -15,10 +15,10 @@ namespace {
 
 using namespace std::string_literals;
 
-/// What several windows of a process tell together. The test itself acts as the window manager.
+/// Several windows of a process, whose properties are combined. The test itself is the window manager.
 class WindowsOfProcess : public testing::Test {
 protected:
-    /// A window of a process that the window manager lists after those that are there.
+    /// Opens a window of a process and appends it to _NET_CLIENT_LIST.
     xcb_window_t open(pid_t process) {
         const xcb_window_t window = client_.openWindow(client_.root());
         client_.setNumbers(window, "_NET_WM_PID", XCB_ATOM_CARDINAL, {static_cast<std::uint32_t>(process)});
@@ -47,7 +47,7 @@ private:
     LinuxWorkspace workspace_{connection_};
 };
 
-TEST_F(WindowsOfProcess, TellTheIdentifierAndTheClassOfTheFirstThatHasOne) {
+TEST_F(WindowsOfProcess, HaveTheFirstIdentifierAndTheFirstClass) {
     open(getpid());
     setClass(open(getpid()), "X-class");
     setIdentifier(open(getpid()), "org.example.One");
@@ -71,7 +71,7 @@ TEST_F(WindowsOfProcess, AreNotMixedWithThoseOfAnotherProcess) {
               (RunningApplication{other.processIdentifier(), Text(u"org.example.Theirs"), Text(u"X-theirs")}));
 }
 
-TEST_F(WindowsOfProcess, IncludeTheActiveOneThoughItIsNotListed) {
+TEST_F(WindowsOfProcess, IncludeAnUnlistedActiveWindow) {
     const xcb_window_t listed = open(getpid());
     setClass(listed, "X-listed");
     const xcb_window_t active = client().openWindow(client().root());
@@ -83,7 +83,7 @@ TEST_F(WindowsOfProcess, IncludeTheActiveOneThoughItIsNotListed) {
     EXPECT_EQ(thisProcess(), (RunningApplication{getpid(), std::nullopt, Text(u"X-listed")}));
 }
 
-TEST_F(WindowsOfProcess, AreLookedAtUpToANumberThatNoSessionHas) {
+TEST_F(WindowsOfProcess, AreReadUpToALimit) {
     const xcb_window_t window = open(getpid());
     setClass(window, "X-class");
     std::vector<std::uint32_t> listed(511, client().root());

@@ -12,7 +12,7 @@
 namespace lomaris::test {
 namespace {
 
-/// The root windows of all screens of the display.
+/// The root windows of all screens.
 std::vector<xcb_window_t> roots(const OtherClient& client) {
     std::vector<xcb_window_t> windows;
     for (auto screens = xcb_setup_roots_iterator(xcb_get_setup(client.handle())); screens.rem > 0;
@@ -24,7 +24,7 @@ std::vector<xcb_window_t> roots(const OtherClient& client) {
 
 class Connection : public SecondServer {};
 
-TEST_F(Connection, IsToTheScreenThatTheDisplayNames) {
+TEST_F(Connection, UsesTheScreenOfTheDisplay) {
     const std::string display = std::getenv("DISPLAY");
     const std::vector<xcb_window_t> screens = roots(OtherClient());
     ASSERT_EQ(screens.size(), 2U);
@@ -39,7 +39,7 @@ TEST_F(Connection, IsToTheScreenThatTheDisplayNames) {
     EXPECT_FALSE(X11Connection().isUsable()) << "there is no third screen";
 }
 
-TEST_F(Connection, NamesTheAtomsThatItIsAskedFor) {
+TEST_F(Connection, HasTheAtoms) {
     const OtherClient client;
     X11Connection connection;
     ASSERT_TRUE(connection.isUsable());
@@ -50,7 +50,7 @@ TEST_F(Connection, NamesTheAtomsThatItIsAskedFor) {
     EXPECT_EQ(connection.atoms().windowProcess, client.atom("_NET_WM_PID"));
 }
 
-TEST_F(Connection, KnowsTheExtensionsOfTheServer) {
+TEST_F(Connection, DetectsExtensions) {
     X11Connection connection;
     ASSERT_TRUE(connection.isUsable());
     EXPECT_TRUE(connection.hasExtension("XTEST"));

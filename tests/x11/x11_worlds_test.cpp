@@ -25,13 +25,13 @@ private:
 
 class X11EventsWorld final : public EventsWorld {
 public:
-    // A server that has seen no input at all has nothing to tell.
+    // A server that has had no input reports no time.
     X11EventsWorld() { hand_.pressKeyOfUser(); }
 
     Platform& platform() override { return *platform_; }
     void userTypes() override { hand_.pressKeyOfUser(); }
     void prepareForKeys() override {
-        // The counter is the moment of the last input in milliseconds: the key must come in a later one.
+        // The counter is the time of the last input in milliseconds, so the key must be pressed in a later millisecond.
         ClipboardPeer peer;
         const xcb_timestamp_t now = peer.time();
         while (peer.time() - now < 2) {
@@ -43,7 +43,7 @@ private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };
 
-/// A process that only waits, and a window that says that it belongs to it.
+/// A process that only waits, and a window with its process identifier.
 struct FakeApplication {
     explicit FakeApplication(const std::string& windowClass) {
         window.setNumber("_NET_WM_PID", static_cast<std::uint32_t>(process.processIdentifier()));
@@ -65,7 +65,7 @@ public:
     RunningApplication second() override {
         return {second_->process.processIdentifier(), std::nullopt, Text(u"Second")};
     }
-    // The largest number there is; no kernel hands it out.
+    // The largest number, which no kernel assigns.
     ProcessIdentifier missingProcess() override { return 0x7fffffff; }
     void bringSecondToFront() override { second_->window.bringToFront(); }
     void quitFirst() override { first_.reset(); }
@@ -73,7 +73,7 @@ public:
 private:
     WindowManager windowManager_;
     std::unique_ptr<Platform> platform_ = nativePlatform();
-    // The window that was opened last is in front.
+    // The last opened window is in front.
     std::unique_ptr<FakeApplication> second_ = std::make_unique<FakeApplication>(std::string("second\0Second\0", 14));
     std::unique_ptr<FakeApplication> first_ = std::make_unique<FakeApplication>(std::string("first\0First\0", 12));
 };

@@ -18,7 +18,7 @@ namespace {
 /// A second X server, which a test may freeze or kill, as the display of this process.
 class XServer : public SecondServer {
 protected:
-    /// What is left without an X server: no front application, no input, and a process by its name.
+    /// Expects the results without an X server: no front application, counters 0, and a process known by its name.
     static void expectNothingOf(Platform& platform) {
         EXPECT_EQ(platform.workspace().frontmostApplication(), std::nullopt);
         EXPECT_EQ(platform.events().inputCounter(InputEventType::keyDown), 0U);
@@ -28,19 +28,19 @@ protected:
     }
 };
 
-TEST_F(XServer, IsGivenUpWhereItHangsFromTheStart) {
+TEST_F(XServer, IsGivenUpIfItHangsFromTheStart) {
     server().freeze();
     expectNothingOf(*nativePlatform());
 }
 
-TEST_F(XServer, IsGivenUpWhereItHangsLater) {
+TEST_F(XServer, IsGivenUpIfItHangsLater) {
     const auto platform = nativePlatform();
     ASSERT_TRUE(platform->events().preflightPostEventAccess());
     server().freeze();
     expectNothingOf(*platform);
 }
 
-TEST_F(XServer, IsGivenUpWhereItEnds) {
+TEST_F(XServer, IsGivenUpIfItExits) {
     const auto platform = nativePlatform();
     ASSERT_TRUE(platform->events().preflightPostEventAccess());
     server().end();
@@ -51,7 +51,7 @@ TEST_F(XServer, HasNoFrontApplicationWithoutAWindow) {
     EXPECT_EQ(nativePlatform()->workspace().frontmostApplication(), std::nullopt);
 }
 
-TEST_F(XServer, NeedNotBeThere) {
+TEST_F(XServer, IsOptional) {
     for (const char* const display : {"", ":64999", "nonsense", ":0:0", "unix:nowhere"}) {
         setenv("DISPLAY", display, 1);
         expectNothingOf(*nativePlatform());
