@@ -31,7 +31,7 @@ constexpr std::array<std::string_view, 11> attributesOfAnElement{
 
 AttributeAnswer successOf(AttributeValue value) { return {AXError::success, std::move(value)}; }
 
-/// The elements below a window, itself included.
+/// The elements of a window, including the window.
 std::vector<Element> elementsBelow(Accessibility& accessibility, const Element& window) {
     std::vector<Element> elements{window};
     for (std::size_t i = 0; i < elements.size(); ++i) {
@@ -85,7 +85,7 @@ TEST_P(AccessibilityElements, DescribeTheFocusedTextOfAnEditor) {
               successOf(text));
 }
 
-TEST_P(AccessibilityElements, AnswerManyAtOnceAsOneByOne) {
+TEST_P(AccessibilityElements, AreTheSameInBatchesAndSingleCopies) {
     const Editor editor(GetParam().program, "The quick brown fox");
     const Element application = accessibility().applicationElement(editor.processIdentifier());
     const auto window = accessibility().copyElementAttribute(application, attribute::focusedWindow);
@@ -107,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(Editors, AccessibilityElements,
                          testing::Values(EditorCase{mousepad()}, EditorCase{featherPad()}),
                          [](const auto& param) { return param.param.program.name; });
 
-/// A browser that shows one page. It fills the text that it returns with marks of its own.
+/// A browser that shows one page. It pads the text that it returns with U+FEFF.
 class BrowserText : public testing::Test {
 protected:
     void SetUp() override {
@@ -116,7 +116,7 @@ protected:
         }
     }
 
-    /// Opens the page; whether its title came to the front.
+    /// Opens the page. Returns false if its title does not appear in front.
     bool show(const std::string& page) {
         std::filesystem::create_directory(directory_.path() / "profile");
         std::ofstream(directory_.path() / "page.html", std::ios::binary) << page;
@@ -143,18 +143,18 @@ protected:
 private:
     static bool isShown() { return titleInFront().find("Padded") != std::string::npos; }
 
-    /// First, so that it goes when the browser has ended.
+    /// The first member, so that it is removed after the browser has ended.
     TemporaryDirectory directory_;
     std::unique_ptr<RunningProgram> browser_;
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };
 
-TEST_F(BrowserText, ComesWithoutThePaddingAndInUtf16Units) {
+TEST_F(BrowserText, HasNoPaddingAndIsInUtf16Units) {
     ASSERT_TRUE(
         show("<!doctype html><meta charset=utf-8><title>Padded</title><textarea id=t autofocus>"
              "a \U0001F1E9\U0001F1EA flag \U0001F44B</textarea>"
              "<script>t.focus();t.setSelectionRange(7,11)</script>"));
-    // The browser tells the bus about a page some time after it shows it.
+    // The browser exposes a page on the bus some time after it shows it.
     EXPECT_TRUE(waitFor([this] {
         return copyFromFocused(attribute::selectedTextRange) == successOf(TextRange{7, 4});
     }));
@@ -163,9 +163,8 @@ TEST_F(BrowserText, ComesWithoutThePaddingAndInUtf16Units) {
     EXPECT_EQ(copyFromFocused(attribute::role), successOf(Text(u"AXTextArea")));
 }
 
-/// The offer of the browser's objects to be edited is not taken up, because nothing comes of it: what is written
-/// arrives by pasting instead.
-TEST_F(BrowserText, CannotBeWrittenAndHasNoMenuBar) {
+/// The browser's objects have `EditableText` but ignore it. Text is written to them by pasting instead.
+TEST_F(BrowserText, IsNotSettableAndHasNoMenuBar) {
     ASSERT_TRUE(
         show("<!doctype html><meta charset=utf-8><title>Padded</title><textarea id=t autofocus>"
              "one two</textarea><script>t.focus();t.setSelectionRange(4,7)</script>"));

@@ -17,7 +17,7 @@ namespace {
 
 AttributeAnswer successOf(AttributeValue value) { return {AXError::success, std::move(value)}; }
 
-/// The text on the clipboard, as another program gets it.
+/// The text on the clipboard, as another program reads it.
 std::string clipboardText() {
     return runProcess({"xclip", "-out", "-selection", "clipboard", "-target", "UTF8_STRING"}).output;
 }
@@ -66,13 +66,13 @@ TEST_P(AccessibilityMenu, HasOneMenuBelowEachTitleOfTheBar) {
     }
 }
 
-TEST_P(AccessibilityMenu, CopiesThroughItsCopyItemWhichIsEnabledOnlyWithASelection) {
+TEST_P(AccessibilityMenu, CopiesWithItsCopyItem) {
     Editor editor(GetParam(), "one two\n");
     const auto before = copyCommandOf(editor);
     ASSERT_TRUE(before.has_value());
     EXPECT_EQ(before->isEnabled, false);
     const AttributeAnswer title = accessibility().copyAttribute(before->element, attribute::title);
-    // One of the editors fills its titles up with spaces.
+    // One of the editors pads its titles with spaces.
     EXPECT_TRUE(std::get<Text>(title.value).starts_with(u"Copy"));
     editor.mark(4, 3, "two");
     std::optional<CopyCommand> command;

@@ -34,7 +34,7 @@ private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };
 
-TEST_F(AccessibilityRaising, BringsAWindowToTheFrontInEachWayThatThereIs) {
+TEST_F(AccessibilityRaising, RaisesAWindowInEveryWay) {
     const Editor gtk(mousepad(), "first");
     const Editor qt(featherPad(), "second");
     const auto gtkWindow = mainWindowOf(gtk);
@@ -49,7 +49,7 @@ TEST_F(AccessibilityRaising, BringsAWindowToTheFrontInEachWayThatThereIs) {
     EXPECT_EQ(processInFront(), gtk.processIdentifier());
 }
 
-TEST_F(AccessibilityRaising, TellsTheWindowsOfAnApplicationApartByTheirTitles) {
+TEST_F(AccessibilityRaising, DistinguishesWindowsByTitle) {
     Editor editor(mousepad(), "text");
     editor.mark(0, 4, "text");
     pressKeys({"ctrl+shift+n"});
@@ -70,9 +70,9 @@ TEST_F(AccessibilityRaising, TellsTheWindowsOfAnApplicationApartByTheirTitles) {
     }
 }
 
-TEST_F(AccessibilityRaising, RaisesNothingButWindows) {
+TEST_F(AccessibilityRaising, RaisesOnlyWindows) {
     Editor editor(mousepad(), "text");
-    // Once a text can be marked in it, the editor has told the bus what has the focus.
+    // When a text can be selected in it, the editor has exposed its focused object.
     editor.mark(0, 4, "text");
     const Element application = accessibility().applicationElement(editor.processIdentifier());
     const auto text = accessibility().copyElementAttribute(application, attribute::focusedUIElement);

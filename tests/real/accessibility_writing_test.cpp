@@ -17,7 +17,7 @@ namespace {
 
 AttributeAnswer successOf(AttributeValue value) { return {AXError::success, std::move(value)}; }
 
-/// What is marked in a document, what it is replaced with, and what stands there then.
+/// A selection in a document, its replacement, and the expected document.
 struct Replacement {
     const char* name;
     const char* document;
@@ -43,7 +43,7 @@ class WritingIntoEditors : public testing::Test {
 protected:
     Accessibility& accessibility() { return platform_->accessibility(); }
 
-    /// The element of the editor that has the focus; none for a moment while it moves.
+    /// The focused element of the editor. There may be none for a moment while the focus moves.
     std::optional<Element> findFocused(const Editor& editor) {
         const Element application = accessibility().applicationElement(editor.processIdentifier());
         return accessibility().copyElementAttribute(application, attribute::focusedUIElement).element;
@@ -87,7 +87,7 @@ TEST_P(AccessibilityWriting, ReplacesTheSelectedText) {
     }
 }
 
-TEST_P(AccessibilityWriting, InsertsAtTheCaretWhereNothingIsSelected) {
+TEST_P(AccessibilityWriting, InsertsAtTheCaretIfNothingIsSelected) {
     Editor editor(GetParam(), "\U0001F44B end\n");
     editor.mark(1, 4, " end");
     pressKeys({"Left"});
@@ -99,7 +99,7 @@ TEST_P(AccessibilityWriting, InsertsAtTheCaretWhereNothingIsSelected) {
     expectText(text, u"\U0001F44B \U0001F389 end\n", 5);
 }
 
-TEST_P(AccessibilityWriting, LeavesTheTextAloneWhereTheValueIsNoText) {
+TEST_P(AccessibilityWriting, DoesNotChangeTheTextIfTheValueIsNoText) {
     Editor editor(GetParam(), "one two\n");
     editor.mark(0, 3, "one");
     const Element text = focused(editor);
@@ -111,7 +111,7 @@ TEST_P(AccessibilityWriting, LeavesTheTextAloneWhereTheValueIsNoText) {
 INSTANTIATE_TEST_SUITE_P(Editors, AccessibilityWriting, testing::Values(mousepad(), featherPad()),
                          [](const auto& param) { return param.param.name; });
 
-/// Fields of one line take the length of a text in another way than areas, in the toolkit that these tests know.
+/// In GTK, single-line fields use the length argument of `InsertText` in another way than text areas.
 class AccessibilityFieldWriting : public WritingIntoEditors {
 protected:
     void SetUp() override {
@@ -121,9 +121,9 @@ protected:
     }
 };
 
-TEST_F(AccessibilityFieldWriting, WritesIntoAFieldOfOneLine) {
+TEST_F(AccessibilityFieldWriting, WritesToASingleLineField) {
     const Editor editor(mousepad(), "document\n");
-    // Opens the field for what to look for, and gives it the focus.
+    // Opens the search field, which then has the focus.
     ASSERT_TRUE(waitFor([&] {
         pressKeys({"ctrl+f"});
         for (int look = 0; look < 20; ++look) {

@@ -16,10 +16,10 @@ namespace lomaris::test {
 
 namespace {
 
-/// Some seconds.
+/// A few seconds.
 constexpr int looksBeforeSettingAgain = 400;
 
-// The counter tells a page that was loaded again from the one before.
+// The counter distinguishes a reloaded page from the one before.
 constexpr const char* page = R"(<!doctype html><meta charset=utf-8><title>Opening</title>
 <textarea id=t rows=4 cols=60 autocomplete=off></textarea>
 <script>
@@ -36,13 +36,13 @@ t.onselectionchange = show;
 onkeyup = event => { if (event.key === 'Shift') { ++shifts; show(); } else if (event.key === 'F2') restore(); };
 </script>)";
 
-/// The number of the page that is shown; empty where none is.
+/// The number of the page in front. Empty if there is none.
 std::string pageInFront() {
     const std::string title = titleInFront();
     return title.starts_with("page ") ? title.substr(0, title.find(':')) : "";
 }
 
-/// How often Shift was pressed on that page, in the words of its title.
+/// The part of its title that says how often Shift was pressed on that page.
 std::string shiftsInFront() {
     const std::string title = titleInFront();
     const std::size_t start = title.find(" end after ");

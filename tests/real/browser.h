@@ -11,15 +11,14 @@ namespace lomaris::test {
 
 /// A browser in front that shows one editable text with some of it selected. Killed with this object.
 ///
-/// The page says in its title what stands in the text and which part of it is selected, so that what the browser has
-/// done shows without the interfaces under test.
+/// The title of the page has its text and selection, so that a test can check them without the interfaces under test.
 class Browser {
 public:
-    /// The text, and the part of it that is selected, whenever the page has been reset.
+    /// The text, and its selected part, after the page was reset.
     static constexpr const char* document = "The quick brown fox jumps";
     static constexpr const char* selection = "brown fox";
 
-    /// Starts it with a profile of its own. Throws where its page does not come to the front.
+    /// Starts it with its own profile. Throws if its page does not appear in front.
     Browser();
     Browser(const Browser&) = delete;
     Browser& operator=(const Browser&) = delete;
@@ -27,25 +26,25 @@ public:
 
     [[nodiscard]] pid_t processIdentifier() const { return program_->processIdentifier(); }
 
-    /// Loads the page anew. Throws where the selection does not come to show to programs that assist the user.
+    /// Reloads the page. Throws if the browser does not expose the selection on the accessibility bus.
     void reset();
 
-    /// Has the page restore its text and its selection, which is faster than loading it again. Throws if it does not.
+    /// Lets the page restore its text and its selection, which is faster than a reload. Throws if that fails.
     void restore();
 
-    /// Presses Shift; returns once the page, in front, has handled it, and so each key before. Throws where it never
-    /// does.
+    /// Presses Shift, and returns when the page in front has handled it, and therefore all keys before it. Throws after
+    /// a timeout.
     static void handleAllKeys();
 
-    /// Whether the text and its selection ("10-19") come to be these.
+    /// Waits until the text and its selection ("10-19") are these. Returns false after a timeout.
     [[nodiscard]] static bool comesToShow(const std::string& text, const std::string& range);
 
 private:
     void waitUntilItExposesTheSelection();
-    /// The selection that the browser exposes over the accessibility bus, or why it exposes none.
+    /// The selection that the browser exposes on the accessibility bus, or the reason why there is none.
     [[nodiscard]] std::string exposedSelection();
 
-    /// First, so that it goes when the browser has ended.
+    /// The first member, so that it is removed after the browser has ended.
     TemporaryDirectory directory_;
     std::unique_ptr<Platform> platform_;
     std::unique_ptr<RunningProgram> program_;

@@ -11,7 +11,7 @@
 
 namespace lomaris::test {
 
-/// Tests that share one browser, as it starts slowly. Its page is loaded anew for each of them.
+/// Tests that share one browser, as it starts slowly. Its page is reloaded for each test.
 class BrowserSuite : public testing::Test {
 protected:
     static void SetUpTestSuite() {

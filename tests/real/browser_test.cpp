@@ -37,13 +37,13 @@ protected:
 
     static Browser& browser() { return *browser_; }
 
-    /// Replaces and expects this document afterwards, with the cursor behind the replacement.
+    /// Replaces, and expects this document with the caret after the replacement.
     static void expectReplacement(const std::string& replacement, const std::string& document,
                                   const std::string& range) {
         const UserClipboard clipboard;
         EXPECT_EQ(runTool({"replace-selection", "--replacement", replacement}), (ProcessResult{0, "replaced\n", ""}));
         EXPECT_TRUE(Browser::comesToShow(document, range)) << titleInFront();
-        // The tool has ended, and who pastes now gets the replacement still.
+        // The tool has ended. Another program that pastes still gets the replacement.
         EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, replacement}));
     }
 
@@ -52,7 +52,7 @@ private:
     static inline std::unique_ptr<Browser> browser_;
 };
 
-TEST_F(BrowserSelection, IsReadByACopyThatLeavesTheClipboardAsItWas) {
+TEST_F(BrowserSelection, IsReadByACopyThatRestoresTheClipboard) {
     const UserClipboard clipboard;
     const ProcessResult result = runTool({"read-selection", "--json"});
     ASSERT_EQ(result.status, 0) << result.error;
@@ -81,7 +81,7 @@ TEST_F(BrowserSelection, IsPrintedAsPlainText) {
     EXPECT_TRUE(UserClipboard::isIntact()) << testing::PrintToString(clipboardContents());
 }
 
-TEST_F(BrowserSelection, IsReplacedByWordsThatArePasted) {
+TEST_F(BrowserSelection, IsReplacedByPastedWords) {
     expectReplacement("red \U0001F98A fox", "The quick red \U0001F98A fox jumps", "20-20");
 }
 
@@ -89,7 +89,7 @@ TEST_F(BrowserSelection, IsReplacedByAWebAddress) {
     expectReplacement("https://example.org/fox", "The quick https://example.org/fox jumps", "33-33");
 }
 
-TEST_F(BrowserSelection, LeavesTheClipboardToWhoCopiesAfterThePaste) {
+TEST_F(BrowserSelection, DoesNotOverwriteACopyAfterThePaste) {
     expectReplacement("red fox", "The quick red fox jumps", "17-17");
     const OtherOwner later({{"UTF8_STRING", {"", 8, "copied later"}}});
     EXPECT_EQ(clipboardContents(),

@@ -44,7 +44,7 @@ std::optional<xcb_window_t> windowInFront(ClipboardPeer& peer) {
     return window && *window != XCB_WINDOW_NONE ? window : std::nullopt;
 }
 
-/// Moves the hands of the person at the desktop.
+/// Runs xdotool, which acts as the user's keyboard and mouse.
 void handle(const std::vector<std::string>& commandLine) {
     if (const ProcessResult result = runProcess(commandLine); result.status != 0) {
         throw std::runtime_error("could not use keyboard and pointer: " + result.error);

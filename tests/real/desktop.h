@@ -8,32 +8,31 @@
 
 namespace lomaris::test {
 
-// What a person sees and does on the private desktop in which these tests run, through other programs than the one
-// under test.
+// What a user sees and does on the private desktop of these tests, through other programs than the one under test.
 
-/// The process whose window is in front.
+/// The process of the window in front. nullopt if there is none.
 [[nodiscard]] std::optional<pid_t> processInFront();
 
-/// The title of the window in front; empty where there is none.
+/// The title of the window in front. Empty if there is none.
 [[nodiscard]] std::string titleInFront();
 
-/// Brings a window of a process to the front; returns once it is there, and throws where it never is.
+/// Raises a window of a process; returns when it is in front. Throws after a timeout.
 void bringToFront(pid_t processIdentifier);
 
-/// The same for the window whose title has these words in it.
+/// The same for the window whose title contains these words.
 void bringToFront(const std::string& title);
 
 /// Presses and releases keys, one after the other ("ctrl+Home", "shift+Right").
 void pressKeys(const std::vector<std::string>& keys);
 
-/// Moves the pointer to where no window is, and presses its middle button there.
+/// Moves the pointer to a place without a window; presses the middle button there.
 void movePointerAside();
 void clickAside();
 
-/// The text that was marked last, in whatever application, or nothing where none is.
+/// The text of the PRIMARY selection: the text selected last, in any application. nullopt if there is none.
 [[nodiscard]] std::optional<std::string> markedText();
 
-/// Whether the document in front comes to be this text. Marks all of it.
+/// Waits until the document in front is this text. Returns false after a timeout. Selects the whole document.
 [[nodiscard]] bool documentBecomes(const std::string& text);
 
 }  // namespace lomaris::test

@@ -45,7 +45,7 @@ void forEachProcess(const std::function<void(const path&)>& visit) {
     }
 }
 
-/// The file that the process executes; empty for a process that ends meanwhile.
+/// The file that the process executes. Empty if the process has ended.
 path programOf(const path& process) {
     std::error_code ignored;
     return std::filesystem::read_symlink(process / "exe", ignored);
@@ -56,7 +56,7 @@ bool isTool(const path& process) {
     return programOf(process) == tool;
 }
 
-/// Zero for a process that ends meanwhile.
+/// Zero if the process has ended.
 std::size_t countOpenFiles(const path& process) {
     std::error_code error;
     std::size_t count = 0;

@@ -20,7 +20,7 @@ namespace {
 
 using nlohmann::json;
 
-/// What a command answers, which must be JSON.
+/// The output of a command, which must be JSON.
 json answerOf(const std::string& command) {
     const ProcessResult result = runTool({command});
     if (result.status != 0 || !result.error.empty()) {
@@ -29,7 +29,7 @@ json answerOf(const std::string& command) {
     return json::parse(result.output);
 }
 
-/// The nodes that say that they have the focus, without the place where each stands.
+/// The nodes that are reported as focused, without their paths and depths.
 std::vector<json> focusedNodes(const json& diagnosis) {
     std::vector<json> nodes;
     for (json node : diagnosis.at("relevantNodes")) {
@@ -42,7 +42,7 @@ std::vector<json> focusedNodes(const json& diagnosis) {
     return nodes;
 }
 
-/// Whether each path goes down as many steps as it says, and each is another one.
+/// True if each path has as many steps as its depth says, and all paths are different.
 bool pathsAreSound(const json& diagnosis) {
     std::vector<std::string> paths;
     for (const json& node : diagnosis.at("relevantNodes")) {
@@ -65,7 +65,7 @@ protected:
     }
 };
 
-TEST_F(EditorDiagnosis, FindsTheTextWithItsSelectionAndTouchesNothing) {
+TEST_F(EditorDiagnosis, ReportsTheTextAndChangesNothing) {
     const std::string document = "Hello \U0001F44B quick brown fox jumps\nover the lazy dog";
     Editor editor(mousepad(), document);
     editor.mark(6, 7, "\U0001F44B quick");
@@ -93,7 +93,7 @@ TEST_F(EditorDiagnosis, FindsTheTextWithItsSelectionAndTouchesNothing) {
     EXPECT_TRUE(documentBecomes(document)) << markedText().value_or("nothing");
 }
 
-TEST_F(EditorDiagnosis, WaitsOnceForAnApplicationThatHangs) {
+TEST_F(EditorDiagnosis, WaitsOnceForAHungApplication) {
     Editor editor(mousepad(), "text");
     editor.mark(0, 4, "text");
     editor.process().freeze();
@@ -108,7 +108,7 @@ TEST_F(EditorDiagnosis, WaitsOnceForAnApplicationThatHangs) {
                                {"truncated", false}}));
 }
 
-TEST_F(EditorDiagnosis, WaitsOnceForAnApplicationThatStopsInTheMiddle) {
+TEST_F(EditorDiagnosis, WaitsOnceForAnApplicationThatHangsLater) {
     for (const int milliseconds : {10, 20, 40}) {
         Editor editor(mousepad(), "text");
         editor.mark(0, 4, "text");
@@ -124,7 +124,7 @@ TEST_F(EditorDiagnosis, WaitsOnceForAnApplicationThatStopsInTheMiddle) {
     }
 }
 
-/// Before the marked words 7 characters of 9 units, then 7 of 17, behind them 4 of 5.
+/// 7 characters of 9 units before the selection, 7 of 17 in it, 4 of 5 after it.
 const std::string documentOfClusters =
     "cafe\u0301 \U0001F44B quick \U0001F469\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466 o\u0308 z";
 
@@ -146,7 +146,7 @@ TEST_F(EditorDiagnosis, CountsCharactersInTheCompatibilityCheck) {
     EXPECT_TRUE(documentBecomes(documentOfClusters)) << markedText().value_or("nothing");
 }
 
-TEST_F(EditorDiagnosis, FailsTheCompatibilityCheckWhereNothingCanBeSelected) {
+TEST_F(EditorDiagnosis, FailsTheCompatibilityCheckWithoutAText) {
     Editor editor(mousepad(), "");
     const UserClipboard clipboard;
     const ProcessResult result = runTool({"compatibility-check"});
@@ -158,7 +158,7 @@ TEST_F(EditorDiagnosis, FailsTheCompatibilityCheckWhereNothingCanBeSelected) {
 
 using BrowserDiagnosis = BrowserSuite;
 
-TEST_F(BrowserDiagnosis, FindsTheTextOfThePageAndTouchesNothing) {
+TEST_F(BrowserDiagnosis, ReportsTheTextOfThePageAndChangesNothing) {
     const UserClipboard clipboard;
     const auto start = std::chrono::steady_clock::now();
     const json diagnosis = answerOf("diagnose-selection");
@@ -183,7 +183,7 @@ TEST_F(BrowserDiagnosis, FindsTheTextOfThePageAndTouchesNothing) {
     EXPECT_TRUE(Browser::comesToShow(Browser::document, "10-19")) << titleInFront();
 }
 
-TEST_F(BrowserDiagnosis, TellsThatTheSelectionGoesThroughTheClipboard) {
+TEST_F(BrowserDiagnosis, ReportsThatTheSelectionIsCopied) {
     const UserClipboard clipboard;
     EXPECT_EQ(answerOf("compatibility-check"), (json{{"schemaVersion", 1},
                                                      {"applicationName", "Firefox ESR"},

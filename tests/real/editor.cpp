@@ -17,7 +17,7 @@ constexpr const char* documentName = "document.txt";
 
 }  // namespace
 
-// Each in a process of its own, even while another one runs.
+// Each starts a new process, even while another one runs.
 EditorProgram mousepad() { return {"Mousepad", {"mousepad", "--disable-server"}}; }
 EditorProgram featherPad() { return {"FeatherPad", {"featherpad", "--standalone"}}; }
 
@@ -43,7 +43,7 @@ void Editor::mark(int start, int marked, const std::string& expected) {
     std::vector<std::string> keys{"ctrl+Home"};
     keys.insert(keys.end(), static_cast<std::size_t>(start), "Right");
     keys.insert(keys.end(), static_cast<std::size_t>(marked), "shift+Right");
-    // A window that has just come up may miss the first keys; as they begin at the beginning, they can be repeated.
+    // A new window may miss the first keys. They can be repeated, as they start at the beginning of the document.
     for (int attempt = 0; attempt < 5; ++attempt) {
         pressKeys(keys);
         for (int look = 0; look < 40; ++look) {

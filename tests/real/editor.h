@@ -9,24 +9,24 @@
 
 namespace lomaris::test {
 
-/// One of the real text editors that the tests drive.
+/// One of the real text editors that the tests use.
 struct EditorProgram {
     std::string name;
     std::vector<std::string> commandLine;
 };
 
-/// A GTK editor, and a Qt one.
+/// An editor on GTK, and one on Qt.
 [[nodiscard]] EditorProgram mousepad();
 [[nodiscard]] EditorProgram featherPad();
 
-/// What is missing on this machine to drive this editor, as a line for people; empty where nothing is.
+/// A message that says what is missing on this machine to use this editor. Empty if nothing is.
 [[nodiscard]] std::string missingFor(const EditorProgram& program);
 
-/// An editor with a document of its own, in front and ready for keys. Killed with this object.
+/// An editor with its own document, in front and ready for keys. Killed with this object.
 class Editor {
 public:
-    /// Starts the editor on a document with this text (UTF-8); returns once its window is in front and shows it. Throws
-    /// where that does not happen.
+    /// Starts the editor with a document with this text (UTF-8); returns when its window is in front and shows it.
+    /// Throws if that does not happen.
     Editor(const EditorProgram& program, const std::string& text);
     Editor(const Editor&) = delete;
     Editor& operator=(const Editor&) = delete;
@@ -35,12 +35,12 @@ public:
     [[nodiscard]] RunningProgram& process() { return *process_; }
     [[nodiscard]] pid_t processIdentifier() const { return process_->processIdentifier(); }
 
-    /// Marks characters with real key presses: `start` cursor steps from the beginning of the document, then as many
-    /// as `marked` says. Returns once `expected` is marked; throws where it never is.
+    /// Selects characters with key presses: `marked` cursor steps, beginning `start` steps after the beginning of the
+    /// document. Returns when `expected` is selected. Throws after a timeout.
     void mark(int start, int marked, const std::string& expected);
 
 private:
-    /// First, so that it goes when the editor has ended.
+    /// The first member, so that it is removed after the editor has ended.
     TemporaryDirectory directory_;
     std::unique_ptr<RunningProgram> process_;
 };

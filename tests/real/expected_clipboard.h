@@ -6,10 +6,10 @@
 
 namespace lomaris::test {
 
-/// What the tool leaves on the clipboard after it has pasted this text, which must be ASCII.
+/// The contents of the clipboard after the tool has pasted this text, which must be ASCII.
 [[nodiscard]] ClipboardContents pastedContents(const std::string& text);
 
-/// The targets with their types and bytes, long ones shortened, as one line for people.
+/// The targets with their types and bytes, long ones shortened, as one line of a message.
 [[nodiscard]] std::string describe(const ClipboardContents& contents);
 
 }  // namespace lomaris::test

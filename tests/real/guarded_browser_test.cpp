@@ -18,12 +18,12 @@ using nlohmann::json;
 
 class GuardedBrowserReplacement : public BrowserSuite {
 protected:
-    /// Expects this document afterwards, with the cursor behind the replacement.
+    /// Sends the request, and expects this document with the caret after the replacement.
     static void expectReplacement(const json& request, const std::string& result, const std::string& range) {
         const UserClipboard clipboard;
         EXPECT_EQ(replaceIfCurrent(request), requestCarriedOut);
         EXPECT_TRUE(Browser::comesToShow(result, range)) << titleInFront();
-        // The tool has ended, and who pastes now gets the replacement still.
+        // The tool has ended. Another program that pastes still gets the replacement.
         EXPECT_EQ(OtherReader().read("UTF8_STRING"),
                   (PropertyValue{"UTF8_STRING", 8, request["replacementText"].get<std::string>()}));
     }
@@ -34,7 +34,7 @@ protected:
         EXPECT_TRUE(UserClipboard::isIntact()) << testing::PrintToString(clipboardContents());
     }
 
-    /// Whether the document in front comes to be this text, the cursor at its end. A paste on its way arrives before.
+    /// Moves the caret to the end and waits until the document is this text. A pending paste is completed before that.
     static bool documentIs(const std::string& text) {
         pressKeys({"ctrl+End"});
         const std::string end = std::to_string(text.size());
@@ -46,8 +46,8 @@ protected:
         EXPECT_TRUE(documentIs(untouched)) << titleInFront();
     }
 
-    /// The same where something is selected, which the tool copies before it refuses. What a browser on a busy machine
-    /// copies later than the tool waits looks like a copy of the user's; the request is sent again then, as a refusal
+    /// The same if text is selected, which the tool copies before it refuses. If a browser on a busy machine copies
+    /// after the timeout of the tool, this looks like a copy by the user. The request is then sent again, as a refusal
     /// changes nothing.
     static void expectRefusalAfterCopy(const json& request, const std::string& untouched) {
         constexpr auto waitOfTheTool = std::chrono::seconds(1);
@@ -68,14 +68,14 @@ protected:
         FAIL() << "the browser is too slow";
     }
 
-    /// The request with a range in it, as a caller may know it from elsewhere: a copy does not tell where it was.
+    /// The request with a range, which a caller may know from elsewhere: a selection read by copying has none.
     static json withRange(json request) {
         request["expectedSelectedRange"] = {{"location", 10}, {"length", 9}};
         return request;
     }
 };
 
-TEST_F(GuardedBrowserReplacement, PastesOverWhatIsStillSelected) {
+TEST_F(GuardedBrowserReplacement, PastesOverAnUnchangedSelection) {
     expectReplacement(requestFor(readSelection(), "red fox"), "The quick red fox jumps", "17-17");
 }
 
@@ -93,13 +93,13 @@ TEST_F(GuardedBrowserReplacement, PastesLines) {
     EXPECT_EQ(readSelection()["selectedText"], "The quick red\n\nfox\n jumps");
 }
 
-TEST_F(GuardedBrowserReplacement, TakesItsOwnCopiesForNobodysInput) {
+TEST_F(GuardedBrowserReplacement, IgnoresTheInputOfItsOwnCopies) {
     const json selection = readSelection();
     ASSERT_NE(readSelection()["inputActivity"], selection["inputActivity"]);
     expectReplacement(requestFor(selection, "red fox"), "The quick red fox jumps", "17-17");
 }
 
-TEST_F(GuardedBrowserReplacement, GoesAheadWithARangeWhereNobodyTouchedAnything) {
+TEST_F(GuardedBrowserReplacement, ReplacesWithARangeWithoutInput) {
     expectReplacement(withRange(requestFor(readSelection(), "red fox")), "The quick red fox jumps", "17-17");
 }
 
@@ -112,28 +112,28 @@ TEST_F(GuardedBrowserReplacement, RefusesARangeAfterAKey) {
     expectRefusalAfterCopy(request, Browser::document);
 }
 
-TEST_F(GuardedBrowserReplacement, RefusesWhereMoreIsSelected) {
+TEST_F(GuardedBrowserReplacement, RefusesIfMoreIsSelected) {
     const json request = requestFor(readSelection(), "never");
     pressKeys({"shift+Right"});
     ASSERT_TRUE(Browser::comesToShow(Browser::document, "10-20")) << titleInFront();
     expectRefusalAfterCopy(request, Browser::document);
 }
 
-TEST_F(GuardedBrowserReplacement, RefusesWhereOtherWordsHaveTakenTheirPlace) {
+TEST_F(GuardedBrowserReplacement, RefusesIfTheWordsHaveChanged) {
     const json request = requestFor(readSelection(), "never");
     pressKeys({"r", "e", "d", "shift+Left", "shift+Left", "shift+Left"});
     ASSERT_TRUE(Browser::comesToShow("The quick red jumps", "10-13")) << titleInFront();
     expectRefusalAfterCopy(request, "The quick red jumps");
 }
 
-TEST_F(GuardedBrowserReplacement, RefusesWhereNothingIsSelected) {
+TEST_F(GuardedBrowserReplacement, RefusesIfNothingIsSelected) {
     const json request = requestFor(readSelection(), "never");
     pressKeys({"Right"});
     ASSERT_TRUE(Browser::comesToShow(Browser::document, "19-19")) << titleInFront();
     expectRefusal(request, Browser::document);
 }
 
-TEST_F(GuardedBrowserReplacement, RefusesWhereAnotherApplicationIsInFront) {
+TEST_F(GuardedBrowserReplacement, RefusesIfAnotherApplicationIsInFront) {
     if (const std::string missing = missingFor(mousepad()); !missing.empty()) {
         GTEST_SKIP() << missing;
     }

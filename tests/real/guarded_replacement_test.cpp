@@ -16,19 +16,19 @@ namespace {
 
 using nlohmann::json;
 
-/// The words stand there twice. The emoji is 1 character for the editor, and 2 units for the tool.
+/// Contains the words twice. The emoji is 1 character for the editor, and 2 units for the tool.
 const std::string document = "Hello \U0001F44B quick brown fox jumps\nover the quick brown dog";
 const std::string words = "quick brown";
 constexpr int stepsToTheWords = 8;
 constexpr int stepsToTheSameWords = 39;
 
-/// Marks the words, where the same words may be marked at another place still.
+/// Selects the words. Selects another text first, as the same words may still be selected at the other place.
 void markTheWords(Editor& editor, int start = stepsToTheWords) {
     editor.mark(0, 5, "Hello");
     editor.mark(start, static_cast<int>(words.size()), words);
 }
 
-/// A text editor on the document in which the words are marked.
+/// A text editor with the document, in which the words are selected.
 class GuardedReplacement : public testing::Test {
 protected:
     void SetUp() override {
@@ -70,7 +70,7 @@ private:
 
 const std::string documentWithRedFox = "Hello \U0001F44B red fox jumps\nover the quick brown dog";
 
-TEST_F(GuardedReplacement, ReplacesWhatIsStillSelected) {
+TEST_F(GuardedReplacement, ReplacesAnUnchangedSelection) {
     expectReplacement(requestFor(readSelection(), "red"), documentWithRedFox);
 }
 
@@ -99,7 +99,7 @@ TEST_F(GuardedReplacement, ReplacesAnyText) {
     }
 }
 
-TEST_F(GuardedReplacement, TakesComposedAndCombiningCharactersForTheSame) {
+TEST_F(GuardedReplacement, TreatsCanonicallyEquivalentTextAsEqual) {
     open("a cafe\u0301 z\n");
     editor().mark(2, 4, "cafe\u0301");
     json request = requestFor(readSelection(), "tea");
@@ -107,27 +107,27 @@ TEST_F(GuardedReplacement, TakesComposedAndCombiningCharactersForTheSame) {
     expectReplacement(request, "a tea z\n");
 }
 
-TEST_F(GuardedReplacement, RefusesWhereMoreIsSelected) {
+TEST_F(GuardedReplacement, RefusesIfMoreIsSelected) {
     const json request = requestFor(readSelection(), "never");
     pressKeys({"shift+Right"});
     ASSERT_TRUE(waitFor([] { return markedText() == words + " "; }));
     expectRefusal(request, document);
 }
 
-TEST_F(GuardedReplacement, RefusesWhereOtherWordsHaveTakenTheirPlace) {
+TEST_F(GuardedReplacement, RefusesIfTheWordsHaveChanged) {
     const json request = requestFor(readSelection(), "never");
     pressKeys({"s", "l", "o", "w", "space", "y", "e", "l", "l", "o", "w"});
     editor().mark(stepsToTheWords, 11, "slow yellow");
     expectRefusal(request, "Hello \U0001F44B slow yellow fox jumps\nover the quick brown dog");
 }
 
-TEST_F(GuardedReplacement, RefusesWhereTheSameWordsAreSelectedElsewhere) {
+TEST_F(GuardedReplacement, RefusesIfTheSameWordsAreSelectedElsewhere) {
     const json request = requestFor(readSelection(), "never");
     markTheWords(editor(), stepsToTheSameWords);
     expectRefusal(request, document);
 }
 
-TEST_F(GuardedReplacement, RefusesWhereTheWordsHaveMovedByOne) {
+TEST_F(GuardedReplacement, RefusesIfTheWordsHaveMovedByOne) {
     const json request = requestFor(readSelection(), "never");
     pressKeys({"ctrl+Home", "x"});
     editor().mark(0, 6, "xHello");
@@ -138,7 +138,7 @@ TEST_F(GuardedReplacement, RefusesWhereTheWordsHaveMovedByOne) {
 TEST_F(GuardedReplacement, RefusesTheSameRequestTheSecondTime) {
     const json request = requestFor(readSelection(), "red");
     ASSERT_EQ(replaceIfCurrent(request), requestCarriedOut);
-    // Behind the new text is the cursor, and nothing is selected.
+    // The caret is after the new text, and nothing is selected.
     expectRefusal(request, documentWithRedFox);
 }
 
@@ -155,7 +155,7 @@ TEST_F(GuardedReplacement, RefusesARequestForAnotherApplication) {
     expectRefusal(otherProcess, document);
 }
 
-TEST_F(GuardedReplacement, RefusesWhereAnotherApplicationIsInFront) {
+TEST_F(GuardedReplacement, RefusesIfAnotherApplicationIsInFront) {
     const json request = requestFor(readSelection(), "never");
     const std::string otherDocument = document + " and a cat";
     Editor other(mousepad(), otherDocument);
@@ -165,7 +165,7 @@ TEST_F(GuardedReplacement, RefusesWhereAnotherApplicationIsInFront) {
     EXPECT_TRUE(documentBecomes(document)) << markedText().value_or("nothing");
 }
 
-TEST_F(GuardedReplacement, GoesAheadOnceItsWindowIsInFrontAgain) {
+TEST_F(GuardedReplacement, ReplacesOnceItsWindowIsInFrontAgain) {
     const json request = requestFor(readSelection(), "red");
     pressKeys({"ctrl+shift+n"});
     ASSERT_TRUE(waitFor([] { return titleInFront().find("Untitled") != std::string::npos; }));
@@ -177,20 +177,20 @@ TEST_F(GuardedReplacement, GoesAheadOnceItsWindowIsInFrontAgain) {
     expectReplacement(request, documentWithRedFox);
 }
 
-TEST_F(GuardedReplacement, RefusesWhereTheApplicationHasQuit) {
+TEST_F(GuardedReplacement, RefusesIfTheApplicationHasQuit) {
     const json request = requestFor(readSelection(), "never");
     editor().process().end();
     expectRefusal(request);
 }
 
-TEST_F(GuardedReplacement, GoesAheadAfterInputWhereTheRangeIsTheSame) {
+TEST_F(GuardedReplacement, ReplacesAfterInputIfTheRangeIsTheSame) {
     const json selection = readSelection();
     markTheWords(editor());
     ASSERT_NE(readSelection()["inputActivity"], selection["inputActivity"]);
     expectReplacement(requestFor(selection, "red"), documentWithRedFox);
 }
 
-/// The same request without a range: where the selection stands is not known then, only that nobody has moved it.
+/// The same request without a range. The position of the selection is not known then, only that there was no input.
 class GuardedReplacementWithoutRange : public GuardedReplacement {
 protected:
     [[nodiscard]] static json request(const std::string& replacement) {
@@ -200,9 +200,7 @@ protected:
     }
 };
 
-TEST_F(GuardedReplacementWithoutRange, GoesAheadWhereNobodyTouchedAnything) {
-    expectReplacement(request("red"), documentWithRedFox);
-}
+TEST_F(GuardedReplacementWithoutRange, ReplacesWithoutInput) { expectReplacement(request("red"), documentWithRedFox); }
 
 TEST_F(GuardedReplacementWithoutRange, RefusesAfterAKey) {
     const json sent = request("never");

@@ -8,16 +8,16 @@
 
 namespace lomaris::test {
 
-// What a caller of the tool does: it keeps what was read, and sends it back with another text.
+// A caller of the tool, which reads the selection and sends it back with another text.
 
-/// What `replace-selection-request` answers where it replaced, and where something was not as it had been.
+/// The results of `replace-selection-request` if it has replaced, and if the selection has changed.
 extern const ProcessResult requestCarriedOut;
 extern const ProcessResult requestRefused;
 
-/// The selection in front, as `read-selection --json` prints it. Throws where it fails.
+/// The selection in front, as `read-selection --json` prints it. Throws if that fails.
 [[nodiscard]] nlohmann::json readSelection();
 
-/// The request to replace the selection that was read, with everything in it that `readSelection` knows.
+/// The request to replace the selection, with all expectations that `readSelection` provides.
 [[nodiscard]] nlohmann::json requestFor(const nlohmann::json& selection, const std::string& replacement);
 
 /// Sends the request.

@@ -26,7 +26,7 @@ protected:
         platform_->events().postToSession(*created);
     }
 
-    /// Whether the clipboard comes to hold this text.
+    /// Waits until the clipboard has this text. Returns false after a timeout.
     static bool clipboardComesToHold(const std::string& text) {
         return waitFor([&text] { return runProcess({"xclip", "-out", "-selection", "clipboard"}).output == text; });
     }

@@ -32,7 +32,7 @@ const Keys copyArrived{"+left control", "+c control", "-c control", "-left contr
 const Keys terminalCopyArrived{"+left shift",      "+left control shift",         "+c shift control",
                                "-c shift control", "-left control shift control", "-left shift shift"};
 
-/// The events of a window of this process, which may say that it is any application.
+/// A window of this process, whose class may be that of any application, and the key events that it receives.
 class KeyReceiverTest : public testing::Test {
 protected:
     [[nodiscard]] EventServices& events() { return events_; }
@@ -113,7 +113,7 @@ TEST_F(KeyReceiverTest, GetsTheKeysOfItsApplicationInTheBackground) {
     EXPECT_EQ(window().takeKeys(), Keys());
 }
 
-TEST_F(KeyReceiverTest, GetsNothingOnceOtherKeysAreRight) {
+TEST_F(KeyReceiverTest, GetsNothingIfOtherKeysAreRight) {
     const auto copy = events().createKeyStroke(copyKey);
     ASSERT_NE(copy, nullptr);
     window().setClass("XTerm");
@@ -153,7 +153,7 @@ TEST_F(KeyReceiverUnderThePointer, HasNoKeysIfItIsATerminal) {
     }
     const auto platform = nativePlatform();
     EXPECT_NE(platform->events().createKeyStroke(copyKey), nullptr);
-    // It covers the middle of the screen, where the pointer is at first.
+    // It covers the middle of the screen, where the pointer starts.
     const RunningProgram xterm({"xterm", "-geometry", "250x100+0+0"});
     EXPECT_TRUE(waitFor([&] { return platform->events().createKeyStroke(copyKey) == nullptr; }));
 }

@@ -2,7 +2,7 @@
 //
 //     lomaris_own_clipboard TARGET=FILE...
 //
-// Prints "ready" once it owns the clipboard, and serves it until it is ended.
+// Prints "ready" when it owns the clipboard, and serves it until it is killed.
 
 #include "tests/x11/clipboard_other_owner.h"
 

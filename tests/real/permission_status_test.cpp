@@ -24,14 +24,14 @@ TEST(PermissionStatus, IsNotGrantedWithoutADesktop) {
     EXPECT_EQ(runTool({"permission-status", "--prompt"}, options), notGranted);
 }
 
-TEST(PermissionStatus, IsNotGrantedWithABusThatIsNotThere) {
+TEST(PermissionStatus, IsNotGrantedIfTheBusIsMissing) {
     ProcessOptions options;
     options.environment = {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"}};
     EXPECT_EQ(runTool({"permission-status"}, options), notGranted);
     EXPECT_EQ(runTool({"permission-status", "--prompt"}, options), notGranted);
 }
 
-TEST(PermissionStatus, IsGrantedByAskingWhereAccessibilityIsSwitchedOff) {
+TEST(PermissionStatus, IsGrantedByAPromptIfTheSettingIsOff) {
     const auto switchTo = [](const std::string& state) {
         return runProcess({"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
                            "org.freedesktop.DBus.Properties.Set", "string:org.a11y.Status", "string:IsEnabled",

@@ -22,7 +22,7 @@ public:
 
     RunningApplication second() override { return {second_.processIdentifier(), std::nullopt, Text(u"FeatherPad")}; }
 
-    // The largest number there is; no kernel hands it out.
+    // The largest number, which no kernel assigns.
     ProcessIdentifier missingProcess() override { return 0x7fffffff; }
 
     void bringSecondToFront() override { bringToFront(second_.processIdentifier()); }
@@ -37,7 +37,7 @@ public:
 
 private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
-    // The one that comes last is in front.
+    // The last one is in front.
     Editor second_{featherPad(), "Second"};
     Editor first_{mousepad(), "First"};
 };
@@ -55,7 +55,7 @@ private:
     Editor editor_{mousepad(), "The quick brown fox"};
 };
 
-/// A maker for a world that needs these editors; prints why there is none.
+/// Returns a factory of a world that needs these editors. Prints what is missing, if anything is.
 template <typename World, typename RealWorld>
 auto onTheDesktop(const std::string& name, const std::vector<EditorProgram>& editors) {
     return testing::Values(WorldMaker<World>{name, [editors]() -> std::unique_ptr<World> {

@@ -18,11 +18,11 @@ namespace {
 
 using nlohmann::json;
 
-/// One emoji before the marked words: 1 character and 1 code point for the editors, 2 units for the tool.
+/// One emoji before the selected words: 1 character and 1 code point for the editors, 2 units for the tool.
 const std::string document = "Hello \U0001F44B quick brown fox jumps\nover the lazy dog";
 constexpr int stepsToTheWords = 8;
 const std::string words = "quick brown";
-/// An editor that has nothing to copy, or hangs, leaves the clipboard alone however often it is asked.
+/// The result if the editor has nothing to copy, or hangs: it does not change the clipboard in any attempt.
 const ProcessResult nothingCopied{1, "",
                                   "Lomaris macOS bridge: Keyboard/clipboard fallback failed: the target application "
                                   "did not respond to Cmd+C after 3 attempt(s)\n"};
@@ -32,7 +32,7 @@ void markTheWords(Editor& editor) { editor.mark(stepsToTheWords, static_cast<int
 struct EditorCase {
     EditorProgram program;
     json applicationName;
-    /// Null where the application has none.
+    /// Null if the application has none.
     json bundleIdentifier;
 
     friend std::ostream& operator<<(std::ostream& stream, const EditorCase& tested) {
@@ -49,7 +49,7 @@ protected:
     }
 };
 
-/// The counters as this platform has them at the moment; nobody types while a test looks.
+/// The current counters of this platform. There is no input during a test.
 json currentInputActivity() {
     const auto platform = nativePlatform();
     const std::uint32_t counter = platform->events().inputCounter(InputEventType::keyDown);
@@ -59,7 +59,7 @@ json currentInputActivity() {
             {"otherMouseDownCount", counter}};
 }
 
-TEST_P(ReadSelection, GivesTextRangeContextAndApplication) {
+TEST_P(ReadSelection, ReturnsTextRangeContextAndApplication) {
     Editor editor(GetParam().program, document);
     markTheWords(editor);
     const ProcessResult result = runTool({"read-selection", "--json"});
@@ -82,7 +82,7 @@ TEST_P(ReadSelection, GivesTextRangeContextAndApplication) {
     EXPECT_EQ(json::parse(result.output), expected);
 }
 
-TEST_P(ReadSelection, CutsTheContextToTheLimits) {
+TEST_P(ReadSelection, LimitsTheContext) {
     Editor editor(GetParam().program, document);
     markTheWords(editor);
     const ProcessResult result = runTool({"read-selection", "--json", "--before-chars", "4", "--after-chars", "4"});
@@ -106,12 +106,12 @@ TEST_P(ReadSelection, ReadsTheWholeDocument) {
     EXPECT_EQ(runTool({"read-selection"}), (ProcessResult{0, document + "\n", ""}));
 }
 
-TEST_P(ReadSelection, FindsNothingToCopyWhereNothingIsSelected) {
+TEST_P(ReadSelection, ReportsAnErrorIfNothingIsSelected) {
     Editor editor(GetParam().program, document);
     markTheWords(editor);
     const UserClipboard clipboard;
     pressKeys({"ctrl+Home"});
-    // The end of a selection shows nowhere else: what was marked may still be pasted.
+    // The end of a selection cannot be detected otherwise: the PRIMARY selection remains.
     ProcessResult result;
     ASSERT_TRUE(waitFor([&result] {
         result = runTool({"read-selection", "--json"});
@@ -121,7 +121,7 @@ TEST_P(ReadSelection, FindsNothingToCopyWhereNothingIsSelected) {
     EXPECT_TRUE(UserClipboard::isIntact());
 }
 
-TEST_P(ReadSelection, ReportsAnApplicationThatHangs) {
+TEST_P(ReadSelection, ReportsAHungApplication) {
     Editor editor(GetParam().program, document);
     markTheWords(editor);
     const UserClipboard clipboard;
@@ -131,7 +131,7 @@ TEST_P(ReadSelection, ReportsAnApplicationThatHangs) {
     EXPECT_TRUE(UserClipboard::isIntact());
 }
 
-TEST_P(ReadSelection, SurvivesAnApplicationThatIsKilledWhileItIsRead) {
+TEST_P(ReadSelection, SurvivesAnApplicationThatIsKilled) {
     for (const int milliseconds : {0, 1, 2, 4, 6, 8, 12}) {
         Editor editor(GetParam().program, document);
         markTheWords(editor);
@@ -152,7 +152,7 @@ TEST_P(ReadSelection, SurvivesAnApplicationThatIsKilledWhileItIsRead) {
     }
 }
 
-TEST_P(ReadSelection, ReportsAnOutputThatTakesNothing) {
+TEST_P(ReadSelection, ReportsAnOutputThatCannotBeWritten) {
     Editor editor(GetParam().program, document);
     markTheWords(editor);
     const ProcessResult expected{1, "", "Lomaris macOS bridge: Could not write to standard output.\n"};

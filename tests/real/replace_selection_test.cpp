@@ -11,7 +11,7 @@
 namespace lomaris::test {
 namespace {
 
-/// One emoji before the marked words: 1 character and 1 code point for the editors, 2 units for the tool.
+/// One emoji before the selected words: 1 character and 1 code point for the editors, 2 units for the tool.
 const std::string document = "Hello \U0001F44B quick brown fox jumps\nover the lazy dog";
 const std::string words = "quick brown";
 const ProcessResult replaced{0, "replaced\n", ""};
@@ -29,7 +29,7 @@ protected:
 
     static void markTheWords(Editor& editor) { editor.mark(8, static_cast<int>(words.size()), words); }
 
-    /// Whether the document in front comes to be this text.
+    /// Waits until the document in front is this text. Returns false after a timeout.
     static bool documentBecomes(const std::string& text) {
         return waitFor([&text] {
             pressKeys({"ctrl+Home", "ctrl+shift+End"});
@@ -38,10 +38,10 @@ protected:
     }
 };
 
-/// What stands in the document, where `documentBecomes` has failed.
+/// The text of the document after `documentBecomes` has failed.
 std::string shown() { return markedText().value_or("nothing"); }
 
-TEST_P(ReplaceSelection, WritesTheTextThatIsGiven) {
+TEST_P(ReplaceSelection, WritesTheTextOfTheArgument) {
     Editor editor(GetParam(), document);
     markTheWords(editor);
     const UserClipboard clipboard;
@@ -62,11 +62,11 @@ TEST_P(ReplaceSelection, WritesTheTextOfItsStandardInput) {
         << shown();
 }
 
-TEST_P(ReplaceSelection, LeavesAllAsItIsWhereNothingIsSelected) {
+TEST_P(ReplaceSelection, ChangesNothingIfNothingIsSelected) {
     Editor editor(GetParam(), document);
     markTheWords(editor);
     const UserClipboard clipboard;
-    // The end of a selection shows nowhere else: the tool reads the words until it has come.
+    // The end of a selection cannot be detected otherwise: the tool reads the words until then.
     pressKeys({"ctrl+Home"});
     ASSERT_TRUE(waitFor([] { return runTool({"read-selection"}).status != 0; }));
     const ProcessResult result = runTool({"replace-selection", "--replacement", "never"});
@@ -75,7 +75,7 @@ TEST_P(ReplaceSelection, LeavesAllAsItIsWhereNothingIsSelected) {
     EXPECT_TRUE(documentBecomes(document)) << shown();
 }
 
-TEST_P(ReplaceSelection, LeavesTheClipboardAsItIsWhereTheApplicationHangs) {
+TEST_P(ReplaceSelection, KeepsTheClipboardIfTheApplicationHangs) {
     Editor editor(GetParam(), document);
     markTheWords(editor);
     const UserClipboard clipboard;

@@ -13,7 +13,7 @@ namespace lomaris::test {
 
 namespace {
 
-/// The job keeps the signals of the terminal's keys switched on, and takes each byte at once.
+/// The job keeps the signals of the terminal's keys enabled, and reads each byte at once.
 constexpr const char* job = R"(#!/bin/bash
 cd "${BASH_SOURCE[0]%/*}" || exit
 stty -icanon -echo
@@ -67,13 +67,13 @@ Terminal::Terminal(const TerminalProgram& program) {
 }
 
 void Terminal::selectWord() const {
-    // The terminal draws the words a little later.
+    // The terminal draws the words with a delay.
     const bool isSelected = waitFor([this] {
         xdotool({"mousemove", "--window", window_, "20", "7", "click", "--repeat", "2", "--delay", "20", "1"});
         if (markedText() == word) {
             return true;
         }
-        // So that the next two clicks are not counted together with these.
+        // Wait, so that the next two clicks do not count as part of the same multiple click.
         xdotool({"mousemove", "--window", window_, "60", "60", "click", "1", "sleep", "0.4"});
         return false;
     });

@@ -25,13 +25,13 @@ const ProcessResult noKeys{1, "",
                            "events\n"};
 const ProcessResult nothingSelected{1, "", "Lomaris macOS bridge: Select some text first.\n"};
 
-/// What the commands that look at the selection are to print.
+/// The expected results of the commands that use the selection.
 struct Expected {
     ProcessResult read;
     ProcessResult replace;
     ProcessResult replaceAddress;
     ProcessResult replaceRequest;
-    /// Whether `compatibility-check` reports a way to read.
+    /// True if `compatibility-check` is expected to succeed.
     bool isCompatible = false;
 };
 
@@ -61,7 +61,7 @@ private:
     std::unique_ptr<Platform> platform_ = nativePlatform();
 };
 
-/// Requests the replacement of what is selected, or of the word if that cannot be read.
+/// Requests the replacement of the selection, or of the word if the selection cannot be read.
 ProcessResult replaceByRequest(const Terminal& terminal) {
     if (runTool({"read-selection"}).status == 0) {
         return replaceIfCurrent(requestFor(readSelection(), "never\n"));
@@ -86,7 +86,7 @@ void expectNothingReceived(const Terminal& terminal, const Expected& expected) {
     EXPECT_EQ(runTool({"compatibility-check"}).status == 0, expected.isCompatible);
     EXPECT_TRUE(UserClipboard::isIntact());
     EXPECT_EQ(terminal.received(), "");
-    // The job would have noticed.
+    // The job records everything that it receives.
     pressKeys({"x"});
     EXPECT_TRUE(waitFor([&] { return terminal.received() == "x"; })) << terminal.received();
     pressKeys({"ctrl+c"});
@@ -146,7 +146,7 @@ TEST_F(TerminalTest, UnlistedTerminalIsRecognizedByItsRole) {
     expectNothingReceived(*terminal, wordIsRead());
 }
 
-TEST_F(TerminalTest, XfceTerminalHasAKeyForCopyAlone) {
+TEST_F(TerminalTest, XfceTerminalHasOnlyAKeyForCopy) {
     const auto terminal = start(xfceTerminal());
     if (!terminal) {
         GTEST_SKIP() << missingFor(xfceTerminal());

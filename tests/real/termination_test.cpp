@@ -31,7 +31,7 @@ constexpr std::array<int, 3> endingSignals{SIGTERM, SIGINT, SIGHUP};
 
 enum class OutputPipe { empty, full };
 
-/// The tool while it runs, with a pipe that nobody reads as its standard output.
+/// A running tool, whose standard output is a pipe without a reader.
 class RunningTool {
 public:
     explicit RunningTool(std::vector<std::string> arguments, OutputPipe output = OutputPipe::empty) {
@@ -81,7 +81,7 @@ public:
 
     void signal(int number) const { kill(process_, number); }
 
-    /// Exit status, or the negated number of the signal that ended it; nothing where it does not end.
+    /// The exit status, or the negated number of the signal that ended it. nullopt if it does not end.
     [[nodiscard]] std::optional<int> end() {
         int status = 0;
         if (!waitFor([this, &status] { return waitpid(process_, &status, WNOHANG) == process_; })) {
@@ -104,10 +104,11 @@ private:
     pid_t process_ = -1;
 };
 
-/// A target in front which copies and pastes when the test has it do so, and the user's clipboard.
+/// A target in front whose copies and pastes the test controls, and the user's clipboard.
 class Termination : public testing::Test {
 protected:
-    /// Copies words whenever it is asked, until it is to paste or `isOver`; whether it was to paste.
+    /// Copies words at each copy key, until there is a paste key or `isOver` returns true. Returns true for a paste
+    /// key.
     [[nodiscard]] bool copiesUntilItIsToPaste(const std::function<bool()>& isOver) {
         bool isToPaste = false;
         const bool isReached = waitFor([&] {
@@ -121,7 +122,7 @@ protected:
         return isReached && isToPaste;
     }
 
-    /// Whether the target comes to be asked for a copy, which it does not make.
+    /// Waits until the target gets a copy key, and does not copy. Returns false after a timeout.
     [[nodiscard]] bool isAskedToCopy() {
         return waitFor([this] {
             const std::vector<std::string> keys = window_.takeKeys();
@@ -135,7 +136,7 @@ private:
     std::unique_ptr<OtherOwner> copied_;
 };
 
-TEST_F(Termination, DuringAReadPutsTheClipboardBack) {
+TEST_F(Termination, DuringAReadRestoresTheClipboard) {
     for (const int signal : endingSignals) {
         RunningTool tool({"read-selection"});
         ASSERT_TRUE(isAskedToCopy());
@@ -146,7 +147,7 @@ TEST_F(Termination, DuringAReadPutsTheClipboardBack) {
     }
 }
 
-TEST_F(Termination, BeforeAReplacementPutsTheClipboardBack) {
+TEST_F(Termination, BeforeAReplacementRestoresTheClipboard) {
     for (const int signal : endingSignals) {
         RunningTool tool({"replace-selection", "--replacement", "others"});
         ASSERT_TRUE(isAskedToCopy());
@@ -156,9 +157,9 @@ TEST_F(Termination, BeforeAReplacementPutsTheClipboardBack) {
     }
 }
 
-TEST_F(Termination, AfterAPasteKeepsTheTextThatTheTargetIsToFind) {
+TEST_F(Termination, AfterAPasteKeepsTheTextForTheTarget) {
     for (const int signal : endingSignals) {
-        // It cannot end by itself, as nobody takes its output.
+        // The tool cannot end by itself, as its output cannot be written.
         RunningTool tool({"replace-selection", "--replacement", "others"}, OutputPipe::full);
         ASSERT_TRUE(copiesUntilItIsToPaste([] { return false; }));
         tool.signal(signal);
@@ -167,8 +168,8 @@ TEST_F(Termination, AfterAPasteKeepsTheTextThatTheTargetIsToFind) {
     }
 }
 
-TEST_F(Termination, EndsTheOutputsThoughTheTextIsStillServed) {
-    // Returns once both outputs have ended.
+TEST_F(Termination, ClosesTheOutputsWhileTheTextIsServed) {
+    // Returns when both outputs are closed.
     auto result = std::async(std::launch::async, [] {
         return runTool({"replace-selection", "--replacement", "others"});
     });
@@ -177,7 +178,7 @@ TEST_F(Termination, EndsTheOutputsThoughTheTextIsStillServed) {
     const bool hasEnded = waitFor(isOver);
     EXPECT_TRUE(hasEnded);
     EXPECT_EQ(OtherReader().read("UTF8_STRING"), (PropertyValue{"UTF8_STRING", 8, "others"}));
-    // Whoever serves the clipboard ends with this, so that the outputs do as well.
+    // The keeper ends when another program owns the clipboard, and any output that it holds open is closed then.
     const OtherOwner next({});
     EXPECT_EQ(result.get(), (ProcessResult{0, "replaced\n", ""}));
 }
