@@ -40,8 +40,8 @@ constexpr std::array table{
     Application{"code - oss", "com.visualstudio.code.oss"},
     Application{"code-oss", "com.visualstudio.code.oss"},
 
-    // Terminals that copy by Control+Shift+C, and in which it does nothing if nothing is selected. The latter is not
-    // documented; it was tried with the versions of Debian 12, except for WezTerm.
+    // Terminals in which Control+Shift+C copies, and does nothing if nothing is selected. The latter is not documented;
+    // it was tested with the versions in Debian 12, except for WezTerm.
     // alacritty-bindings(5): C with Control|Shift is Copy.
     Application{"alacritty", "org.alacritty", controlShiftToCopy},
     // Edit menu of Cool Retro Term, Copy.
@@ -73,9 +73,9 @@ constexpr std::array table{
     // Xfce Terminal user guide (docs.xfce.org), Shortcuts; Edit menu, Copy.
     Application{"xfce4-terminal", "", controlShiftToCopy},
 
-    // Terminals that copy by Control+Shift+C, but in which it interrupts the program if nothing is selected. That was
-    // tried with the versions of Debian 12, except for Ghostty.
-    // Konsole Handbook, The Edit Menu; Yakuake shows Konsole's terminal.
+    // Terminals in which Control+Shift+C copies, but interrupts the program if nothing is selected. That was tested
+    // with the versions in Debian 12, except for Ghostty. Konsole Handbook, The Edit Menu; Yakuake shows Konsole's
+    // terminal.
     Application{"konsole", "", none},
     Application{"yakuake", "", none},
     // terminator(1), Keybindings, Copy.
@@ -86,12 +86,12 @@ constexpr std::array table{
     // ghostty.org, "Custom Keybindings": bindings may be performed only if there is something to copy.
     Application{"com.mitchellh.ghostty", "", none},
 
-    // Terminals that copy by another key, or only by the mouse; Control+C interrupts.
+    // Terminals that copy with another key, or only with the mouse; Control+C interrupts.
     // xterm(1), "Default key bindings": none copies to CLIPBOARD. uxterm(1) and koi8rxterm(1) set the class.
     Application{"xterm", "", none},
     Application{"uxterm", "", none},
     Application{"koi8rxterm", "", none},
-    // urxvt(1), Clipboard: Control+Alt+C. Its resource class, and the one that it shares with rxvt(1).
+    // urxvt(1), Clipboard: Control+Alt+C. Its own class, and the one that it shares with rxvt(1).
     Application{"urxvt", "", none},
     Application{"rxvt", "", none},
     // Eterm(1), Actions: no key has the action copy.
@@ -106,14 +106,14 @@ constexpr std::array table{
     // PuTTY User Manual, "Copying and pasting text": the mouse copies. pterm(1) is the same program.
     Application{"pterm", "", none},
     Application{"putty", "", none},
-    // st(1): Control+Shift+C, but its keys are changed in its source. The class is that of its terminal type.
+    // st(1): Control+Shift+C, but users change its keys in its source. The class is that of its terminal type.
     Application{"st-256color", "", none},
     Application{"st", "", none},
     // termit(1), Keybindings: Control+Insert.
     Application{"termit", "", none},
     // zutty(1) names no key.
     Application{"zutty", "", none},
-    // The key bindings of these are in their settings (Warp, Hyper, Tabby). None was tried.
+    // Warp, Hyper and Tabby: the key bindings are in their settings. None was tested.
     Application{"dev.warp.warp", "dev.warp.Warp", none},
     Application{"hyper", "", none},
     Application{"tabby", "", none},
@@ -123,7 +123,7 @@ constexpr std::array table{
     Application{"emacs", "", none},
     Application{"xemacs", "", none},
     // Vim, ":help CTRL-C" and ":help gui-clipboard": Control+C ends a command. The class is the same under the names
-    // gview, gvimdiff, rgvim and evim and with `vim -g`; that was tried. The graphical ones of Neovim alike.
+    // gview, gvimdiff, rgvim and evim and with `vim -g`; that was tested. The same for the graphical ones of Neovim.
     Application{"gvim", "", none},
     Application{"nvim-qt", "", none},
     Application{"neovide", "", none},
