@@ -14,7 +14,7 @@ namespace lomaris {
 enum class AstralPadding { none, byteOrderMarks };
 
 /// True if `bytes` (UTF-8) may be padded: it has at least one character outside the Basic Multilingual Plane, and each
-/// is followed by U+FEFF. The user may have written such a text too; only the name of the toolkit tells.
+/// is followed by U+FEFF. A user may write such a text too; only the name of the toolkit distinguishes the two.
 [[nodiscard]] bool looksPadded(std::string_view bytes);
 
 /// The text of an element and the unit in which the element counts positions.

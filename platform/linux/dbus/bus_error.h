@@ -7,7 +7,7 @@
 namespace lomaris {
 
 /// What an error reply means for the object called. `unknownObject` is ambiguous: some toolkits return it for an object
-/// that no longer exists, others for any method that an object lacks. Only another call to the object can tell.
+/// that no longer exists, others for any method that an object lacks. Another call to the object is needed to find out.
 enum class BusFailure { peerGone, unknownObject, unsupported, refused };
 
 /// `name` is a D-Bus error name ("org.freedesktop.DBus.Error.UnknownMethod"). Returns `refused` for any other name.

@@ -178,7 +178,7 @@ ClipboardReader::Outcome ClipboardReader::addPiece(Conversion& conversion) {
     return isLast ? Outcome::ended : Outcome::isUnderWay;
 }
 
-/// Reads and deletes the property. The deletion tells the owner to send the next piece (ICCCM 2.7.2).
+/// Reads and deletes the property. The deletion requests the next piece from the owner (ICCCM 2.7.2).
 std::optional<ReadTarget> ClipboardReader::readProperty(Conversion& conversion) {
     conversion.hasNewValue = false;
     ReadTarget contents;

@@ -20,8 +20,8 @@ struct KeeperMessage {
         protect,
         /// The file has the contents to serve from now on, unless `deadline` has passed. Confirmed.
         publish,
-        /// `process` may copy within `firstWait`. Only windows tell which process copied: a process without a window
-        /// counts as another program.
+        /// `process` may copy within `firstWait`. The process that copied is identified by its windows; one without a
+        /// window counts as another program.
         copyExpected,
         /// The target is about to paste. `firstWait` is the minimum wait, `secondWait` the grace wait.
         pasteExpected,
