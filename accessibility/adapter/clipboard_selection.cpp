@@ -1,11 +1,10 @@
 #include "accessibility/adapter/clipboard_selection.h"
 
-#include "accessibility/model/bridge_error.h"
 #include "platform/attributes.h"
 
 #include <chrono>
-#include <functional>
 #include <utility>
+#include <variant>
 
 namespace lomaris {
 
@@ -14,14 +13,15 @@ namespace {
 constexpr Duration pauseBeforeSecondLook = std::chrono::milliseconds(50);
 
 /// Returns a function that presses the menu item, or an empty function if there is no Copy command.
-std::function<void()> pressOf(Accessibility& accessibility, const std::optional<CopyCommand>& copyCommand) {
+CopyItemPress pressOf(Accessibility& accessibility, const std::optional<CopyCommand>& copyCommand) {
     if (!copyCommand) {
         return nullptr;
     }
-    return [&accessibility, element = copyCommand->element] {
+    return [&accessibility, element = copyCommand->element]() -> std::optional<BridgeError> {
         if (accessibility.performAction(element, action::press) != AXError::success) {
-            throw BridgeError::clipboardFallbackFailed(u"the target application's Copy command was unavailable");
+            return BridgeError::clipboardFallbackFailed(u"the target application's Copy command was unavailable");
         }
+        return std::nullopt;
     };
 }
 
@@ -41,31 +41,42 @@ SelectionSnapshot readSelectionWithKeyboardClipboardFallback(Platform& platform,
                                                              std::optional<RunningApplication> application,
                                                              bool allowed, ClipboardSelectionReadPolicy policy,
                                                              const std::optional<CopyCommand>& copyCommand) {
+    return valueOrThrow(tryReadSelectionWithKeyboardClipboardFallback(platform, fallback, std::move(application),
+                                                                      allowed, policy, copyCommand));
+}
+
+Outcome<SelectionSnapshot> tryReadSelectionWithKeyboardClipboardFallback(
+    Platform& platform, KeyboardClipboardFallback& fallback, std::optional<RunningApplication> application,
+    bool allowed, ClipboardSelectionReadPolicy policy, const std::optional<CopyCommand>& copyCommand) {
     if (!allowed) {
-        throw BridgeError::clipboardFallbackDisabled();
+        return BridgeError::clipboardFallbackDisabled();
     }
     Accessibility& accessibility = platform.accessibility();
     if (!accessibility.isProcessTrusted(TrustPrompt::none)) {
-        throw BridgeError::accessibilityPermissionRequired();
+        return BridgeError::accessibilityPermissionRequired();
     }
     if (!application) {
         application = platform.workspace().frontmostApplication();
     }
     if (!application) {
-        throw BridgeError::focusedApplicationUnavailable(AXError::noValue);
+        return BridgeError::focusedApplicationUnavailable(AXError::noValue);
     }
 
+    auto text =
+        fallback.tryReadSelectedText(application->processIdentifier, policy, pressOf(accessibility, copyCommand));
+    if (const BridgeError* const error = errorOf(text)) {
+        return *error;
+    }
     SelectionPayload payload;
-    payload.selectedText =
-        fallback.readSelectedText(application->processIdentifier, policy, pressOf(accessibility, copyCommand));
+    payload.selectedText = std::get<Text>(std::move(text));
     payload.applicationName = std::move(application->localizedName);
     payload.bundleIdentifier = std::move(application->bundleIdentifier);
     payload.processIdentifier = application->processIdentifier;
     payload.inputActivity = sampleInputActivity(platform.events());
     payload.supportsDirectReplacement = false;
     payload.selectionMethod = selection_method::keyboardClipboardFallback;
-    return {accessibility.applicationElement(application->processIdentifier), std::move(payload),
-            ReplacementStrategy::keyboardClipboard};
+    return SelectionSnapshot{accessibility.applicationElement(application->processIdentifier), std::move(payload),
+                             ReplacementStrategy::keyboardClipboard};
 }
 
 }  // namespace lomaris

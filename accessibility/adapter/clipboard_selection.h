@@ -2,6 +2,7 @@
 
 #include "accessibility/adapter/copy_command.h"
 #include "accessibility/fallback/keyboard_clipboard_fallback.h"
+#include "accessibility/model/outcome.h"
 #include "accessibility/model/selection.h"
 #include "platform/platform.h"
 
@@ -20,6 +21,11 @@ namespace lomaris {
 /// Throws `BridgeError`: `clipboardFallbackDisabled`, `accessibilityPermissionRequired`,
 /// `focusedApplicationUnavailable`, and the errors of `KeyboardClipboardFallback::readSelectedText`.
 [[nodiscard]] SelectionSnapshot readSelectionWithKeyboardClipboardFallback(
+    Platform& platform, KeyboardClipboardFallback& fallback, std::optional<RunningApplication> application,
+    bool allowed, ClipboardSelectionReadPolicy policy, const std::optional<CopyCommand>& copyCommand);
+
+/// As `readSelectionWithKeyboardClipboardFallback`, but returns the error.
+[[nodiscard]] Outcome<SelectionSnapshot> tryReadSelectionWithKeyboardClipboardFallback(
     Platform& platform, KeyboardClipboardFallback& fallback, std::optional<RunningApplication> application,
     bool allowed, ClipboardSelectionReadPolicy policy, const std::optional<CopyCommand>& copyCommand);
 

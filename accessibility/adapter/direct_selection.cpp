@@ -5,11 +5,12 @@
 #include "accessibility/adapter/selection_data.h"
 #include "accessibility/adapter/selection_policies.h"
 #include "accessibility/adapter/text_context.h"
-#include "accessibility/model/bridge_error.h"
 #include "accessibility/model/capture_trace.h"
 #include "platform/attributes.h"
 
+#include <optional>
 #include <utility>
+#include <variant>
 
 namespace lomaris {
 
@@ -29,33 +30,35 @@ std::optional<Element> findInTree(Accessibility& accessibility, const std::optio
     return findFocusedTextDescendant(accessibility, accessibility.applicationElement(application->processIdentifier));
 }
 
+Outcome<ElementSelection> readElement(Accessibility& accessibility, const Element& element) {
+    auto data = tryReadSelectionData(accessibility, element);
+    if (const BridgeError* const error = errorOf(data)) {
+        return *error;
+    }
+    return ElementSelection{element, std::get<SelectionData>(std::move(data))};
+}
+
+bool hasText(const Outcome<ElementSelection>& outcome) {
+    const auto* const selection = std::get_if<ElementSelection>(&outcome);
+    return selection != nullptr && !selection->data.text.empty();
+}
+
 /// Reads the focused element. If it fails or has no selected text, reads the element found in the application's tree.
-/// If both fail, throws the error of the second.
-ElementSelection readWithSecondChance(Accessibility& accessibility, const FocusedElement& focused) {
-    ElementSelection selection{focused.element, {}};
-    try {
-        selection.data = readSelectionData(accessibility, focused.element);
-    } catch (const BridgeError&) {
-        const auto found = findInTree(accessibility, focused.application);
-        if (!found) {
-            throw;
-        }
-        return {*found, readSelectionData(accessibility, *found)};
+/// If both fail, returns the error of the second. If only the second fails, the empty selection of the first counts.
+Outcome<ElementSelection> readWithSecondChance(Accessibility& accessibility, const FocusedElement& focused) {
+    auto first = readElement(accessibility, focused.element);
+    if (hasText(first)) {
+        return first;
     }
-    if (!selection.data.text.empty()) {
-        return selection;
+    const auto found = findInTree(accessibility, focused.application);
+    if (!found) {
+        return first;
     }
-    if (const auto found = findInTree(accessibility, focused.application)) {
-        try {
-            ElementSelection second{*found, readSelectionData(accessibility, *found)};
-            if (!second.data.text.empty()) {
-                return second;
-            }
-        } catch (const BridgeError&) {
-            // The focused element was readable, so its empty selection is the result.
-        }
+    auto second = readElement(accessibility, *found);
+    if (errorOf(first) != nullptr || hasText(second)) {
+        return second;
     }
-    return selection;
+    return first;
 }
 
 bool isWritable(Accessibility& accessibility, const Element& element) {
@@ -64,35 +67,48 @@ bool isWritable(Accessibility& accessibility, const Element& element) {
 }
 
 /// Reads web content by copying; accessibility only reports that a selection exists.
-SelectionSnapshot readWebContent(Platform& platform, KeyboardClipboardFallback& fallback,
-                                 const std::optional<RunningApplication>& application,
-                                 const SelectionReadOptions& options, SelectionPurpose purpose) {
+Outcome<SelectionSnapshot> readWebContent(Platform& platform, KeyboardClipboardFallback& fallback,
+                                          const std::optional<RunningApplication>& application,
+                                          const SelectionReadOptions& options, SelectionPurpose purpose) {
     SelectionCaptureTrace& trace = SelectionCaptureTrace::shared();
     trace.record(SelectionCaptureTrace::Route::clipboardForWebContent);
     trace.recordWebContent();
     const auto copyCommand = findCopyCommandWithRetry(platform, application);
-    return readSelectionWithKeyboardClipboardFallback(platform, fallback, application, options.allowClipboardFallback,
-                                                      purpose, copyCommand);
+    return tryReadSelectionWithKeyboardClipboardFallback(platform, fallback, application,
+                                                         options.allowClipboardFallback, purpose, copyCommand);
 }
 
 }  // namespace
 
 SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallback& fallback,
                                       const SelectionReadOptions& options, SelectionPurpose purpose) {
+    return valueOrThrow(tryReadDirectSelection(platform, fallback, options, purpose));
+}
+
+Outcome<SelectionSnapshot> tryReadDirectSelection(Platform& platform, KeyboardClipboardFallback& fallback,
+                                                  const SelectionReadOptions& options, SelectionPurpose purpose) {
     Accessibility& accessibility = platform.accessibility();
     if (!accessibility.isProcessTrusted(TrustPrompt::none)) {
-        throw BridgeError::accessibilityPermissionRequired();
+        return BridgeError::accessibilityPermissionRequired();
     }
-    FocusedElement focused = focusedElement(platform);
-    ElementSelection selection = readWithSecondChance(accessibility, focused);
+    auto focus = tryFocusedElement(platform);
+    if (const BridgeError* const error = errorOf(focus)) {
+        return *error;
+    }
+    auto& focused = std::get<FocusedElement>(focus);
+    auto read = readWithSecondChance(accessibility, focused);
+    if (const BridgeError* const error = errorOf(read)) {
+        return *error;
+    }
+    auto& selection = std::get<ElementSelection>(read);
     if (selection.data.text.empty()) {
-        throw BridgeError::noTextSelected();
+        return BridgeError::noTextSelected();
     }
     std::optional<RunningApplication> application = std::move(focused.application);
     const auto bundleIdentifier = application ? application->bundleIdentifier : std::nullopt;
     if (purpose == SelectionPurpose::shortcut &&
         !ShortcutSelectionPolicy::isGenuineTextSelection(bundleIdentifier, selection.data.text, selection.data.range)) {
-        throw BridgeError::noTextSelected();
+        return BridgeError::noTextSelected();
     }
     if (WebContentCompatibility::requiresClipboard(bundleIdentifier)) {
         return readWebContent(platform, fallback, application, options, purpose);
@@ -107,7 +123,7 @@ SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallb
     }
     const bool writable = isWritable(accessibility, selection.element);
     if (!writable && !options.allowClipboardFallback) {
-        throw BridgeError::clipboardFallbackDisabled();
+        return BridgeError::clipboardFallbackDisabled();
     }
 
     SelectionPayload payload;
@@ -123,8 +139,9 @@ SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallb
     payload.inputActivity = sampleInputActivity(platform.events());
     payload.supportsDirectReplacement = writable;
     payload.selectionMethod = selection_method::accessibility;
-    return {std::move(selection.element), std::move(payload),
-            writable ? ReplacementStrategy::directAccessibility : ReplacementStrategy::keyboardClipboard};
+    return SelectionSnapshot{
+        std::move(selection.element), std::move(payload),
+        writable ? ReplacementStrategy::directAccessibility : ReplacementStrategy::keyboardClipboard};
 }
 
 }  // namespace lomaris

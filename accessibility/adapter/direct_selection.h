@@ -2,6 +2,7 @@
 
 #include "accessibility/adapter/selection_read_options.h"
 #include "accessibility/fallback/keyboard_clipboard_fallback.h"
+#include "accessibility/model/outcome.h"
 #include "accessibility/model/selection.h"
 #include "accessibility/model/selection_purpose.h"
 #include "platform/platform.h"
@@ -18,5 +19,10 @@ namespace lomaris {
 /// the element cannot be written and the clipboard may not be used; and the errors of the clipboard route.
 [[nodiscard]] SelectionSnapshot readDirectSelection(Platform& platform, KeyboardClipboardFallback& fallback,
                                                     const SelectionReadOptions& options, SelectionPurpose purpose);
+
+/// As `readDirectSelection`, but returns the error.
+[[nodiscard]] Outcome<SelectionSnapshot> tryReadDirectSelection(Platform& platform, KeyboardClipboardFallback& fallback,
+                                                                const SelectionReadOptions& options,
+                                                                SelectionPurpose purpose);
 
 }  // namespace lomaris

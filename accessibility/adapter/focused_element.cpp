@@ -1,10 +1,8 @@
 #include "accessibility/adapter/focused_element.h"
 
-#include "accessibility/model/bridge_error.h"
 #include "platform/attributes.h"
 
 #include <chrono>
-#include <utility>
 
 namespace lomaris {
 
@@ -30,30 +28,32 @@ ElementAnswer copyFocusedElementWithRetries(Platform& platform, const Element& f
 
 }  // namespace
 
-FocusedElement focusedElement(Platform& platform) {
+FocusedElement focusedElement(Platform& platform) { return valueOrThrow(tryFocusedElement(platform)); }
+
+Outcome<FocusedElement> tryFocusedElement(Platform& platform) {
     Accessibility& accessibility = platform.accessibility();
     const auto application = platform.workspace().frontmostApplication();
     if (!application) {
         const auto answer = copyFocusedElementWithRetries(platform, accessibility.systemWideElement());
         if (!answer.element) {
-            throw BridgeError::focusedElementUnavailable(answer.error, std::nullopt);
+            return BridgeError::focusedElementUnavailable(answer.error, std::nullopt);
         }
-        return {*answer.element, std::nullopt};
+        return FocusedElement{*answer.element, std::nullopt};
     }
 
     const Element applicationElement = accessibility.applicationElement(application->processIdentifier);
     const auto answer = copyFocusedElementWithRetries(platform, applicationElement);
     if (answer.element) {
-        return {*answer.element, application};
+        return FocusedElement{*answer.element, application};
     }
     if (const auto found = findFocusedTextDescendant(accessibility, applicationElement)) {
-        return {*found, application};
+        return FocusedElement{*found, application};
     }
     const auto systemAnswer = copyFocusedElementWithRetries(platform, accessibility.systemWideElement());
     if (systemAnswer.element) {
-        return {*systemAnswer.element, application};
+        return FocusedElement{*systemAnswer.element, application};
     }
-    throw BridgeError::focusedElementUnavailable(answer.error, application->localizedName);
+    return BridgeError::focusedElementUnavailable(answer.error, application->localizedName);
 }
 
 }  // namespace lomaris

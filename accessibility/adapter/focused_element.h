@@ -1,5 +1,6 @@
 #pragma once
 
+#include "accessibility/model/outcome.h"
 #include "platform/platform.h"
 
 #include <optional>
@@ -20,6 +21,9 @@ struct FocusedElement {
 /// to it (to the system-wide element if there is no application); the code is 0 if the request succeeded without an
 /// element. Main thread; pauses for up to 0.8 s in total.
 [[nodiscard]] FocusedElement focusedElement(Platform& platform);
+
+/// As `focusedElement`, but returns the error.
+[[nodiscard]] Outcome<FocusedElement> tryFocusedElement(Platform& platform);
 
 /// Searches the tree of an application breadth-first, from its scan roots, for the element with the selection. Returns
 /// the first element with selected text or a range of at least one unit; otherwise the first focused text element;

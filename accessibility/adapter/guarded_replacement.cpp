@@ -6,6 +6,9 @@
 #include "text/equality.h"
 
 #include <exception>
+#include <optional>
+#include <utility>
+#include <variant>
 
 namespace lomaris {
 
@@ -86,13 +89,16 @@ void MacOSAccessibilityAdapter::replaceSelectionIfCurrent(const GuardedReplaceme
 }
 
 SelectionSnapshot MacOSAccessibilityAdapter::readAgain(const SelectionReadOptions& options) {
+    std::optional<Outcome<SelectionSnapshot>> current;
     try {
-        return readSelection(options, SelectionPurpose::guardedReplacement);
-    } catch (const BridgeError& error) {
-        refuse({.reason = Reason::rereadFailed, .error = readFailureOf(error)});
+        current = tryReadSelection(options, SelectionPurpose::guardedReplacement);
     } catch (const std::exception&) {
         refuse({.reason = Reason::rereadFailed, .error = ReadFailure::other});
     }
+    if (const BridgeError* const error = errorOf(*current)) {
+        refuse({.reason = Reason::rereadFailed, .error = readFailureOf(*error)});
+    }
+    return std::get<SelectionSnapshot>(std::move(*current));
 }
 
 }  // namespace lomaris

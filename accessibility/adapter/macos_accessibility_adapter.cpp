@@ -33,24 +33,26 @@ MacOSAccessibilityAdapter::MacOSAccessibilityAdapter(std::shared_ptr<Platform> p
 
 SelectionSnapshot MacOSAccessibilityAdapter::readSelection(const SelectionReadOptions& options,
                                                            SelectionPurpose purpose) {
+    return valueOrThrow(tryReadSelection(options, purpose));
+}
+
+Outcome<SelectionSnapshot> MacOSAccessibilityAdapter::tryReadSelection(const SelectionReadOptions& options,
+                                                                       SelectionPurpose purpose) {
     // A read may copy twice. No other operation may use the clipboard in between.
     const auto scope = operation();
     const auto application = platform_->workspace().frontmostApplication();
     if (purpose == SelectionPurpose::shortcut && application &&
         ShortcutSelectionPolicy::isFileManager(application->bundleIdentifier)) {
-        throw BridgeError::noTextSelected();
+        return BridgeError::noTextSelected();
     }
-    try {
-        return readDirectSelection(*platform_, keyboardClipboardFallback_, options, purpose);
-    } catch (const BridgeError& error) {
-        return readAfterFailure(error, application, options, purpose);
-    }
+    auto read = tryReadDirectSelection(*platform_, keyboardClipboardFallback_, options, purpose);
+    const BridgeError* const error = errorOf(read);
+    return error == nullptr ? std::move(read) : readAfterFailure(*error, application, options, purpose);
 }
 
-SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError& error,
-                                                              const std::optional<RunningApplication>& application,
-                                                              const SelectionReadOptions& options,
-                                                              SelectionPurpose purpose) {
+Outcome<SelectionSnapshot> MacOSAccessibilityAdapter::readAfterFailure(
+    const BridgeError& error, const std::optional<RunningApplication>& application, const SelectionReadOptions& options,
+    SelectionPurpose purpose) {
     SelectionCaptureTrace& trace = SelectionCaptureTrace::shared();
     const ReadFailure failure = readFailureOf(error);
     const bool lookForCopyCommand = purpose != SelectionPurpose::standard && maySelectWithoutShowing(failure);
@@ -63,18 +65,18 @@ SelectionSnapshot MacOSAccessibilityAdapter::readAfterFailure(const BridgeError&
         trace.record(copyItemOf(copyCommand));
     }
     if (!maySelectWithoutShowing(failure)) {
-        throw error;
+        return error;
     }
     const bool nothingToCopy = failure == ReadFailure::noTextSelected && isDisabled(copyCommand);
     if (nothingToCopy && purpose == SelectionPurpose::shortcut) {
-        throw error;
+        return error;
     }
     trace.record(SelectionCaptureTrace::Route::clipboardAfterFailure);
     if (isDisabled(copyCommand)) {
         copyCommand.reset();
     }
-    return readSelectionWithKeyboardClipboardFallback(*platform_, keyboardClipboardFallback_, application,
-                                                      options.allowClipboardFallback, purpose, copyCommand);
+    return tryReadSelectionWithKeyboardClipboardFallback(*platform_, keyboardClipboardFallback_, application,
+                                                         options.allowClipboardFallback, purpose, copyCommand);
 }
 
 void MacOSAccessibilityAdapter::replaceSelection(const SelectionSnapshot& snapshot, TextView replacement,

@@ -6,6 +6,7 @@
 #include "accessibility/model/bridge_error.h"
 #include "accessibility/model/diagnostics.h"
 #include "accessibility/model/guarded_replacement_request.h"
+#include "accessibility/model/outcome.h"
 #include "accessibility/model/selection.h"
 #include "accessibility/model/selection_purpose.h"
 #include "platform/platform.h"
@@ -52,11 +53,16 @@ public:
     [[nodiscard]] Platform& platform() { return *platform_; }
 
 private:
-    /// Copies the selection if that may help after a direct read failed with `error`; otherwise throws `error`.
+    /// As `readSelection`, but returns the error.
+    [[nodiscard]] Outcome<SelectionSnapshot> tryReadSelection(const SelectionReadOptions& options,
+                                                              SelectionPurpose purpose);
+
+    /// Copies the selection if that may help after a direct read failed with `error`; otherwise returns `error`.
     /// `application` is the one that was in front before the read.
-    [[nodiscard]] SelectionSnapshot readAfterFailure(const BridgeError& error,
-                                                     const std::optional<RunningApplication>& application,
-                                                     const SelectionReadOptions& options, SelectionPurpose purpose);
+    [[nodiscard]] Outcome<SelectionSnapshot> readAfterFailure(const BridgeError& error,
+                                                              const std::optional<RunningApplication>& application,
+                                                              const SelectionReadOptions& options,
+                                                              SelectionPurpose purpose);
 
     /// Reads the selection again for a guarded replacement. Any failure is a refusal.
     [[nodiscard]] SelectionSnapshot readAgain(const SelectionReadOptions& options);

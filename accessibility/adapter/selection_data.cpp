@@ -2,7 +2,6 @@
 
 #include "accessibility/adapter/attribute_access.h"
 #include "accessibility/adapter/text_context.h"
-#include "accessibility/model/bridge_error.h"
 #include "platform/attributes.h"
 
 #include <utility>
@@ -10,6 +9,10 @@
 namespace lomaris {
 
 SelectionData readSelectionData(Accessibility& accessibility, const Element& element) {
+    return valueOrThrow(tryReadSelectionData(accessibility, element));
+}
+
+Outcome<SelectionData> tryReadSelectionData(Accessibility& accessibility, const Element& element) {
     SelectionData data;
     data.range = copySelectedRange(accessibility, element);
     data.fullText = copyOptionalStringAttribute(accessibility, element, attribute::value);
@@ -27,7 +30,7 @@ SelectionData readSelectionData(Accessibility& accessibility, const Element& ele
         }
     }
     if (selectedText == nullptr) {
-        throw BridgeError::selectedTextUnavailable(answer.error);
+        return BridgeError::selectedTextUnavailable(answer.error);
     }
     return data;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "accessibility/model/outcome.h"
 #include "platform/accessibility.h"
 
 #include <optional>
@@ -20,5 +21,8 @@ struct SelectionData {
 /// range. Throws `BridgeError::selectedTextUnavailable` with the error code of the selected text; the code is 0 if the
 /// value is not a text. Copies three attributes one by one, without a cache. Main thread.
 [[nodiscard]] SelectionData readSelectionData(Accessibility& accessibility, const Element& element);
+
+/// As `readSelectionData`, but returns the error.
+[[nodiscard]] Outcome<SelectionData> tryReadSelectionData(Accessibility& accessibility, const Element& element);
 
 }  // namespace lomaris

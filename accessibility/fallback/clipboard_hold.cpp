@@ -1,7 +1,5 @@
 #include "accessibility/fallback/clipboard_hold.h"
 
-#include "accessibility/model/bridge_error.h"
-
 #include <chrono>
 #include <utility>
 
@@ -28,9 +26,9 @@ void restoreUnlessOverwritten(Pasteboard& pasteboard, PendingPaste& paste) {
 
 }  // namespace
 
-PasteboardSnapshot ClipboardHold::saveClipboard() {
-    if (!hold_) {
-        take();
+std::optional<PasteboardSnapshot> ClipboardHold::saveClipboard() {
+    if (!hold_ && !take()) {
+        return std::nullopt;
     }
     PasteboardSnapshot saved =
         inherited_ ? std::move(*inherited_) : PasteboardSnapshot::capture(platform_.pasteboard());
@@ -39,7 +37,7 @@ PasteboardSnapshot ClipboardHold::saveClipboard() {
     return saved;
 }
 
-void ClipboardHold::take() {
+bool ClipboardHold::take() {
     Scheduling& scheduling = platform_.scheduling();
     const Moment deadline = scheduling.now() + longestWaitForHold;
     if (pendingPaste_ && pendingPaste_->hold && !pendingPaste_->tracker->isConsumed()) {
@@ -48,11 +46,12 @@ void ClipboardHold::take() {
     }
     while (!tryTake()) {
         if (scheduling.now() >= deadline) {
-            throw BridgeError::clipboardFallbackFailed(u"another operation kept the clipboard in use for 10 seconds");
+            return false;
         }
         scheduling.runLoopSlice(pollingSlice);
     }
     pendingPaste_.reset();
+    return true;
 }
 
 bool ClipboardHold::tryTake() {

@@ -51,9 +51,8 @@ public:
 
     /// Returns the user's clipboard and protects it from now on: it is restored even if the process dies. Takes the
     /// exclusive use first if the current scope does not have it, and runs the run loop for up to 10 s until it is
-    /// free. Throws `BridgeError::clipboardFallbackFailed` if it is still in use then, with nothing changed. Requires a
-    /// scope.
-    [[nodiscard]] PasteboardSnapshot saveClipboard();
+    /// free. Returns nullopt if it is still in use then, with nothing changed. Requires a scope.
+    [[nodiscard]] std::optional<PasteboardSnapshot> saveClipboard();
 
     /// Announces that the target is about to copy, or to paste the staged text. Requires a previous `saveClipboard`.
     void expectCopy(std::optional<ProcessIdentifier> target, Duration wait) { hold_->expectCopy(target, wait); }
@@ -66,7 +65,7 @@ public:
                            const std::shared_ptr<PasteboardConsumptionTracker>& tracker);
 
 private:
-    void take();
+    [[nodiscard]] bool take();
     [[nodiscard]] bool tryTake();
 
     Platform& platform_;

@@ -1,6 +1,5 @@
 #include "accessibility/fallback/key_strokes.h"
 
-#include "accessibility/model/bridge_error.h"
 #include "text/character_breaker.h"
 #include "text/equality.h"
 
@@ -53,19 +52,27 @@ constexpr std::size_t unitsLookedAt = 16;
 }  // namespace
 
 void postKey(Platform& platform, KeyStroke keyStroke, std::optional<ProcessIdentifier> targetProcessIdentifier) {
+    if (const auto error = tryPostKey(platform, keyStroke, targetProcessIdentifier)) {
+        throw BridgeError(*error);
+    }
+}
+
+std::optional<BridgeError> tryPostKey(Platform& platform, KeyStroke keyStroke,
+                                      std::optional<ProcessIdentifier> targetProcessIdentifier) {
     EventServices& events = platform.events();
     if (!mayPostEvents(events)) {
-        throw BridgeError::keyboardEventPermissionRequired();
+        return BridgeError::keyboardEventPermissionRequired();
     }
     const auto keyEvents = events.createKeyStroke(keyStroke);
     if (!keyEvents) {
-        throw BridgeError::clipboardFallbackFailed(u"could not create keyboard events");
+        return BridgeError::clipboardFallbackFailed(u"could not create keyboard events");
     }
     if (targetProcessIdentifier && !isInFront(platform.workspace(), *targetProcessIdentifier)) {
         events.postToProcess(*keyEvents, *targetProcessIdentifier);
     } else {
         events.postToSession(*keyEvents);
     }
+    return std::nullopt;
 }
 
 bool requiresSelectionCollapse(TextView text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "accessibility/model/bridge_error.h"
 #include "platform/platform.h"
 
 #include <optional>
@@ -19,6 +20,10 @@ inline constexpr KeyStroke collapseSelection{.keyCode = 51, .flags = 0};
 /// Throws `BridgeError` with nothing posted: `keyboardEventPermissionRequired` if the process may not post events, even
 /// after a request for permission; `clipboardFallbackFailed` if the events cannot be created.
 void postKey(Platform& platform, KeyStroke keyStroke, std::optional<ProcessIdentifier> targetProcessIdentifier);
+
+/// As `postKey`, but returns the error.
+[[nodiscard]] std::optional<BridgeError> tryPostKey(Platform& platform, KeyStroke keyStroke,
+                                                    std::optional<ProcessIdentifier> targetProcessIdentifier);
 
 /// True if the text looks like a web address: its start, after white space, is "http://", "https://" or "www.", in any
 /// letter case. The selection must be deleted before such a text is pasted; otherwise some editors turn the selected

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <variant>
 
 namespace lomaris {
 
@@ -66,19 +67,17 @@ private:
 
 enum class CopyMethod : std::uint8_t { menu, key };
 
-/// Presses the menu item where there is one; a press that fails makes this an attempt by key.
-CopyMethod pressCopy(Platform& platform, std::optional<ProcessIdentifier> target,
-                     const std::function<void()>& menuCommand) {
-    if (menuCommand) {
-        try {
-            menuCommand();
-            SelectionCaptureTrace::shared().increment(SelectionCaptureTrace::Key::menuPresses);
-            return CopyMethod::menu;
-        } catch (const BridgeError&) {
-            // The key is tried instead; why the menu item failed helps nobody.
-        }
+/// Presses the menu item if there is one; if there is none or that fails, presses the key.
+Outcome<CopyMethod> pressCopy(Platform& platform, std::optional<ProcessIdentifier> target,
+                              const CopyItemPress& pressCopyItem) {
+    // The error of the menu item is dropped, because the key is tried instead.
+    if (pressCopyItem && !pressCopyItem()) {
+        SelectionCaptureTrace::shared().increment(SelectionCaptureTrace::Key::menuPresses);
+        return CopyMethod::menu;
     }
-    postKey(platform, key_stroke::copy, target);
+    if (const auto error = tryPostKey(platform, key_stroke::copy, target)) {
+        return *error;
+    }
     SelectionCaptureTrace::shared().increment(SelectionCaptureTrace::Key::keyPresses);
     return CopyMethod::key;
 }
@@ -94,6 +93,10 @@ BridgeError noResponse(int attempts) {
     const std::string detail =
         "the target application did not respond to Cmd+C after " + std::to_string(attempts) + " attempt(s)";
     return BridgeError::clipboardFallbackFailed(textFromUtf8(detail));
+}
+
+BridgeError clipboardInUse() {
+    return BridgeError::clipboardFallbackFailed(u"another operation kept the clipboard in use for 10 seconds");
 }
 
 }  // namespace
@@ -113,10 +116,30 @@ bool KeyboardClipboardFallback::waitForPasteboardChange(std::int64_t count, Dura
 Text KeyboardClipboardFallback::readSelectedText(std::optional<ProcessIdentifier> targetProcessIdentifier,
                                                  ClipboardSelectionReadPolicy policy,
                                                  const std::function<void()>& copyCommand) {
+    CopyItemPress pressCopyItem;
+    if (copyCommand) {
+        pressCopyItem = [&copyCommand]() -> std::optional<BridgeError> {
+            try {
+                copyCommand();
+                return std::nullopt;
+            } catch (const BridgeError& error) {
+                return error;
+            }
+        };
+    }
+    return valueOrThrow(tryReadSelectedText(targetProcessIdentifier, policy, pressCopyItem));
+}
+
+Outcome<Text> KeyboardClipboardFallback::tryReadSelectedText(std::optional<ProcessIdentifier> targetProcessIdentifier,
+                                                             ClipboardSelectionReadPolicy policy,
+                                                             const CopyItemPress& pressCopyItem) {
     Pasteboard& pasteboard = platform_.pasteboard();
     const auto scope = operation();
-    const PasteboardSnapshot snapshot = hold_.saveClipboard();
-    const ClipboardRestore restore(platform_, snapshot);
+    const auto snapshot = hold_.saveClipboard();
+    if (!snapshot) {
+        return clipboardInUse();
+    }
+    const ClipboardRestore restore(platform_, *snapshot);
     const bool beforeReplacement = policy == ClipboardSelectionReadPolicy::guardedReplacement;
     const int attempts = attemptCount(policy);
     bool changedWithoutText = false;
@@ -131,8 +154,11 @@ Text KeyboardClipboardFallback::readSelectedText(std::optional<ProcessIdentifier
         const bool byKey = beforeReplacement && attempt == attempts;
         // The copy may arrive before the press returns; which of the waits applies is known only afterwards.
         hold_.expectCopy(targetProcessIdentifier, waitAfterKey);
-        const CopyMethod method =
-            pressCopy(platform_, targetProcessIdentifier, byKey ? std::function<void()>() : copyCommand);
+        const auto pressed = pressCopy(platform_, targetProcessIdentifier, byKey ? CopyItemPress() : pressCopyItem);
+        if (const BridgeError* const error = errorOf(pressed)) {
+            return *error;
+        }
+        const auto method = std::get<CopyMethod>(pressed);
         const Duration wait = waitAfter(method, policy);
         hold_.expectCopy(targetProcessIdentifier, wait);
         if (waitForPasteboardChange(count, wait)) {
@@ -143,18 +169,22 @@ Text KeyboardClipboardFallback::readSelectedText(std::optional<ProcessIdentifier
             changedWithoutText = true;
         }
         if (method == CopyMethod::menu && !beforeReplacement) {
-            throw BridgeError::noTextSelected();
+            return BridgeError::noTextSelected();
         }
     }
-    throw changedWithoutText ? BridgeError::noTextSelected() : noResponse(attempts);
+    return changedWithoutText ? BridgeError::noTextSelected() : noResponse(attempts);
 }
 
 void KeyboardClipboardFallback::replaceSelectedText(TextView text,
                                                     std::optional<ProcessIdentifier> targetProcessIdentifier) {
     Pasteboard& pasteboard = platform_.pasteboard();
     const auto scope = operation();
+    auto saved = hold_.saveClipboard();
+    if (!saved) {
+        throw clipboardInUse();
+    }
     // Shared, as the blocks that carry it to the restore are copied on their way.
-    const auto snapshot = std::make_shared<const PasteboardSnapshot>(hold_.saveClipboard());
+    const auto snapshot = std::make_shared<const PasteboardSnapshot>(std::move(*saved));
     ClipboardRestore restore(platform_, *snapshot);
     const auto tracker = stagePrivately(pasteboard, platform_.scheduling(), text);
     if (!tracker) {

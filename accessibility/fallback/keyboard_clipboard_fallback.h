@@ -1,6 +1,7 @@
 #pragma once
 
 #include "accessibility/fallback/clipboard_hold.h"
+#include "accessibility/model/outcome.h"
 #include "accessibility/model/selection_purpose.h"
 #include "platform/platform.h"
 #include "text/text.h"
@@ -13,6 +14,9 @@ namespace lomaris {
 
 /// The number of attempts and the waits of a read through the clipboard, which its purpose determines.
 using ClipboardSelectionReadPolicy = SelectionPurpose;
+
+/// Presses the target's Copy menu item. Returns the error if that fails.
+using CopyItemPress = std::function<std::optional<BridgeError>()>;
 
 /// Reads and replaces the selection of applications that do not expose it, by making them copy and paste. Saves the
 /// user's clipboard first and restores it afterwards. It is also restored if the process is told to terminate before
@@ -38,6 +42,12 @@ public:
     /// `keyboardEventPermissionRequired`.
     [[nodiscard]] Text readSelectedText(std::optional<ProcessIdentifier> targetProcessIdentifier,
                                         ClipboardSelectionReadPolicy policy, const std::function<void()>& copyCommand);
+
+    /// As `readSelectedText`, but returns the error. `pressCopyItem`, if not empty, presses the Copy menu item and
+    /// returns the error if that fails.
+    [[nodiscard]] Outcome<Text> tryReadSelectedText(std::optional<ProcessIdentifier> targetProcessIdentifier,
+                                                    ClipboardSelectionReadPolicy policy,
+                                                    const CopyItemPress& pressCopyItem);
 
     /// Pastes `text` over the target's selection. Returns before the clipboard is restored: the main queue does that
     /// 0.3 to 2.5 s later, unless another program has written to the clipboard by then. Throws `BridgeError` with the
