@@ -53,10 +53,15 @@ WindowManager::~WindowManager() {
 void WindowManager::run() {
     std::array<pollfd, 2> descriptors{{{xcb_get_file_descriptor(connection_), POLLIN, 0}, {stopEvent_, POLLIN, 0}}};
     while (descriptors[1].revents == 0 && xcb_connection_has_error(connection_) == 0) {
-        while (const std::unique_ptr<xcb_generic_event_t, Free> event{xcb_poll_for_event(connection_)}) {
-            handle(*event);
-        }
-        xcb_flush(connection_);
+        std::unique_ptr<xcb_generic_event_t, Free> event;
+        do {
+            xcb_flush(connection_);
+            // After the flush, which may read events that a wait for the socket would miss.
+            event.reset(xcb_poll_for_event(connection_));
+            if (event) {
+                handle(*event);
+            }
+        } while (event);
         poll(descriptors.data(), descriptors.size(), -1);
     }
 }
