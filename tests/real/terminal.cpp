@@ -13,7 +13,8 @@ namespace lomaris::test {
 
 namespace {
 
-/// The job keeps the signals of the terminal's keys enabled, and reads each byte at once.
+/// The job keeps the signals of the terminal's keys enabled, and reads each byte at once. It ends when the terminal is
+/// gone: the signal for that is noted as well, and `read` fails with 1 then, and with more than 128 after a signal.
 constexpr const char* job = R"(#!/bin/bash
 cd "${BASH_SOURCE[0]%/*}" || exit
 stty -icanon -echo
@@ -25,6 +26,8 @@ printf 'wonderful words\r\n'
 while true; do
     if IFS= read -r -s -n 1 -d '' byte; then
         printf '%s' "$byte" >>received
+    elif [ $? -eq 1 ]; then
+        exit
     fi
 done
 )";
