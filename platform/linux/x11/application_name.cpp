@@ -36,7 +36,7 @@ std::string inSmallLetters(std::string text) {
 std::vector<std::string> dataDirectoriesOfProcess() {
     std::vector<std::string> directories;
     const auto add = [&](std::string_view directory) {
-        // The specification requires that relative paths are ignored.
+        // The XDG base directories require that relative paths are ignored.
         if (directory.starts_with('/')) {
             directories.emplace_back(directory);
         }

@@ -25,7 +25,7 @@ enum class InputExtension : std::uint8_t { xkb, xInput, xTest };
 /// the server replies, or for the timeout of the connection.
 [[nodiscard]] bool prepareInputExtension(X11Connection& connection, InputExtension extension);
 
-/// The device specification of the session's keyboard (XkbUseCoreKbd).
+/// The device number of the session's keyboard (XkbUseCoreKbd).
 inline constexpr InputDevice sessionKeyboard = 0x0100;
 
 /// XkbGetState of the session's keyboard.
