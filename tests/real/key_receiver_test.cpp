@@ -153,7 +153,7 @@ TEST_F(KeyReceiverUnderThePointer, HasNoKeysIfItIsATerminal) {
     }
     const auto platform = nativePlatform();
     EXPECT_NE(platform->events().createKeyStroke(copyKey), nullptr);
-    // It covers the middle of the screen, where the pointer starts.
+    // It covers the center of the screen, the initial position of the pointer.
     const RunningProgram xterm({"xterm", "-geometry", "250x100+0+0"});
     EXPECT_TRUE(waitFor([&] { return platform->events().createKeyStroke(copyKey) == nullptr; }));
 }

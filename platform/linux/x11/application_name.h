@@ -22,8 +22,7 @@ namespace lomaris {
                                                           std::span<const std::string> dataDirectories,
                                                           std::span<const std::string> languages);
 
-/// The data directories in order of preference: XDG_DATA_HOME and XDG_DATA_DIRS, or their defaults (XDG Base Directory
-/// Specification).
+/// The XDG data directories in order of preference: XDG_DATA_HOME and XDG_DATA_DIRS, or their defaults.
 [[nodiscard]] std::vector<std::string> dataDirectoriesOfProcess();
 
 }  // namespace lomaris
